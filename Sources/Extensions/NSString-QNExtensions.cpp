@@ -1,0 +1,241 @@
+#include "Extensions/NSString-QNExtensions.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+#include "Platform/Foundation/NSURL.h"
+#include "Platform/Foundation/PathText.h"
+#include "Platform/Foundation/RandomBytes.h"
+#include "Platform/Foundation/Raise.h"
+#include "Platform/Foundation/TextScan.h"
+
+namespace kelvane {
+namespace {
+
+constexpr UnitSet quotes{u'"', u'\''};
+
+// The blanks that trimming takes away, and no others.
+constexpr bool isSurroundingBlank(char16_t unit) {
+  return unit == u' ' || unit == u'\t' || unit == u'\r' || unit == u'\n';
+}
+
+// The code units for which `keeps` holds, in order.
+template <class Predicate>
+Text keepingUnits(TextView text, Predicate keeps) {
+  Text kept;
+  kept.resize_and_overwrite(text.size(), [&](char16_t* out, std::size_t) {
+    std::size_t count = 0;
+    // Each unit is written, and the next overwrites it unless it counts: no branch to guess wrong.
+    for (const char16_t unit : text) {
+      out[count] = unit;
+      count += keeps(unit);
+    }
+    return count;
+  });
+  return kept;
+}
+
+// The text with the units of `special` replaced by what `append(out, unit)` appends, the runs between them copied whole.
+template <class Append>
+Text rewriting(TextView text, const UnitSet& special, Append append) {
+  Text out;
+  out.reserve(text.size());
+  std::size_t place = 0;
+  while (place < text.size()) {
+    const std::size_t found = findAnyOf(text, special, place);
+    out.append(text, place, found - place);
+    if (found < text.size()) append(out, text[found]);
+    place = found + 1;
+  }
+  return out;
+}
+
+// Replaces each match of `key` within `range` of `current`, and makes the range as long as what stands there then.
+void replaceWithin(Text& current, NSRange& range, TextView key, TextView value, NSStringCompareOptions options) {
+  TextFinder finder(current, key, options);
+  std::optional<NSRange> match = finder.find(range.location, range.end());
+  if (!match) return;
+  Text out;
+  out.reserve(current.size());
+  out.append(current, 0, range.location);
+  std::size_t place = range.location;
+  for (; match; match = finder.find(place, range.end())) {
+    out.append(current, place, match->location - place);
+    out += value;
+    place = match->end();
+  }
+  out.append(current, place, range.end() - place);
+  const std::size_t newLength = out.size() - range.location;
+  out.append(current, range.end());
+  range.length = newLength;
+  current = std::move(out);
+}
+
+}  // namespace
+
+Text NSStringExtensions::stringWithSequenz(TextView sequence, std::uint64_t repeated) {
+  Text text;
+  if (sequence.empty()) return text;
+  if (repeated > text.max_size() / sequence.size())
+    throw std::length_error("stringWithSequenz:repeated: no text can be that long");
+  text.reserve(sequence.size() * repeated);
+  for (std::uint64_t i = 0; i < repeated; ++i) text += sequence;
+  return text;
+}
+
+Text NSStringExtensions::stringWithWhiteSpace(std::int64_t count) {
+  return Text(static_cast<std::size_t>(std::max<std::int64_t>(count, 0)), u' ');
+}
+
+Text NSStringExtensions::uniqueString() {
+  constexpr TextView digits = u"0123456789ABCDEF";
+  std::array<std::uint8_t, 16> bytes{};
+  fillWithRandomBytes(bytes);
+  // Version 4, variant 1.
+  bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x40);
+  bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3F) | 0x80);
+  Text text;
+  text.reserve(36);
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    if (i == 4 || i == 6 || i == 8 || i == 10) text += u'-';
+    text += digits[bytes[i] >> 4U];
+    text += digits[bytes[i] & 0xFU];
+  }
+  return text;
+}
+
+std::vector<TextView> componentsSeparatedByLineSeparators(TextView text) {
+  std::vector<TextView> lines;
+  for (const TextView line : Lines(text)) lines.push_back(line);
+  return lines;
+}
+
+std::int64_t numberOfLines(TextView text) {
+  const Lines lines(text);
+  std::int64_t count = 0;
+  for (auto line = lines.begin(); line != lines.end(); ++line) ++count;
+  return count;
+}
+
+TextView firstLine(TextView text) {
+  const Lines lines(text);
+  return lines.begin() == lines.end() ? text : *lines.begin();
+}
+
+bool containsString(TextView text, std::optional<TextView> needle) {
+  return needle && rangeOfString(text, *needle).has_value();
+}
+
+std::optional<TextView> substringToToken(TextView text, std::optional<TextView> token) {
+  if (!token) return std::nullopt;
+  const auto found = rangeOfString(text, *token);
+  return found ? text.substr(0, found->location) : text;
+}
+
+std::optional<TextView> substringFromToken(TextView text, std::optional<TextView> token) {
+  if (!token) return std::nullopt;
+  const auto found = rangeOfString(text, *token);
+  if (!found) return std::nullopt;
+  return text.substr(found->end());
+}
+
+TextView stringByRemovingSurroundingWhitespace(TextView text) {
+  while (!text.empty() && isSurroundingBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isSurroundingBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+Text stringByRemovingWhitespace(TextView text) {
+  return stringByRemovingCharactersInCharacterSet(text, NSCharacterSet::whitespaceAndNewlineCharacterSet());
+}
+
+Text stringByRemovingCharactersInCharacterSet(TextView text, const NSCharacterSet& set) {
+  return keepingUnits(text, [&set](char16_t unit) { return !set.characterIsMember(unit); });
+}
+
+Text digitsOnly(TextView text) {
+  const NSCharacterSet& digits = NSCharacterSet::decimalDigitCharacterSet();
+  return keepingUnits(text, [&digits](char16_t unit) { return digits.characterIsMember(unit); });
+}
+
+Text stringByRemovingLinebreaks(TextView text) { return replacingUnit(text, u'\n', u' '); }
+
+Text normalizeTrailing0(TextView text) {
+  const std::size_t first = text.find_first_not_of(u'0');
+  if (first == TextView::npos) return {};
+  Text trimmed(text.substr(first, text.find_last_not_of(u'0') - first + 1));
+  if (trimmed.ends_with(u'.')) trimmed += u'0';
+  return trimmed;
+}
+
+TSVTable arrayFromTSV(Text&& text) { return TSVTable(std::move(text)); }
+
+TSVTable arrayFromTSV(TextView text) { return TSVTable(Text(text)); }
+
+Text removeCommentedLines(TextView text) {
+  Text kept;
+  kept.reserve(text.size());
+  bool isFirst = true;
+  for (const TextView line : Lines(text)) {
+    if (trim(line).starts_with(u'#')) continue;
+    if (!isFirst) kept += u'\n';
+    kept += line;
+    isFirst = false;
+  }
+  return kept;
+}
+
+Text escapeFilesystemCharacters(TextView text) { return replacingUnit(text, u'/', u':'); }
+
+Text escapeQuots(TextView text) {
+  return rewriting(text, quotes, [](Text& out, char16_t quote) {
+    out += u'\\';
+    out += quote;
+  });
+}
+
+Text removeQuots(TextView text) {
+  return rewriting(text, quotes, [](Text&, char16_t) {});
+}
+
+std::optional<Text> normalizePath(TextView text) {
+  if (!text.starts_with(u"file:")) return stringByStandardizingPath(text);
+  const Ref<NSURL> url = NSURL::URLWithString(text);
+  const std::optional<Text> path = url ? url->path() : std::nullopt;
+  if (!path) return std::nullopt;
+  return stringByStandardizingPath(*path);
+}
+
+Text replaceAllTextFromDictionary(TextView text, const NSDictionary& replacements, NSStringCompareOptions options,
+                                  NSRange range) {
+  Text current(text);
+  if (replacements.count() == 0) return current;
+  requireRange("replaceAllTextFromDictionary:options:range:", range, text.size());
+  for (const auto& [key, value] : replacements) replaceWithin(current, range, key, value->description(), options);
+  return current;
+}
+
+Text replaceAllTextFromDictionary(TextView text, const NSDictionary& replacements, NSStringCompareOptions options) {
+  return replaceAllTextFromDictionary(text, replacements, options, NSRange{0, text.size()});
+}
+
+Text replaceAllTextFromDictionary(TextView text, const NSDictionary& replacements) {
+  return replaceAllTextFromDictionary(text, replacements, 0);
+}
+
+Text replaceAllOccurencesOfString(TextView text, TextView target, TextView withString) {
+  Text current(text);
+  NSRange range{0, text.size()};
+  replaceWithin(current, range, target, withString, 0);
+  return current;
+}
+
+std::optional<Text> blockFormatString(TextView) { return std::nullopt; }
+
+void appendStringLn(Text& receiver, TextView text) {
+  receiver += text;
+  receiver += u'\n';
+}
+
+}  // namespace kelvane

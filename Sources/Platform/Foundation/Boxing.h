@@ -1,0 +1,111 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "Platform/Foundation/Geometry.h"
+#include "Platform/Foundation/NSNumber.h"
+#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/NSValue.h"
+
+// Plain values as objects, and back.
+//
+//   dictionary->setObject(box(u"Ann"), u"name");
+//   dictionary->setObject(box(30), u"age");
+namespace kelvane {
+
+inline Ref<NSString> box(Text text) { return std::make_shared<NSString>(std::move(text)); }
+inline Ref<NSString> box(TextView text) { return std::make_shared<NSString>(text); }
+inline Ref<NSString> box(const char16_t* text) { return std::make_shared<NSString>(text); }
+template <class T>
+  requires std::integral<T> || std::floating_point<T>
+Ref<NSNumber> box(T number) {
+  return std::make_shared<NSNumber>(number);
+}
+inline Ref<NSValue> box(const CGPoint& point) { return std::make_shared<NSValue>(point); }
+inline Ref<NSValue> box(const CGSize& size) { return std::make_shared<NSValue>(size); }
+inline Ref<NSValue> box(const CGRect& rect) { return std::make_shared<NSValue>(rect); }
+inline Ref<NSValue> box(const NSRange& range) { return std::make_shared<NSValue>(range); }
+// What is an object already stays the very one; nothing is nil.
+template <std::derived_from<NSObject> T>
+Ref<T> box(Ref<T> object) {
+  return object;
+}
+template <class T>
+Ref<NSObject> box(const std::optional<T>& value) {
+  return value ? Ref<NSObject>(box(*value)) : nullptr;
+}
+
+namespace detail {
+
+template <class T>
+struct Unboxer;
+
+[[noreturn]] KELVANE_EXPORT void raiseWrongKind(const NSObject* object, std::string_view wanted);
+
+template <class T>
+  requires std::integral<T> || std::floating_point<T>
+struct Unboxer<T> {
+  static T unbox(const Ref<NSObject>& object) {
+    const NSNumber* number = as<NSNumber>(object.get());
+    if (!number) raiseWrongKind(object.get(), "a number");
+    if constexpr (std::same_as<T, bool>)
+      return number->boolValue();
+    else if constexpr (std::floating_point<T>)
+      return static_cast<T>(number->doubleValue());
+    else if constexpr (std::signed_integral<T>)
+      return static_cast<T>(number->integerValue());
+    else
+      return static_cast<T>(number->unsignedIntegerValue());
+  }
+};
+
+template <>
+struct Unboxer<Text> {
+  static Text unbox(const Ref<NSObject>& object) {
+    const NSString* string = as<NSString>(object.get());
+    if (!string) raiseWrongKind(object.get(), "text");
+    return string->text();
+  }
+};
+
+template <class T>
+  requires std::same_as<T, CGPoint> || std::same_as<T, CGSize> || std::same_as<T, CGRect> || std::same_as<T, NSRange>
+struct Unboxer<T> {
+  static T unbox(const Ref<NSObject>& object) {
+    const NSValue* value = as<NSValue>(object.get());
+    if (!value || !value->get<T>()) raiseWrongKind(object.get(), "a geometry value");
+    return *value->get<T>();
+  }
+};
+
+template <class T>
+struct Unboxer<Ref<T>> {
+  static Ref<T> unbox(const Ref<NSObject>& object) {
+    Ref<T> reference = as<T>(object);
+    if (object && !reference) raiseWrongKind(object.get(), "an object of the property's class");
+    return reference;
+  }
+};
+
+template <class T>
+struct Unboxer<std::optional<T>> {
+  static std::optional<T> unbox(const Ref<NSObject>& object) {
+    return object ? std::optional<T>(Unboxer<T>::unbox(object)) : std::nullopt;
+  }
+};
+
+}  // namespace detail
+
+// The plain value in `object`. Numbers convert among their kinds as NSNumber says, narrower integers keep their low bits;
+// std::invalid_argument when the object is of another kind, or nil where T has no nil.
+template <class T>
+T unbox(const Ref<NSObject>& object) {
+  return detail::Unboxer<T>::unbox(object);
+}
+
+}  // namespace kelvane

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+#include <functional>
+#include <optional>
+
+#include "Platform/Foundation/NSObject.h"
+#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Text.h"
+
+namespace kelvane {
+
+// What the collections ask of their elements: equality, hash, nil and text. Plain values with `==` and std::hash need
+// nothing; a host that keeps handles of its own in a collection specialises this for them.
+//
+//   equal(a, b)   whether two elements count as the same
+//   hash(a)       equal elements have equal hashes
+//   nil()         what an empty collection answers
+//   isNil(a)      whether an element is that; a type without a nil of its own never is
+//   text(a)       the text of an element that is text, nothing for any other
+template <class T>
+struct ElementTraits {
+  static bool equal(const T& a, const T& b) { return a == b; }
+  static std::size_t hash(const T& element) { return std::hash<T>()(element); }
+  static T nil() { return T(); }
+  static bool isNil(const T&) { return false; }
+  static std::optional<TextView> text(const T& element) {
+    if constexpr (std::convertible_to<const T&, TextView>)
+      return TextView(element);
+    else
+      return std::nullopt;
+  }
+};
+
+// References to objects: `==` would mean identity, but collections mean equality.
+template <class T>
+struct ElementTraits<Ref<T>> {
+  static bool equal(const Ref<T>& a, const Ref<T>& b) { return isEqual(a, b); }
+  static std::size_t hash(const Ref<T>& element) { return element ? element->hash() : 0; }
+  static Ref<T> nil() { return nullptr; }
+  static bool isNil(const Ref<T>& element) { return element == nullptr; }
+  static std::optional<TextView> text(const Ref<T>& element) {
+    const NSString* string = as<NSString>(element.get());
+    return string ? std::optional(string->text()) : std::nullopt;
+  }
+};
+
+// Plain pointers: identity, and null is nil.
+template <class T>
+struct ElementTraits<T*> {
+  static bool equal(const T* a, const T* b) { return a == b; }
+  static std::size_t hash(const T* element) { return std::hash<const T*>()(element); }
+  static T* nil() { return nullptr; }
+  static bool isNil(const T* element) { return element == nullptr; }
+  static std::optional<TextView> text(const T*) { return std::nullopt; }
+};
+
+}  // namespace kelvane

@@ -1,0 +1,137 @@
+#include "Platform/Foundation/Format.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string>
+#include <string_view>
+
+#include "Platform/Foundation/TextEncoding.h"
+#include "Platform/Foundation/TextScan.h"
+
+namespace kelvane {
+namespace {
+
+// The largest double has 309 digits before the point; the rest is for the point, the sign and up to 99 digits behind it.
+using NumberBuffer = char[512];
+
+struct PrintedNumber {
+  bool isNegative = false;
+  std::string_view digits;
+};
+
+std::string_view printUnsigned(NumberBuffer& buffer, std::uint64_t number, int base) {
+  return {buffer, std::to_chars(buffer, std::end(buffer), number, base).ptr};
+}
+
+PrintedNumber printDouble(NumberBuffer& buffer, double number, unsigned precision) {
+  if (std::isnan(number)) return {false, "nan"};
+  const bool isNegative = std::signbit(number);
+  const auto end = std::to_chars(buffer, std::end(buffer), std::abs(number), std::chars_format::fixed,
+                                 static_cast<int>(precision))
+                       .ptr;
+  return {isNegative, {buffer, end}};
+}
+
+std::uint64_t magnitudeOf(std::int64_t number) {
+  const auto bits = static_cast<std::uint64_t>(number);
+  return number < 0 ? 0 - bits : bits;
+}
+
+void appendNumber(Text& out, const FormatConversion& conversion, const PrintedNumber& number) {
+  const std::string_view sign = number.isNegative ? "-" : conversion.showsPlus ? "+" : "";
+  const std::size_t length = sign.size() + number.digits.size();
+  const std::size_t padding = conversion.width > length ? conversion.width - length : 0;
+  const bool zeros = conversion.padsWithZeros && !conversion.alignsLeft;
+  if (!zeros && !conversion.alignsLeft) out.append(padding, u' ');
+  out.append(sign.begin(), sign.end());
+  if (zeros) out.append(padding, u'0');
+  out.append(number.digits.begin(), number.digits.end());
+  if (conversion.alignsLeft) out.append(padding, u' ');
+}
+
+void appendInteger(Text& out, const FormatConversion& conversion, const FormatArgument& argument) {
+  NumberBuffer buffer;
+  if (argument.kind() == FormatArgument::Kind::Signed) {
+    const std::int64_t number = argument.signedNumber();
+    return appendNumber(out, conversion, {number < 0, printUnsigned(buffer, magnitudeOf(number), 10)});
+  }
+  const int base = conversion.letter == u'u' ? 10 : 16;
+  const std::string_view digits = printUnsigned(buffer, argument.unsignedNumber(), base);
+  if (conversion.letter == u'X')
+    std::transform(buffer, buffer + digits.size(), buffer,
+                   [](char digit) { return digit >= 'a' ? static_cast<char>(digit - 'a' + 'A') : digit; });
+  appendNumber(out, conversion, {false, digits});
+}
+
+void appendArgument(Text& out, const FormatConversion& conversion, const FormatArgument& argument) {
+  NumberBuffer buffer;
+  switch (argument.kind()) {
+    case FormatArgument::Kind::String:
+      out += argument.text();
+      break;
+    case FormatArgument::Kind::Object:
+      // "%p" of a pointer to an object prints where it is.
+      if (conversion.letter == u'@') {
+        out += description(argument.object());
+        break;
+      }
+      [[fallthrough]];
+    case FormatArgument::Kind::Address: {
+      const auto digits = printUnsigned(buffer, reinterpret_cast<std::uintptr_t>(argument.address()), 16);
+      out += u"0x";
+      out.append(digits.begin(), digits.end());
+      break;
+    }
+    case FormatArgument::Kind::Bytes:
+      out += argument.bytes() ? textFromUTF8(argument.bytes()) : Text(u"(null)");
+      break;
+    case FormatArgument::Kind::Signed:
+    case FormatArgument::Kind::Unsigned:
+      appendInteger(out, conversion, argument);
+      break;
+    case FormatArgument::Kind::Unit:
+      out += static_cast<char16_t>(argument.unsignedNumber());
+      break;
+    case FormatArgument::Kind::Double:
+      appendNumber(out, conversion, printDouble(buffer, argument.doubleNumber(), conversion.precision.value_or(6)));
+      break;
+  }
+}
+
+}  // namespace
+
+Text formatArguments(TextView format, std::span<const FormatArgument> arguments) {
+  Text out;
+  std::size_t used = 0;
+  std::size_t place = 0;
+  while (place < format.size()) {
+    const std::size_t mark = findUnit(format, u'%', place);
+    out += format.substr(place, mark - place);
+    if (mark == format.size()) break;
+    const FormatConversion conversion = readConversion(format, mark);
+    if (conversion.letter == u'%')
+      out += u'%';
+    else
+      appendArgument(out, conversion, arguments[used++]);
+    place = conversion.end;
+  }
+  return out;
+}
+
+Text formatWithoutArguments(TextView message) {
+  Text out;
+  std::size_t place = 0;
+  while (place < message.size()) {
+    const std::size_t mark = findUnit(message, u'%', place);
+    out += message.substr(place, mark - place);
+    if (mark == message.size()) break;
+    const FormatConversion conversion = readConversion(message, mark);
+    if (conversion.letter == u'%') out += u'%';
+    place = std::min(conversion.end, message.size());
+  }
+  return out;
+}
+
+}  // namespace kelvane

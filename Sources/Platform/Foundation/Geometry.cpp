@@ -1,0 +1,117 @@
+#include "Platform/Foundation/Geometry.h"
+
+#include <charconv>
+#include <cmath>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Platform/Foundation/TextEncoding.h"
+#include "Platform/Foundation/TextNumbers.h"
+
+namespace kelvane {
+namespace {
+
+double minimum(double a, double b) { return std::isnan(a) || a < b ? a : b; }
+double maximum(double a, double b) { return std::isnan(a) || a > b ? a : b; }
+
+CGRect rectBetween(double minX, double minY, double maxX, double maxY) {
+  return {minX, minY, maxX - minX, maxY - minY};
+}
+
+Text pairText(double first, double second) {
+  return u"{" + shortestDecimal(first) + u", " + shortestDecimal(second) + u"}";
+}
+
+// Reads the text forms from left to right; once something does not fit, all that follows fails.
+class FormReader {
+ public:
+  explicit FormReader(std::string_view text) : myRest(text) {}
+
+  bool take(char mark) {
+    skipBlanks();
+    if (!myRest.starts_with(mark)) return false;
+    myRest.remove_prefix(1);
+    return true;
+  }
+
+  bool takeNumber(double& number) {
+    skipBlanks();
+    const auto result = std::from_chars(myRest.data(), myRest.data() + myRest.size(), number);
+    if (result.ec != std::errc()) return false;
+    myRest.remove_prefix(static_cast<std::size_t>(result.ptr - myRest.data()));
+    return true;
+  }
+
+  bool takePair(double& first, double& second) {
+    return take('{') && takeNumber(first) && take(',') && takeNumber(second) && take('}');
+  }
+
+  bool isAtEnd() {
+    skipBlanks();
+    return myRest.empty();
+  }
+
+ private:
+  void skipBlanks() {
+    const std::size_t blanks = myRest.find_first_not_of(" \t\r\n");
+    myRest.remove_prefix(blanks == std::string_view::npos ? myRest.size() : blanks);
+  }
+
+  std::string_view myRest;
+};
+
+std::optional<CGPoint> readPair(TextView text) {
+  const std::string bytes = utf8(text);
+  FormReader reader(bytes);
+  CGPoint pair;
+  if (!reader.takePair(pair.x, pair.y) || !reader.isAtEnd()) return std::nullopt;
+  return pair;
+}
+
+}  // namespace
+
+CGRect CGRectIntersection(const CGRect& a, const CGRect& b) {
+  if (!CGRectIntersectsRect(a, b)) return CGRectNull;
+  return rectBetween(maximum(CGRectGetMinX(a), CGRectGetMinX(b)), maximum(CGRectGetMinY(a), CGRectGetMinY(b)),
+                     minimum(CGRectGetMaxX(a), CGRectGetMaxX(b)), minimum(CGRectGetMaxY(a), CGRectGetMaxY(b)));
+}
+
+CGRect CGRectUnion(const CGRect& a, const CGRect& b) {
+  if (CGRectIsNull(a)) return b;
+  if (CGRectIsNull(b)) return a;
+  return rectBetween(minimum(CGRectGetMinX(a), CGRectGetMinX(b)), minimum(CGRectGetMinY(a), CGRectGetMinY(b)),
+                     maximum(CGRectGetMaxX(a), CGRectGetMaxX(b)), maximum(CGRectGetMaxY(a), CGRectGetMaxY(b)));
+}
+
+CGRect CGRectIntegral(const CGRect& rect) {
+  if (CGRectIsNull(rect)) return rect;
+  return rectBetween(std::floor(CGRectGetMinX(rect)), std::floor(CGRectGetMinY(rect)), std::ceil(CGRectGetMaxX(rect)),
+                     std::ceil(CGRectGetMaxY(rect)));
+}
+
+Text NSStringFromPoint(const CGPoint& point) { return pairText(point.x, point.y); }
+
+Text NSStringFromSize(const CGSize& size) { return pairText(size.width, size.height); }
+
+Text NSStringFromRect(const CGRect& rect) {
+  return u"{" + NSStringFromPoint(rect.origin) + u", " + NSStringFromSize(rect.size) + u"}";
+}
+
+CGPoint NSPointFromString(TextView text) { return readPair(text).value_or(CGPoint{}); }
+
+CGSize NSSizeFromString(TextView text) {
+  const CGPoint pair = NSPointFromString(text);
+  return {pair.x, pair.y};
+}
+
+CGRect NSRectFromString(TextView text) {
+  const std::string bytes = utf8(text);
+  FormReader reader(bytes);
+  CGRect rect;
+  const bool isWhole = reader.take('{') && reader.takePair(rect.origin.x, rect.origin.y) && reader.take(',') &&
+                       reader.takePair(rect.size.width, rect.size.height) && reader.take('}') && reader.isAtEnd();
+  return isWhole ? rect : CGRectZero;
+}
+
+}  // namespace kelvane

@@ -1,0 +1,109 @@
+#include "Platform/Foundation/NSArray.h"
+
+#include <algorithm>
+
+#include "Platform/Foundation/NSNull.h"
+#include "Platform/Foundation/NSNumber.h"
+#include "Platform/Foundation/Raise.h"
+
+namespace kelvane {
+namespace {
+
+void requireObject(std::string_view operation, const Ref<NSObject>& object) {
+  if (!object) raiseInvalidArgument(operation, "an element cannot be nil");
+}
+
+}  // namespace
+
+NSArray::NSArray(std::vector<Ref<NSObject>> elements) : myElements(std::move(elements)) {
+  for (const Ref<NSObject>& element : myElements) requireObject("initWithArray:", element);
+}
+
+Ref<NSArray> NSArray::arrayWithObjects(std::initializer_list<Ref<NSObject>> elements) {
+  return std::make_shared<NSArray>(std::vector<Ref<NSObject>>(elements));
+}
+
+const Ref<NSObject>& NSArray::objectAtIndex(std::size_t index) const {
+  requireIndex("objectAtIndex:", index, count());
+  return myElements[index];
+}
+
+std::size_t NSArray::indexOfObject(const Ref<NSObject>& object) const {
+  const auto place = std::find_if(begin(), end(), [&](const auto& element) { return kelvane::isEqual(element, object); });
+  return place == end() ? NSNotFound : static_cast<std::size_t>(place - begin());
+}
+
+bool NSArray::isEqual(const NSObject& other) const {
+  const NSArray* array = as<NSArray>(&other);
+  return array && std::equal(begin(), end(), array->begin(), array->end(),
+                             [](const auto& a, const auto& b) { return kelvane::isEqual(a, b); });
+}
+
+std::size_t NSArray::hash() const {
+  std::size_t hash = count();
+  for (const Ref<NSObject>& element : myElements) hash = hash * 31 + element->hash();
+  return hash;
+}
+
+Text NSArray::description() const {
+  Text text = u"(";
+  for (const Ref<NSObject>& element : myElements) {
+    if (text.size() > 1) text += u", ";
+    text += element->description();
+  }
+  text += u')';
+  return text;
+}
+
+Ref<NSObject> NSArray::copy() const {
+  return selfOr([this] { return std::make_shared<NSArray>(myElements); });
+}
+
+Ref<NSObject> NSArray::mutableCopy() const { return std::make_shared<NSMutableArray>(myElements); }
+
+Ref<NSObject> NSArray::valueForKey(TextView key) const {
+  if (key == u"@count") return std::make_shared<NSNumber>(count());
+  if (key.starts_with(u'@')) return NSObject::valueForKey(key);
+  std::vector<Ref<NSObject>> values;
+  values.reserve(count());
+  for (const Ref<NSObject>& element : myElements) {
+    Ref<NSObject> value = element->valueForKey(key);
+    values.push_back(value ? std::move(value) : NSNull::null());
+  }
+  return std::make_shared<NSArray>(std::move(values));
+}
+
+void NSArray::setValueForKey(const Ref<NSObject>& value, TextView key) {
+  for (const Ref<NSObject>& element : myElements) element->setValueForKey(value, key);
+}
+
+void NSMutableArray::addObject(Ref<NSObject> object) {
+  requireObject("addObject:", object);
+  myElements.push_back(std::move(object));
+}
+
+void NSMutableArray::insertObject(Ref<NSObject> object, std::size_t index) {
+  requireObject("insertObject:atIndex:", object);
+  requireIndex("insertObject:atIndex:", index, count() + 1);
+  myElements.insert(begin() + static_cast<std::ptrdiff_t>(index), std::move(object));
+}
+
+void NSMutableArray::removeObjectAtIndex(std::size_t index) {
+  requireIndex("removeObjectAtIndex:", index, count());
+  myElements.erase(begin() + static_cast<std::ptrdiff_t>(index));
+}
+
+void NSMutableArray::removeLastObject() {
+  requireIndex("removeLastObject", 0, count());
+  myElements.pop_back();
+}
+
+void NSMutableArray::replaceObjectAtIndex(std::size_t index, Ref<NSObject> object) {
+  requireObject("replaceObjectAtIndex:withObject:", object);
+  requireIndex("replaceObjectAtIndex:withObject:", index, count());
+  myElements[index] = std::move(object);
+}
+
+Ref<NSObject> NSMutableArray::copy() const { return std::make_shared<NSArray>(myElements); }
+
+}  // namespace kelvane

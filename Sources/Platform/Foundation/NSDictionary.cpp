@@ -1,0 +1,95 @@
+#include "Platform/Foundation/NSDictionary.h"
+
+#include <algorithm>
+#include <functional>
+
+#include "Platform/Foundation/NSNumber.h"
+#include "Platform/Foundation/Raise.h"
+
+namespace kelvane {
+
+NSDictionary::NSDictionary(Entries entries) : myEntries(std::move(entries)) {
+  for (const auto& [key, value] : myEntries)
+    if (!value) raiseInvalidArgument("initWithDictionary:", "the value cannot be nil for key", key);
+}
+
+Ref<NSDictionary> NSDictionary::dictionaryWithEntries(std::initializer_list<Entries::value_type> entries) {
+  return std::make_shared<NSDictionary>(Entries(entries));
+}
+
+Ref<NSObject> NSDictionary::objectForKey(TextView key) const {
+  const auto place = myEntries.find(key);
+  return place == myEntries.end() ? nullptr : place->second;
+}
+
+std::vector<Text> NSDictionary::allKeys() const {
+  std::vector<Text> keys;
+  keys.reserve(count());
+  for (const auto& entry : myEntries) keys.push_back(entry.first);
+  return keys;
+}
+
+bool NSDictionary::isEqual(const NSObject& other) const {
+  const NSDictionary* dictionary = as<NSDictionary>(&other);
+  return dictionary && std::equal(begin(), end(), dictionary->begin(), dictionary->end(), [](const auto& a, const auto& b) {
+           return a.first == b.first && kelvane::isEqual(a.second, b.second);
+         });
+}
+
+std::size_t NSDictionary::hash() const {
+  std::size_t hash = count();
+  for (const auto& [key, value] : myEntries) hash = (hash * 31 + std::hash<Text>()(key)) * 31 + value->hash();
+  return hash;
+}
+
+Text NSDictionary::description() const {
+  Text text = u"{";
+  for (const auto& [key, value] : myEntries) {
+    text += key;
+    text += u" = ";
+    text += value->description();
+    text += u"; ";
+  }
+  text += u'}';
+  return text;
+}
+
+Ref<NSObject> NSDictionary::copy() const {
+  return selfOr([this] { return std::make_shared<NSDictionary>(myEntries); });
+}
+
+Ref<NSObject> NSDictionary::mutableCopy() const { return std::make_shared<NSMutableDictionary>(myEntries); }
+
+Ref<NSObject> NSDictionary::valueForKey(TextView key) const {
+  if (key == u"@count") return std::make_shared<NSNumber>(count());
+  return key.starts_with(u'@') ? NSObject::valueForKey(key) : objectForKey(key);
+}
+
+void NSDictionary::setValueForKey(const Ref<NSObject>&, TextView key) {
+  raiseInvalidArgument("setValue:forKey:", "an immutable dictionary cannot take a value for key", key);
+}
+
+void NSMutableDictionary::setObject(Ref<NSObject> object, TextView key) {
+  if (!object) raiseInvalidArgument("setObject:forKey:", "the object cannot be nil for key", key);
+  const auto place = myEntries.lower_bound(key);
+  if (place != myEntries.end() && place->first == key)
+    place->second = std::move(object);
+  else
+    myEntries.emplace_hint(place, key, std::move(object));
+}
+
+void NSMutableDictionary::removeObjectForKey(TextView key) {
+  const auto place = myEntries.find(key);
+  if (place != myEntries.end()) myEntries.erase(place);
+}
+
+void NSMutableDictionary::setValueForKey(const Ref<NSObject>& value, TextView key) {
+  if (value)
+    setObject(value, key);
+  else
+    removeObjectForKey(key);
+}
+
+Ref<NSObject> NSMutableDictionary::copy() const { return std::make_shared<NSDictionary>(myEntries); }
+
+}  // namespace kelvane

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <initializer_list>
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "Platform/Foundation/NSObject.h"
+
+namespace kelvane {
+
+// Objects under text keys, in ascending order of the keys' code units, so that everything made from a dictionary comes out
+// the same in every run. Values are never nil: giving nil raises std::invalid_argument. Two dictionaries are equal when
+// they have equal values under the same keys. Immutable (its mutable form is not); the values are shared, not copied.
+class KELVANE_EXPORT NSDictionary : public NSObject {
+ public:
+  using Entries = std::map<Text, Ref<NSObject>, std::less<>>;
+
+  NSDictionary() = default;
+  explicit NSDictionary(Entries entries);
+  static Ref<NSDictionary> dictionaryWithEntries(std::initializer_list<Entries::value_type> entries);
+
+  std::size_t count() const { return myEntries.size(); }
+  // objectForKey:  Nil when there is no such key. Logarithmic.
+  Ref<NSObject> objectForKey(TextView key) const;
+  std::vector<Text> allKeys() const;
+
+  // Pairs of key and value.
+  auto begin() const { return myEntries.begin(); }
+  auto end() const { return myEntries.end(); }
+
+  bool isEqual(const NSObject& other) const override;
+  std::size_t hash() const override;
+  // "{a = 1; b = 2; }".
+  Text description() const override;
+  Ref<NSObject> copy() const override;
+  Ref<NSObject> mutableCopy() const override;
+  // The object under the key, or nil. "@count" is the number of entries; any other key that begins with "@" is a property
+  // of the dictionary itself.
+  Ref<NSObject> valueForKey(TextView key) const override;
+  // Raises std::invalid_argument, since an immutable dictionary cannot be changed.
+  void setValueForKey(const Ref<NSObject>& value, TextView key) override;
+
+ protected:
+  Entries myEntries;
+};
+
+// One thread at a time.
+class KELVANE_EXPORT NSMutableDictionary : public NSDictionary {
+ public:
+  using NSDictionary::NSDictionary;
+
+  void setObject(Ref<NSObject> object, TextView key);
+  void removeObjectForKey(TextView key);
+  void removeAllObjects() { myEntries.clear(); }
+
+  // setValue:forKey:  Like setObject, except that nil removes the entry.
+  void setValueForKey(const Ref<NSObject>& value, TextView key) override;
+  Ref<NSObject> copy() const override;
+};
+
+}  // namespace kelvane

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <utility>
+
+#include "Platform/Foundation/Export.h"
+#include "Platform/Foundation/Ref.h"
+#include "Platform/Foundation/Text.h"
+
+namespace kelvane {
+
+class PropertyTable;
+
+// What all objects share: equality, a text form, copying, and reading and writing of properties by name.
+//
+// A class of the host joins in by deriving from NSObject and naming its properties once (Properties.h):
+//
+//   class Person : public NSObject {
+//    public:
+//     const PropertyTable& propertyTable() const override {
+//       static const PropertyTable table(NSObject::propertyTable(),
+//                                        {property(u"name", &Person::myName), property(u"age", &Person::myAge)});
+//       return table;
+//     }
+//
+//    private:
+//     Text myName;
+//     int myAge = 0;
+//   };
+//
+// One thread at a time, unless a class says otherwise.
+class KELVANE_EXPORT NSObject : public std::enable_shared_from_this<NSObject> {
+ public:
+  NSObject() = default;
+  virtual ~NSObject();
+
+  // isEqual:  Whether the two are the same in value. Identity, unless a class says otherwise.
+  virtual bool isEqual(const NSObject& other) const;
+  // Equal objects have equal hashes.
+  virtual std::size_t hash() const;
+  // What "%@" prints: "<ClassName: 0x...>", unless a class says otherwise.
+  virtual Text description() const;
+  // The class's own name, without namespaces.
+  Text className() const;
+
+  // An immutable object of equal value; an immutable object gives itself. std::invalid_argument when the class cannot be
+  // copied.
+  virtual Ref<NSObject> copy() const;
+  // A new object of equal value that can be changed; nil when the class has no form that can.
+  virtual Ref<NSObject> mutableCopy() const;
+
+  // valueForKey:  The property of that name, boxed where it is a plain value; nil where the property is. A name that is no
+  // property raises std::invalid_argument.
+  virtual Ref<NSObject> valueForKey(TextView key) const;
+  // setValue:forKey:  std::invalid_argument when there is no such property, when it cannot be written, when the value is of
+  // another kind, and when a property that is a plain number, truth value or rectangle is given nil.
+  virtual void setValueForKey(const Ref<NSObject>& value, TextView key);
+
+  // valueForKeyPath:  Follows the keys between the points of `keyPath`; nil as soon as one gives nil.
+  Ref<NSObject> valueForKeyPath(TextView keyPath) const;
+  // setValue:forKeyPath:  Sets the last key of the object that the others lead to; nothing when they lead to nil.
+  void setValueForKeyPath(const Ref<NSObject>& value, TextView keyPath);
+
+  // The properties that can be read and written by name; none, unless a class says otherwise.
+  virtual const PropertyTable& propertyTable() const;
+
+ protected:
+  NSObject(const NSObject&) = default;
+  NSObject& operator=(const NSObject&) = default;
+
+  // A reference to this very object, or to what `makeCopy` gives for one that lives outside of references.
+  template <class MakeCopy>
+  Ref<NSObject> selfOr(MakeCopy makeCopy) const {
+    if (Ref<const NSObject> self = weak_from_this().lock()) return std::const_pointer_cast<NSObject>(self);
+    return makeCopy();
+  }
+};
+
+// `object` as a T, or null when it is nil or of another kind.
+template <class T>
+const T* as(const NSObject* object) {
+  return dynamic_cast<const T*>(object);
+}
+template <class T, class U>
+Ref<T> as(const Ref<U>& object) {
+  return std::dynamic_pointer_cast<T>(object);
+}
+
+// Equality of references: nil equals nil and nothing else.
+KELVANE_EXPORT bool isEqual(const NSObject* a, const NSObject* b);
+template <class T, class U>
+bool isEqual(const Ref<T>& a, const Ref<U>& b) {
+  return isEqual(a.get(), b.get());
+}
+
+// The description of what a reference holds; "(null)" for nil.
+KELVANE_EXPORT Text description(const NSObject* object);
+template <class T>
+Text description(const Ref<T>& object) {
+  return description(object.get());
+}
+
+}  // namespace kelvane

@@ -1,0 +1,121 @@
+#include "Platform/Foundation/NSURL.h"
+
+#include <algorithm>
+#include <functional>
+#include <string>
+
+#include "Platform/Foundation/TextEncoding.h"
+
+namespace kelvane {
+namespace {
+
+constexpr bool isLetter(char16_t unit) { return (unit | 0x20) >= u'a' && (unit | 0x20) <= u'z' && unit < 0x80; }
+constexpr bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+
+constexpr int hexadecimalValue(char unit) {
+  if (unit >= '0' && unit <= '9') return unit - '0';
+  if (unit >= 'a' && unit <= 'f') return unit - 'a' + 10;
+  if (unit >= 'A' && unit <= 'F') return unit - 'A' + 10;
+  return -1;
+}
+
+// RFC 3986, 3.1.
+bool isScheme(TextView text) {
+  return !text.empty() && isLetter(text.front()) && std::all_of(text.begin(), text.end(), [](char16_t unit) {
+    return isLetter(unit) || isDigit(unit) || unit == u'+' || unit == u'-' || unit == u'.';
+  });
+}
+
+// The length of what stands before the ":" that ends a scheme; nothing for a relative reference.
+std::optional<std::size_t> schemeLength(TextView text) {
+  const std::size_t end = text.find_first_of(u":/?#");
+  if (end == TextView::npos || text[end] != u':') return std::nullopt;
+  return end;
+}
+
+std::optional<std::string> decodePercents(std::string_view bytes) {
+  std::string decoded;
+  decoded.reserve(bytes.size());
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    if (bytes[i] != '%') {
+      decoded += bytes[i];
+      continue;
+    }
+    const int high = i + 2 < bytes.size() ? hexadecimalValue(bytes[i + 1]) : -1;
+    const int low = high >= 0 ? hexadecimalValue(bytes[i + 2]) : -1;
+    if (low < 0) return std::nullopt;
+    decoded += static_cast<char>(static_cast<unsigned char>(high * 16 + low));
+    i += 2;
+  }
+  return decoded;
+}
+
+}  // namespace
+
+Ref<NSURL> NSURL::URLWithString(TextView text) {
+  const bool hasBlank =
+      std::any_of(text.begin(), text.end(), [](char16_t unit) { return unit <= u' ' || unit == 0x7F; });
+  if (hasBlank || !stringByRemovingPercentEncoding(text)) return nullptr;
+  const auto scheme = schemeLength(text);
+  if (scheme && !isScheme(text.substr(0, *scheme))) return nullptr;
+  return Ref<NSURL>(new NSURL(text));
+}
+
+// RFC 3986, appendix B, from left to right.
+NSURL::NSURL(TextView text) : myText(text) {
+  std::size_t place = 0;
+  if (const auto length = schemeLength(text)) {
+    myScheme = NSRange{0, *length};
+    place = *length + 1;
+  }
+  const std::size_t hash = std::min(text.find(u'#', place), text.size());
+  if (hash < text.size()) myFragment = NSRange{hash + 1, text.size() - hash - 1};
+  const std::size_t question = std::min(text.find(u'?', place), hash);
+  if (question < hash) myQuery = NSRange{question + 1, hash - question - 1};
+  if (text.substr(place, question - place).starts_with(u"//")) {
+    const std::size_t start = place + 2;
+    place = std::min(text.find(u'/', start), question);
+    TextView authority = text.substr(start, place - start);
+    const std::size_t user = authority.rfind(u'@');
+    const std::size_t hostStart = user == TextView::npos ? start : start + user + 1;
+    authority = text.substr(hostStart, place - hostStart);
+    // A colon within the brackets of an IPv6 address begins no port.
+    const std::size_t port = authority.find(u':', authority.starts_with(u'[') ? std::min(authority.find(u']'), authority.size()) : 0);
+    myHost = NSRange{hostStart, std::min(port, authority.size())};
+  }
+  myPath = NSRange{place, question - place};
+}
+
+std::optional<TextView> NSURL::slice(const std::optional<NSRange>& range) const {
+  if (!range) return std::nullopt;
+  return TextView(myText).substr(range->location, range->length);
+}
+
+std::optional<Text> NSURL::path() const {
+  if (myPath.length == 0) return std::nullopt;
+  return stringByRemovingPercentEncoding(TextView(myText).substr(myPath.location, myPath.length));
+}
+
+bool NSURL::isFileURL() const {
+  const std::string name = utf8(scheme().value_or(TextView()));
+  return std::equal(name.begin(), name.end(), "file", "file" + 4, [](char a, char b) { return (a | 0x20) == b; });
+}
+
+bool NSURL::isEqual(const NSObject& other) const {
+  const NSURL* url = as<NSURL>(&other);
+  return url && url->myText == myText;
+}
+
+std::size_t NSURL::hash() const { return std::hash<Text>()(myText); }
+
+Ref<NSObject> NSURL::copy() const {
+  return selfOr([this] { return Ref<NSURL>(new NSURL(myText)); });
+}
+
+std::optional<Text> stringByRemovingPercentEncoding(TextView text) {
+  const auto decoded = decodePercents(fileSystemRepresentation(text));
+  if (!decoded) return std::nullopt;
+  return textFromFileSystem(*decoded);
+}
+
+}  // namespace kelvane

@@ -1,0 +1,48 @@
+#include "Platform/Foundation/PathText.h"
+
+#include <optional>
+#include <vector>
+
+#include "Platform/Foundation/HomeDirectory.h"
+#include "Platform/Foundation/TextScan.h"
+
+namespace kelvane {
+
+Text stringByExpandingTildeInPath(TextView path) {
+  if (!path.starts_with(u'~')) return Text(path);
+  const std::size_t nameEnd = findUnit(path, u'/');
+  const std::optional<Text> home =
+      nameEnd == 1 ? NSHomeDirectory() : NSHomeDirectoryForUser(path.substr(1, nameEnd - 1));
+  return home ? *home + Text(path.substr(nameEnd)) : Text(path);
+}
+
+Text stringByStandardizingPath(TextView path) {
+  if (path.empty()) return {};
+  const Text expanded = stringByExpandingTildeInPath(path);
+  const TextView rest(expanded);
+  const bool isAbsolute = rest.front() == u'/';
+  // Where the components that ".." may take back begin in `result`, one place for each.
+  std::vector<std::size_t> starts;
+  Text result;
+  result.reserve(rest.size());
+  std::size_t place = 0;
+  while (place < rest.size()) {
+    const std::size_t end = findUnit(rest, u'/', place);
+    const TextView component = rest.substr(place, end - place);
+    place = end + 1;
+    if (component.empty() || component == u".") continue;
+    if (component == u".." && !starts.empty()) {
+      result.resize(starts.back());
+      starts.pop_back();
+      continue;
+    }
+    if (component == u".." && isAbsolute) continue;
+    if (component != u"..") starts.push_back(result.size());
+    if (isAbsolute || !result.empty()) result += u'/';
+    result += component;
+  }
+  if (result.empty()) return isAbsolute ? u"/" : u".";
+  return result;
+}
+
+}  // namespace kelvane

@@ -1,0 +1,195 @@
+#include "Platform/Foundation/TextEncoding.h"
+
+#include <cstdint>
+#include <cstring>
+
+namespace kelvane {
+namespace {
+
+constexpr char16_t replacementCharacter = 0xFFFD;
+constexpr char16_t strayByteBase = 0xDC00;
+
+constexpr bool isHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
+constexpr bool isLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
+constexpr bool isSurrogate(char16_t unit) { return (unit & 0xF800) == 0xD800; }
+constexpr bool isStrayByte(char16_t unit) { return unit >= 0xDC80 && unit <= 0xDCFF; }
+
+enum class IllFormed { Replace, KeepStrayBytes };
+
+// One sequence of UTF-8, well-formed or not: the character that it stands for and the bytes that it takes.
+struct Sequence {
+  char32_t character = 0;
+  std::size_t length = 1;
+  bool wellFormed = false;
+};
+
+// What a lead byte says about its sequence. The second byte's bounds are narrower than 80...BF where a wider range would
+// let in overlong forms, surrogates or what lies beyond U+10FFFF.
+struct Lead {
+  std::size_t length;
+  unsigned char secondLow;
+  unsigned char secondHigh;
+};
+
+constexpr Lead leadOf(unsigned char byte) {
+  if (byte >= 0xC2 && byte <= 0xDF) return {2, 0x80, 0xBF};
+  if (byte == 0xE0) return {3, 0xA0, 0xBF};
+  if (byte == 0xED) return {3, 0x80, 0x9F};
+  if (byte >= 0xE1 && byte <= 0xEF) return {3, 0x80, 0xBF};
+  if (byte == 0xF0) return {4, 0x90, 0xBF};
+  if (byte >= 0xF1 && byte <= 0xF3) return {4, 0x80, 0xBF};
+  if (byte == 0xF4) return {4, 0x80, 0x8F};
+  return {0, 0, 0};
+}
+
+Sequence decodeSequence(const unsigned char* bytes, std::size_t available) {
+  const Lead lead = leadOf(bytes[0]);
+  if (lead.length == 0) return {};
+  char32_t character = bytes[0] & (0xFFU >> (lead.length + 1));
+  for (std::size_t i = 1; i < lead.length; ++i) {
+    const unsigned char low = i == 1 ? lead.secondLow : 0x80;
+    const unsigned char high = i == 1 ? lead.secondHigh : 0xBF;
+    if (i == available || bytes[i] < low || bytes[i] > high) return {0, i, false};
+    character = (character << 6) | (bytes[i] & 0x3FU);
+  }
+  return {character, lead.length, true};
+}
+
+char16_t* appendCharacter(char16_t* out, char32_t character) {
+  if (character < 0x10000) {
+    *out++ = static_cast<char16_t>(character);
+    return out;
+  }
+  *out++ = static_cast<char16_t>(0xD7C0 + (character >> 10));
+  *out++ = static_cast<char16_t>(0xDC00 | (character & 0x3FF));
+  return out;
+}
+
+// The number of bytes below 0x80 at the start, found eight at a time.
+std::size_t asciiPrefix(const unsigned char* bytes, std::size_t count) {
+  std::size_t i = 0;
+  for (; i + 8 <= count; i += 8) {
+    std::uint64_t word;
+    std::memcpy(&word, bytes + i, sizeof word);
+    if (word & 0x8080808080808080ULL) break;
+  }
+  while (i < count && bytes[i] < 0x80) ++i;
+  return i;
+}
+
+Text decode(std::string_view source, IllFormed policy) {
+  const auto* bytes = reinterpret_cast<const unsigned char*>(source.data());
+  const std::size_t count = source.size();
+  Text text;
+  // No sequence gives more code units than it has bytes.
+  text.resize_and_overwrite(count, [&](char16_t* begin, std::size_t) {
+    char16_t* out = begin;
+    std::size_t i = 0;
+    while (i < count) {
+      const std::size_t ascii = asciiPrefix(bytes + i, count - i);
+      for (std::size_t k = 0; k < ascii; ++k) out[k] = bytes[i + k];
+      out += ascii;
+      i += ascii;
+      while (i < count && bytes[i] >= 0x80) {
+        const Sequence sequence = decodeSequence(bytes + i, count - i);
+        if (sequence.wellFormed) {
+          out = appendCharacter(out, sequence.character);
+        } else if (policy == IllFormed::Replace) {
+          *out++ = replacementCharacter;
+        } else {
+          for (std::size_t k = 0; k < sequence.length; ++k)
+            *out++ = static_cast<char16_t>(strayByteBase + bytes[i + k]);
+        }
+        i += sequence.length;
+      }
+    }
+    return static_cast<std::size_t>(out - begin);
+  });
+  return text;
+}
+
+char* encodeCharacter(char* out, char32_t character) {
+  const auto put = [&out](char32_t byte) { *out++ = static_cast<char>(static_cast<unsigned char>(byte)); };
+  if (character < 0x800) {
+    put(0xC0 | (character >> 6));
+  } else {
+    if (character < 0x10000) {
+      put(0xE0 | (character >> 12));
+    } else {
+      put(0xF0 | (character >> 18));
+      put(0x80 | ((character >> 12) & 0x3F));
+    }
+    put(0x80 | ((character >> 6) & 0x3F));
+  }
+  put(0x80 | (character & 0x3F));
+  return out;
+}
+
+// At least as many bytes as `encodeInto` writes; exact but for pairs of surrogates, which take four of these six.
+std::size_t encodedSizeLimit(TextView text) {
+  std::size_t size = text.size();
+  for (const char16_t unit : text) size += std::size_t{unit >= 0x80} + std::size_t{unit >= 0x800};
+  return size;
+}
+
+char* encodeInto(char* out, TextView text, IllFormed policy) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char16_t unit = text[i];
+    if (unit < 0x80) {
+      *out++ = static_cast<char>(unit);
+    } else if (!isSurrogate(unit)) {
+      out = encodeCharacter(out, unit);
+    } else if (isHighSurrogate(unit) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
+      const char32_t low = text[++i];
+      out = encodeCharacter(out, (char32_t{unit} << 10) + low - 0x35FDC00);
+    } else if (policy == IllFormed::KeepStrayBytes && isStrayByte(unit)) {
+      *out++ = static_cast<char>(static_cast<unsigned char>(unit - strayByteBase));
+    } else {
+      out = encodeCharacter(out, replacementCharacter);
+    }
+  }
+  return out;
+}
+
+std::string encode(TextView text, IllFormed policy) {
+  std::string bytes;
+  bytes.resize_and_overwrite(encodedSizeLimit(text), [&](char* begin, std::size_t) {
+    return static_cast<std::size_t>(encodeInto(begin, text, policy) - begin);
+  });
+  return bytes;
+}
+
+}  // namespace
+
+std::string utf8(TextView text) { return encode(text, IllFormed::Replace); }
+
+Text textFromUTF8(std::string_view bytes) { return decode(bytes, IllFormed::Replace); }
+
+std::optional<std::string> isoLatin1(TextView text) {
+  char16_t all = 0;
+  std::string bytes;
+  bytes.resize_and_overwrite(text.size(), [&](char* out, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+      all |= text[i];
+      out[i] = static_cast<char>(static_cast<unsigned char>(text[i]));
+    }
+    return count;
+  });
+  if (all > 0xFF) return std::nullopt;
+  return bytes;
+}
+
+Text textFromISOLatin1(std::string_view bytes) {
+  Text text;
+  text.resize_and_overwrite(bytes.size(), [&](char16_t* out, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) out[i] = static_cast<unsigned char>(bytes[i]);
+    return count;
+  });
+  return text;
+}
+
+Text textFromFileSystem(std::string_view bytes) { return decode(bytes, IllFormed::KeepStrayBytes); }
+
+std::string fileSystemRepresentation(TextView path) { return encode(path, IllFormed::KeepStrayBytes); }
+
+}  // namespace kelvane

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <initializer_list>
+
+#include "Platform/Foundation/Export.h"
+#include "Platform/Foundation/Text.h"
+
+// The few loops over code units that all scanning and copying of text goes through, so that making text fast is the work
+// of one place. Pure functions, any thread.
+namespace kelvane {
+
+// Up to eight code units to look for at once, known when compiled: `constexpr UnitSet quotes{u'"', u'\''};`
+class UnitSet {
+ public:
+  // Unused places repeat the first unit, so that a search may compare all of them without asking how many there are.
+  consteval UnitSet(std::initializer_list<char16_t> units) {
+    if (units.size() == 0 || units.size() > myUnits.size()) throw "a unit set holds one to eight code units";
+    myUnits.fill(*units.begin());
+    std::size_t place = 0;
+    for (const char16_t unit : units) myUnits[place++] = unit;
+  }
+
+  constexpr bool contains(char16_t unit) const {
+    bool found = false;
+    for (const char16_t member : myUnits) found |= member == unit;
+    return found;
+  }
+  constexpr const std::array<char16_t, 8>& units() const { return myUnits; }
+
+ private:
+  std::array<char16_t, 8> myUnits{};
+};
+
+// The index of the first code unit at or behind `from` that is in `set`; the text's length when there is none.
+KELVANE_EXPORT std::size_t findAnyOf(TextView text, const UnitSet& set, std::size_t from = 0);
+
+// The same for a single code unit.
+KELVANE_EXPORT std::size_t findUnit(TextView text, char16_t unit, std::size_t from = 0);
+
+// How many code units of `text` equal `unit`.
+KELVANE_EXPORT std::size_t countUnit(TextView text, char16_t unit);
+
+// `text` with every `from` replaced by `to`.
+KELVANE_EXPORT Text replacingUnit(TextView text, char16_t from, char16_t to);
+
+}  // namespace kelvane

@@ -1,0 +1,28 @@
+# KelvaneFoundation::Foundation: all of Sources but the desktop on Qt, which is to be a library of its own.
+
+find_package(ICU REQUIRED COMPONENTS uc i18n)
+
+file(GLOB_RECURSE sources RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/Sources/*.cpp")
+list(FILTER sources EXCLUDE REGEX "^Sources/Qt/")
+
+add_library(KelvaneFoundation ${sources})
+add_library(KelvaneFoundation::Foundation ALIAS KelvaneFoundation)
+set_target_properties(
+  KelvaneFoundation
+  PROPERTIES EXPORT_NAME Foundation
+             VERSION ${PROJECT_VERSION}
+             SOVERSION ${PROJECT_VERSION_MAJOR}
+             CXX_STANDARD 23 # our own bodies; hosts need no more than the headers do
+             CXX_VISIBILITY_PRESET hidden
+             VISIBILITY_INLINES_HIDDEN ON
+             POSITION_INDEPENDENT_CODE ON)
+target_compile_features(KelvaneFoundation PUBLIC cxx_std_20)
+target_include_directories(KelvaneFoundation PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/Sources>")
+target_link_libraries(KelvaneFoundation PRIVATE ICU::uc ICU::i18n)
+kelvane_warnings(KelvaneFoundation)
+
+# A forgotten body is to fail here and not in the host. Sanitizers leave their run-time to the program, hence the
+# exception.
+if(NOT KELVANE_SANITIZE)
+  target_link_options(KelvaneFoundation PRIVATE -Wl,--no-undefined)
+endif()
