@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "Platform/Foundation/NSURL.h"
+#include "Platform/Foundation/Overwrite.h"
 #include "Platform/Foundation/PathText.h"
 #include "Platform/Foundation/RandomBytes.h"
 #include "Platform/Foundation/Raise.h"
@@ -23,8 +24,7 @@ constexpr bool isSurroundingBlank(char16_t unit) {
 // The code units for which `keeps` holds, in order.
 template <class Predicate>
 Text keepingUnits(TextView text, Predicate keeps) {
-  Text kept;
-  kept.resize_and_overwrite(text.size(), [&](char16_t* out, std::size_t) {
+  return overwritten<Text>(text.size(), [&](char16_t* out) {
     std::size_t count = 0;
     // Each unit is written, and the next overwrites it unless it counts: no branch to guess wrong.
     for (const char16_t unit : text) {
@@ -33,7 +33,6 @@ Text keepingUnits(TextView text, Predicate keeps) {
     }
     return count;
   });
-  return kept;
 }
 
 // The text with the units of `special` replaced by what `append(out, unit)` appends, the runs between them copied whole.

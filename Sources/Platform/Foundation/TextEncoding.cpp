@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "Platform/Foundation/Overwrite.h"
+
 namespace kelvane {
 namespace {
 
@@ -80,9 +82,8 @@ std::size_t asciiPrefix(const unsigned char* bytes, std::size_t count) {
 Text decode(std::string_view source, IllFormed policy) {
   const auto* bytes = reinterpret_cast<const unsigned char*>(source.data());
   const std::size_t count = source.size();
-  Text text;
   // No sequence gives more code units than it has bytes.
-  text.resize_and_overwrite(count, [&](char16_t* begin, std::size_t) {
+  return overwritten<Text>(count, [&](char16_t* begin) {
     char16_t* out = begin;
     std::size_t i = 0;
     while (i < count) {
@@ -103,9 +104,8 @@ Text decode(std::string_view source, IllFormed policy) {
         i += sequence.length;
       }
     }
-    return static_cast<std::size_t>(out - begin);
+    return out - begin;
   });
-  return text;
 }
 
 char* encodeCharacter(char* out, char32_t character) {
@@ -152,11 +152,8 @@ char* encodeInto(char* out, TextView text, IllFormed policy) {
 }
 
 std::string encode(TextView text, IllFormed policy) {
-  std::string bytes;
-  bytes.resize_and_overwrite(encodedSizeLimit(text), [&](char* begin, std::size_t) {
-    return static_cast<std::size_t>(encodeInto(begin, text, policy) - begin);
-  });
-  return bytes;
+  return overwritten<std::string>(encodedSizeLimit(text),
+                                  [&](char* begin) { return encodeInto(begin, text, policy) - begin; });
 }
 
 }  // namespace
@@ -167,25 +164,22 @@ Text textFromUTF8(std::string_view bytes) { return decode(bytes, IllFormed::Repl
 
 std::optional<std::string> isoLatin1(TextView text) {
   char16_t all = 0;
-  std::string bytes;
-  bytes.resize_and_overwrite(text.size(), [&](char* out, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) {
+  auto bytes = overwritten<std::string>(text.size(), [&](char* out) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
       all |= text[i];
       out[i] = static_cast<char>(static_cast<unsigned char>(text[i]));
     }
-    return count;
+    return text.size();
   });
   if (all > 0xFF) return std::nullopt;
   return bytes;
 }
 
 Text textFromISOLatin1(std::string_view bytes) {
-  Text text;
-  text.resize_and_overwrite(bytes.size(), [&](char16_t* out, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) out[i] = static_cast<unsigned char>(bytes[i]);
-    return count;
+  return overwritten<Text>(bytes.size(), [&](char16_t* out) {
+    for (std::size_t i = 0; i < bytes.size(); ++i) out[i] = static_cast<unsigned char>(bytes[i]);
+    return bytes.size();
   });
-  return text;
 }
 
 Text textFromFileSystem(std::string_view bytes) { return decode(bytes, IllFormed::KeepStrayBytes); }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Platform/Foundation/Overwrite.h"
+
 namespace kelvane {
 
 std::size_t findAnyOf(TextView text, const UnitSet& set, std::size_t from) {
@@ -18,12 +20,10 @@ std::size_t countUnit(TextView text, char16_t unit) {
 }
 
 Text replacingUnit(TextView text, char16_t from, char16_t to) {
-  Text result;
-  result.resize_and_overwrite(text.size(), [&](char16_t* out, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) out[i] = text[i] == from ? to : text[i];
-    return count;
+  return overwritten<Text>(text.size(), [&](char16_t* out) {
+    for (std::size_t i = 0; i < text.size(); ++i) out[i] = text[i] == from ? to : text[i];
+    return text.size();
   });
-  return result;
 }
 
 }  // namespace kelvane
