@@ -1,0 +1,141 @@
+#include "Extensions/TSVTable.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+
+#include "Extensions/NSString-QNExtensions.h"
+#include "Platform/Foundation/TextEncoding.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+using namespace std::string_view_literals;
+using Entries = std::vector<std::pair<TextView, TextView>>;
+
+Entries entriesOf(const TSVRow& row) {
+  Entries entries;
+  for (const auto entry : row) entries.push_back(entry);
+  return entries;
+}
+
+std::vector<Entries> rowsOf(const TSVTable& table) {
+  std::vector<Entries> rows;
+  for (const TSVRow row : table) rows.push_back(entriesOf(row));
+  return rows;
+}
+
+template <class T>
+constexpr bool givesRows = requires(T table) { std::forward<T>(table)[0]; };
+static_assert(givesRows<TSVTable&> && givesRows<const TSVTable&> && !givesRows<TSVTable> && !givesRows<const TSVTable>);
+
+TEST(TSVTable, ReadsLinesAsRows) {
+  const struct {
+    const char* name;
+    TextView text;
+    std::vector<Entries> rows;
+  } rows[] = {
+      {"empty", u""sv, {}},
+      {"only comments and empty lines", u"#a\n\n#b\n"sv, {}},
+      {"only a header", u"name\tage\n"sv, {}},
+      {"comment, empty cell, cell too many",
+       u"# people\nname\tage\n\nBob\t\nAnn\t30\textra"sv,
+       {{{u"name"sv, u"Bob"sv}}, {{u"name"sv, u"Ann"sv}, {u"age"sv, u"30"sv}}}},
+      {"a comment begins at the line's start only", u"a\n #x\n#y"sv, {{{u"a"sv, u" #x"sv}}}},
+      {"blanks and quotes stay", u"a\tb\n \"x\" \t'\n"sv, {{{u"a"sv, u" \"x\" "sv}, {u"b"sv, u"'"sv}}}},
+      {"rows without a cell are none", u"a\tb\n\t\n\t\t\tx\n"sv, {}},
+      {"missing cells", u"a\tb\tc\n\t2\n"sv, {{{u"b"sv, u"2"sv}}}},
+      {"empty names are names", u"\tb\nx\ty\n"sv, {{{u""sv, u"x"sv}, {u"b"sv, u"y"sv}}}},
+      {"a later column of the same name counts", u"a\ta\n1\t2\n"sv, {{{u"a"sv, u"2"sv}}}},
+      {"unless its cell is empty", u"a\tb\ta\n1\t2\t\n"sv, {{{u"a"sv, u"1"sv}, {u"b"sv, u"2"sv}}}},
+      {"every kind of line end",
+       u"a\tb\r\n1\t2\r3\t4\x2028"
+       u"5\t6\x85"
+       u"7\t8"sv,
+       {{{u"a"sv, u"1"sv}, {u"b"sv, u"2"sv}},
+        {{u"a"sv, u"3"sv}, {u"b"sv, u"4"sv}},
+        {{u"a"sv, u"5"sv}, {u"b"sv, u"6"sv}},
+        {{u"a"sv, u"7"sv}, {u"b"sv, u"8"sv}}}},
+      {"NUL is a character", u"a\n\0\n"sv, {{{u"a"sv, u"\0"sv}}}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    const TSVTable table = arrayFromTSV(row.text);
+    EXPECT_EQ(rowsOf(table), row.rows);
+    EXPECT_EQ(table.size(), row.rows.size());
+    EXPECT_EQ(table.empty(), row.rows.empty());
+    for (std::size_t i = 0; i < table.size(); ++i) {
+      EXPECT_EQ(table[i].size(), row.rows[i].size());
+      for (const auto& [name, cell] : row.rows[i]) EXPECT_EQ(table[i][name], cell);
+      EXPECT_EQ(table[i][u"no such column"], std::nullopt);
+    }
+  }
+}
+
+TEST(TSVTable, AbsentCellsAndColumnNames) {
+  const TSVTable table = arrayFromTSV(u"name\tage\t\tage\nBob\t1\t\t\n");
+  EXPECT_EQ(table.columnNames(), (std::vector<TextView>{u"name", u"age", u"", u"age"}));
+  EXPECT_EQ(table.numberOfColumns(), 4U);
+  EXPECT_TRUE(table[0].contains(u"age"));
+  EXPECT_FALSE(table[0].contains(u""));
+  EXPECT_EQ(table[0].cell(1), u"1"sv);
+  EXPECT_EQ(table[0].cell(3), u""sv);
+  EXPECT_EQ(table[0].cell(99), u""sv);
+}
+
+TEST(TSVTable, OwnsItsText) {
+  // Short enough to live within the string object, so that moving it moves the characters.
+  TSVTable table = arrayFromTSV(Text(u"a\n1\n"));
+  const TSVTable moved = std::move(table);
+  EXPECT_EQ(rowsOf(moved), (std::vector<Entries>{{{u"a"sv, u"1"sv}}}));
+  const TSVTable copied = moved;
+  EXPECT_EQ(rowsOf(copied), rowsOf(moved));
+  EXPECT_NE(copied[0].cell(0).data(), moved[0].cell(0).data());
+}
+
+// Rows as maps, built the plain way, are the judge.
+TEST(TSVTable, AgreesWithThePlainWay) {
+  std::mt19937 random(20260131);
+  for (int turn = 0; turn < 3000; ++turn) {
+    Text text;
+    for (std::size_t length = random() % 40; text.size() < length;) text += u"ab\t\t\n\r#\x2029"[random() % 8];
+    std::vector<std::map<TextView, TextView>> expected;
+    std::optional<std::vector<TextView>> header;
+    for (const TextView line : componentsSeparatedByLineSeparators(text)) {
+      if (line.empty() || line.starts_with(u'#')) continue;
+      std::vector<TextView> cells;
+      for (std::size_t start = 0, end; start <= line.size(); start = end + 1) {
+        end = std::min(line.find(u'\t', start), line.size());
+        cells.push_back(line.substr(start, end - start));
+      }
+      if (!header) {
+        header = cells;
+        continue;
+      }
+      std::map<TextView, TextView> row;
+      for (std::size_t i = 0; i < std::min(cells.size(), header->size()); ++i)
+        if (!cells[i].empty()) row[(*header)[i]] = cells[i];
+      if (!row.empty()) expected.push_back(row);
+    }
+    const TSVTable table = arrayFromTSV(TextView(text));
+    ASSERT_EQ(table.size(), expected.size()) << utf8(text);
+    for (std::size_t i = 0; i < table.size(); ++i) {
+      std::map<TextView, TextView> row;
+      for (const auto& [name, cell] : table[i]) ASSERT_TRUE(row.emplace(name, cell).second) << utf8(text);
+      ASSERT_EQ(row, expected[i]) << utf8(text);
+    }
+  }
+}
+
+TEST(TSVTable, AHundredThousandColumnsOfOneName) {
+  const Text names = NSStringExtensions::stringWithSequenz(u"a\t", 100'000);
+  const Text cells = NSStringExtensions::stringWithSequenz(u"1\t", 100'000);
+  const TSVTable table = arrayFromTSV(names + u"\n" + cells);
+  EXPECT_EQ(table[0].size(), 1U);
+  EXPECT_EQ(table[0][u"a"], u"1"sv);
+}
+
+}  // namespace
+}  // namespace kelvane
