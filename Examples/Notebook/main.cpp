@@ -1,0 +1,47 @@
+#include <csignal>
+#include <cstddef>
+#include <exception>
+#include <span>
+#include <string_view>
+
+#include "Output.h"
+#include "Platform/Foundation/Format.h"
+#include "Report.h"
+
+namespace {
+
+enum ExitStatus { Success = 0, Failure = 1, WrongUsage = 2 };
+
+constexpr kelvane::TextView usage =
+    u"Usage: Notebook --report FOLDER\n"
+    u"       Notebook --help\n"
+    u"\n"
+    u"Reports on the documents in FOLDER and the folders in it: lines, tables, configuration files.\n"
+    u"The exit status is 1 if something could not be read or written, 2 if the arguments are wrong.\n";
+
+ExitStatus printHelp() {
+  notebook::Output output;
+  output.writeLine(usage.substr(0, usage.size() - 1));
+  return output.finish() ? Success : Failure;
+}
+
+ExitStatus run(std::span<char*> arguments) {
+  if (arguments.size() == 2 && std::string_view(arguments[1]) == "--help") return printHelp();
+  if (arguments.size() == 3 && std::string_view(arguments[1]) == "--report")
+    return notebook::Report(arguments[2]).print() ? Success : Failure;
+  notebook::writeToStandardError(usage);
+  return WrongUsage;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  // A reader who has seen enough is a failed write like any other, not our end.
+  std::signal(SIGPIPE, SIG_IGN);
+  try {
+    return run({arguments, static_cast<std::size_t>(count)});
+  } catch (const std::exception& exception) {
+    notebook::complain(kelvane::format(u"%s", exception.what()));
+    return Failure;
+  }
+}
