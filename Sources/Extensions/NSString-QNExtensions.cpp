@@ -7,8 +7,8 @@
 #include "Platform/Foundation/NSURL.h"
 #include "Platform/Foundation/Overwrite.h"
 #include "Platform/Foundation/PathText.h"
-#include "Platform/Foundation/RandomBytes.h"
 #include "Platform/Foundation/Raise.h"
+#include "Platform/Foundation/RandomBytes.h"
 #include "Platform/Foundation/TextScan.h"
 
 namespace kelvane {
@@ -35,7 +35,8 @@ Text keepingUnits(TextView text, Predicate keeps) {
   });
 }
 
-// The text with the units of `special` replaced by what `append(out, unit)` appends, the runs between them copied whole.
+// The text with the units of `special` replaced by what `append(out, unit)` appends, the runs between them copied
+// whole.
 template <class Append>
 Text rewriting(TextView text, const UnitSet& special, Append append) {
   Text out;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -16,8 +15,9 @@
 
 // Operations on text: lines, tokens, trimming, quoting, tables, paths, replacement. The receiver is the first parameter.
 //
-// All of them take time proportional to their input, may run on any thread, and never fail but where it is said; texts may
-// hold anything, unpaired surrogates and NUL included. What returns a TextView returns a slice of its receiver: given a
+// All of them take time proportional to their input (and to their result, where replacing makes that longer), may run on any
+// thread, and never fail but where it is said; a result longer than a text can be is std::length_error. Texts may hold
+// anything, unpaired surrogates and NUL included. What returns a TextView returns a slice of its receiver: given a
 // temporary Text, trimming gives a Text of its own, and the others refuse to compile.
 namespace kelvane {
 
@@ -42,7 +42,7 @@ KELVANE_EXPORT Text uniqueString();
 // componentsSeparatedByLineSeparators  The lines in order, without their terminators.
 //   u"a\r\nb" => "a", "b"      u"a\n" => "a", ""      u"" => (none)
 KELVANE_EXPORT std::vector<TextView> componentsSeparatedByLineSeparators(TextView text);
-template <std::same_as<Text> T>
+template <TemporaryText T>
 std::vector<TextView> componentsSeparatedByLineSeparators(T&& temporary) = delete;
 
 // numberOfLines  How many lines `componentsSeparatedByLineSeparators` gives.
@@ -50,11 +50,13 @@ KELVANE_EXPORT std::int64_t numberOfLines(TextView text);
 
 // firstLine  The first line; empty for the empty text.
 KELVANE_EXPORT TextView firstLine(TextView text);
-template <std::same_as<Text> T>
+template <TemporaryText T>
 TextView firstLine(T&& temporary) = delete;
 
 // containsString:  Whether `needle` stands in the text, code unit by code unit. An empty needle and nil never do.
 KELVANE_EXPORT bool containsString(TextView text, std::optional<TextView> needle);
+// Nil is std::nullopt; a null pointer is no text.
+bool containsString(TextView text, std::nullptr_t) = delete;
 
 // isEmpty  Whether the length is 0; a text of blanks is not empty.
 inline bool isEmpty(TextView text) { return text.empty(); }
@@ -62,26 +64,26 @@ inline bool isEmpty(TextView text) { return text.empty(); }
 // substringToToken:  What stands before the first `token`; the text itself when there is none or it is empty; nil for nil.
 //   u"key=value", u"=" => u"key"      u"key", u"=" => u"key"
 KELVANE_EXPORT std::optional<TextView> substringToToken(TextView text, std::optional<TextView> token);
-template <std::same_as<Text> T>
+template <TemporaryText T>
 std::optional<TextView> substringToToken(T&& temporary, std::optional<TextView> token) = delete;
 
 // substringFromToken:  What stands behind the first `token`; nil when there is none, it is empty, or nil.
 //   u"key=value", u"=" => u"value"      u"key", u"=" => nil
 KELVANE_EXPORT std::optional<TextView> substringFromToken(TextView text, std::optional<TextView> token);
-template <std::same_as<Text> T>
+template <TemporaryText T>
 std::optional<TextView> substringFromToken(T&& temporary, std::optional<TextView> token) = delete;
 
 // stringByRemovingSurroundingWhitespace  The text without the spaces, tabs, CR and LF at its ends. Other blanks, such as a
 // no-break space, stay.
 KELVANE_EXPORT TextView stringByRemovingSurroundingWhitespace(TextView text);
-template <std::same_as<Text> T>
+template <TemporaryText T>
 Text stringByRemovingSurroundingWhitespace(T&& temporary) {
   return Text(stringByRemovingSurroundingWhitespace(TextView(temporary)));
 }
 
 // trim  The same under a shorter name.
 inline TextView trim(TextView text) { return stringByRemovingSurroundingWhitespace(text); }
-template <std::same_as<Text> T>
+template <TemporaryText T>
 Text trim(T&& temporary) {
   return Text(stringByRemovingSurroundingWhitespace(TextView(temporary)));
 }

@@ -57,7 +57,7 @@ void TSVTable::addRow(NSRange line) {
   myRows.push_back(firstStart);
 }
 
-std::vector<TextView> TSVTable::columnNames() const {
+std::vector<TextView> TSVTable::columnNames() const& {
   std::vector<TextView> names;
   names.reserve(myColumns.size());
   for (const Column& column : myColumns) names.push_back(slice(column.name));

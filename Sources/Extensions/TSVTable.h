@@ -69,11 +69,14 @@ class KELVANE_EXPORT TSVTable {
   TSVRow operator[](std::size_t index) const& { return TSVRow(*this, index); }
   // A row of a table that is gone would be of no use.
   TSVRow operator[](std::size_t index) const&& = delete;
-  Iterator begin() const;
-  Iterator end() const;
+  Iterator begin() const&;
+  Iterator begin() const&& = delete;
+  Iterator end() const&;
+  Iterator end() const&& = delete;
 
   // The column names as they stand in the text, doubled and empty ones included; none for a text without a header line.
-  std::vector<TextView> columnNames() const;
+  std::vector<TextView> columnNames() const&;
+  std::vector<TextView> columnNames() const&& = delete;
   std::size_t numberOfColumns() const { return myColumns.size(); }
 
  private:
@@ -110,7 +113,7 @@ class TSVRow::Iterator {
   Entry operator*() const;
   Iterator& operator++();
   Iterator operator++(int);
-  friend bool operator==(const Iterator& a, const Iterator& b) { return a.myColumn == b.myColumn; }
+  friend bool operator==(const Iterator&, const Iterator&) = default;
   friend bool operator==(const Iterator& i, std::default_sentinel_t) { return i.isAtEnd(); }
 
  private:
@@ -146,7 +149,7 @@ class TSVTable::Iterator {
   std::size_t myIndex = 0;
 };
 
-inline TSVTable::Iterator TSVTable::begin() const { return Iterator(*this, 0); }
-inline TSVTable::Iterator TSVTable::end() const { return Iterator(*this, size()); }
+inline TSVTable::Iterator TSVTable::begin() const& { return Iterator(*this, 0); }
+inline TSVTable::Iterator TSVTable::end() const& { return Iterator(*this, size()); }
 
 }  // namespace kelvane

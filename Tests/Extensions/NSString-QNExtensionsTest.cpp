@@ -1,5 +1,3 @@
-#include "Extensions/NSString-QNExtensions.h"
-
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -8,6 +6,7 @@
 #include <set>
 #include <stdexcept>
 
+#include "Extensions/NSString-QNExtensions.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/TextEncoding.h"
@@ -22,15 +21,25 @@ using OptionalText = std::optional<TextView>;
 
 // What compiles with a temporary: trimming gives an owner; what would leave a view of it behind refuses.
 template <class T>
-constexpr bool trims = requires(T text) { trim(std::forward<T>(text)); };
+constexpr bool trims = requires(T text) {
+  trim(std::forward<T>(text));
+};
 template <class T>
-constexpr bool splits = requires(T text) { componentsSeparatedByLineSeparators(std::forward<T>(text)); };
+constexpr bool splits = requires(T text) {
+  componentsSeparatedByLineSeparators(std::forward<T>(text));
+};
 template <class T>
-constexpr bool givesFirstLine = requires(T text) { firstLine(std::forward<T>(text)); };
+constexpr bool givesFirstLine = requires(T text) {
+  firstLine(std::forward<T>(text));
+};
 template <class T>
-constexpr bool cutsToToken = requires(T text) { substringToToken(std::forward<T>(text), u"="sv); };
+constexpr bool cutsToToken = requires(T text) {
+  substringToToken(std::forward<T>(text), u"="sv);
+};
 template <class T>
-constexpr bool cutsFromToken = requires(T text) { substringFromToken(std::forward<T>(text), u"="sv); };
+constexpr bool cutsFromToken = requires(T text) {
+  substringFromToken(std::forward<T>(text), u"="sv);
+};
 
 static_assert(trims<Text> && trims<Text&> && trims<const Text&> && trims<TextView> && trims<const char16_t*>);
 static_assert(std::same_as<decltype(trim(Text())), Text>);
@@ -61,10 +70,11 @@ TEST(NSStringLines, SplitWhereLinesEnd) {
       {"LF CR is two", u"a\n\rb"sv, {u"a"sv, u""sv, u"b"sv}},
       {"CR CR LF is two", u"\r\r\n"sv, {u""sv, u""sv, u""sv}},
       {"CR at the end", u"a\r"sv, {u"a"sv, u""sv}},
-      {"NEL and the separators", u"a\x85"
-                                 u"b\x2028"
-                                 u"c\x2029"
-                                 u"d"sv,
+      {"NEL and the separators",
+       u"a\x85"
+       u"b\x2028"
+       u"c\x2029"
+       u"d"sv,
        {u"a"sv, u"b"sv, u"c"sv, u"d"sv}},
       {"VT, FF, NUL and lone surrogates end nothing", u"a\v\f\0\xD800\xDC00\xDBFF"sv, {u"a\v\f\0\xD800\xDC00\xDBFF"sv}},
   };
@@ -133,7 +143,9 @@ TEST(NSStringContains, ComparesCodeUnits) {
 }
 
 TEST(NSStringRemoval, OfBlanksLinebreaksAndWhatIsNoDigit) {
-  EXPECT_EQ(stringByRemovingWhitespace(u" a\t\xA0\x2003\x2028\x85\x0B\x3000" u"b\x200B\x180E"), u"ab\x200B\x180E"sv);
+  EXPECT_EQ(stringByRemovingWhitespace(u" a\t\xA0\x2003\x2028\x85\x0B\x3000"
+                                       u"b\x200B\x180E"),
+            u"ab\x200B\x180E"sv);
   EXPECT_EQ(stringByRemovingLinebreaks(u"a\nb\r\nc\x2028"), u"a b\r c\x2028"sv);
   EXPECT_EQ(digitsOnly(u"+49 (30) 1-\x0663\xFF17\xB2\xBD\xD835\xDFCE"), u"49301\x0663\xFF17"sv);
   const auto vowels = NSCharacterSet::characterSetWithCharactersInString(u"aeiou");
@@ -144,8 +156,8 @@ TEST(NSStringRemoval, OfBlanksLinebreaksAndWhatIsNoDigit) {
 
 TEST(NSStringNormalizeTrailing0, CutsBothEnds) {
   const std::pair<TextView, TextView> rows[] = {
-      {u"2.50", u"2.5"}, {u"1.500", u"1.5"}, {u"3.000", u"3.0"}, {u"7.0", u"7.0"}, {u"0.25", u".25"},
-      {u"100", u"1"},    {u"10", u"1"},      {u"0", u""},        {u"", u""},       {u"000", u""},
+      {u"2.50", u"2.5"}, {u"1.500", u"1.5"},  {u"3.000", u"3.0"},    {u"7.0", u"7.0"}, {u"0.25", u".25"},
+      {u"100", u"1"},    {u"10", u"1"},       {u"0", u""},           {u"", u""},       {u"000", u""},
       {u"0.0", u".0"},   {u"-0.50", u"-0.5"}, {u"1.0e10", u"1.0e1"},
   };
   for (const auto& [text, normalized] : rows) EXPECT_EQ(normalizeTrailing0(text), normalized) << utf8(text);
@@ -226,8 +238,9 @@ TEST(NSStringNormalizePath, ReadsPathsAndFileURLs) {
       {u"file://host/tmp/x?q#f", u"/tmp/x"sv},
       {u"file:/a/%2E%2E/b", u"/b"sv},
       {u"file:a/b", u"a/b"sv},
-      {u"file:///a%FFb", u"/a\xDCFF"
-                         u"b"sv},
+      {u"file:///a%FFb",
+       u"/a\xDCFF"
+       u"b"sv},
       {u"file:", std::nullopt},
       {u"file://host", std::nullopt},
       {u"file:///a b", std::nullopt},
@@ -245,7 +258,7 @@ TEST(NSStringNormalizePath, ReadsPathsAndFileURLs) {
 
 TEST(NSStringReplacement, OfOneText) {
   const std::tuple<TextView, TextView, TextView, TextView> rows[] = {
-      {u"aaa", u"aa", u"b", u"ba"},   {u"aaa", u"a", u"aa", u"aaaaaa"}, {u"abc", u"", u"x", u"abc"},
+      {u"aaa", u"aa", u"b", u"ba"},    {u"aaa", u"a", u"aa", u"aaaaaa"}, {u"abc", u"", u"x", u"abc"},
       {u"abc", u"abcd", u"x", u"abc"}, {u"", u"a", u"x", u""},           {u"a b c", u" ", u"", u"abc"},
       {u"aXa", u"A", u"b", u"aXa"},
   };

@@ -1,11 +1,10 @@
-#include "Extensions/TSVTable.h"
-
 #include <gtest/gtest.h>
 
 #include <map>
 #include <random>
 
 #include "Extensions/NSString-QNExtensions.h"
+#include "Extensions/TSVTable.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Support/TextPrinting.h"
 
@@ -28,7 +27,9 @@ std::vector<Entries> rowsOf(const TSVTable& table) {
 }
 
 template <class T>
-constexpr bool givesRows = requires(T table) { std::forward<T>(table)[0]; };
+constexpr bool givesRows = requires(T table) {
+  std::forward<T>(table)[0];
+};
 static_assert(givesRows<TSVTable&> && givesRows<const TSVTable&> && !givesRows<TSVTable> && !givesRows<const TSVTable>);
 
 TEST(TSVTable, ReadsLinesAsRows) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -20,6 +21,7 @@ namespace kelvane {
 
 inline Ref<NSString> box(Text text) { return std::make_shared<NSString>(std::move(text)); }
 inline Ref<NSString> box(TextView text) { return std::make_shared<NSString>(text); }
+inline Ref<NSObject> box(std::nullptr_t) { return nullptr; }
 inline Ref<NSString> box(const char16_t* text) { return std::make_shared<NSString>(text); }
 template <class T>
   requires std::integral<T> || std::floating_point<T>
@@ -57,6 +59,8 @@ struct Unboxer<T> {
       return number->boolValue();
     else if constexpr (std::floating_point<T>)
       return static_cast<T>(number->doubleValue());
+    else if constexpr (std::signed_integral<T> && sizeof(T) <= sizeof(std::int32_t))
+      return static_cast<T>(number->intValue());
     else if constexpr (std::signed_integral<T>)
       return static_cast<T>(number->integerValue());
     else

@@ -42,7 +42,7 @@ struct ElementTraits<Ref<T>> {
   static bool isNil(const Ref<T>& element) { return element == nullptr; }
   static std::optional<TextView> text(const Ref<T>& element) {
     const NSString* string = as<NSString>(element.get());
-    return string ? std::optional(string->text()) : std::nullopt;
+    return string ? std::optional<TextView>(string->text()) : std::nullopt;
   }
 };
 

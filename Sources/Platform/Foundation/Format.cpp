@@ -13,7 +13,8 @@
 namespace kelvane {
 namespace {
 
-// The largest double has 309 digits before the point; the rest is for the point, the sign and up to 99 digits behind it.
+// The largest double has 309 digits before the point; the rest is for the point, the sign and up to 99 digits behind
+// it.
 using NumberBuffer = char[512];
 
 struct PrintedNumber {
@@ -28,9 +29,9 @@ std::string_view printUnsigned(NumberBuffer& buffer, std::uint64_t number, int b
 PrintedNumber printDouble(NumberBuffer& buffer, double number, unsigned precision) {
   if (std::isnan(number)) return {false, "nan"};
   const bool isNegative = std::signbit(number);
-  const auto end = std::to_chars(buffer, std::end(buffer), std::abs(number), std::chars_format::fixed,
-                                 static_cast<int>(precision))
-                       .ptr;
+  const auto end =
+      std::to_chars(buffer, std::end(buffer), std::abs(number), std::chars_format::fixed, static_cast<int>(precision))
+          .ptr;
   return {isNegative, {buffer, end}};
 }
 
@@ -43,7 +44,9 @@ void appendNumber(Text& out, const FormatConversion& conversion, const PrintedNu
   const std::string_view sign = number.isNegative ? "-" : conversion.showsPlus ? "+" : "";
   const std::size_t length = sign.size() + number.digits.size();
   const std::size_t padding = conversion.width > length ? conversion.width - length : 0;
-  const bool zeros = conversion.padsWithZeros && !conversion.alignsLeft;
+  // As in C, no zeros before "inf" and "nan".
+  const bool isFinite = number.digits.front() != 'i' && number.digits.front() != 'n';
+  const bool zeros = conversion.padsWithZeros && !conversion.alignsLeft && isFinite;
   if (!zeros && !conversion.alignsLeft) out.append(padding, u' ');
   out.append(sign.begin(), sign.end());
   if (zeros) out.append(padding, u'0');
@@ -65,27 +68,29 @@ void appendInteger(Text& out, const FormatConversion& conversion, const FormatAr
   appendNumber(out, conversion, {false, digits});
 }
 
+void appendAddress(Text& out, const void* address) {
+  NumberBuffer buffer;
+  const auto digits = printUnsigned(buffer, reinterpret_cast<std::uintptr_t>(address), 16);
+  out += u"0x";
+  out.append(digits.begin(), digits.end());
+}
+
 void appendArgument(Text& out, const FormatConversion& conversion, const FormatArgument& argument) {
+  // Where something is, whatever else it could be printed as.
+  if (conversion.letter == u'p') return appendAddress(out, argument.address());
   NumberBuffer buffer;
   switch (argument.kind()) {
     case FormatArgument::Kind::String:
       out += argument.text();
       break;
     case FormatArgument::Kind::Object:
-      // "%p" of a pointer to an object prints where it is.
-      if (conversion.letter == u'@') {
-        out += description(argument.object());
-        break;
-      }
-      [[fallthrough]];
-    case FormatArgument::Kind::Address: {
-      const auto digits = printUnsigned(buffer, reinterpret_cast<std::uintptr_t>(argument.address()), 16);
-      out += u"0x";
-      out.append(digits.begin(), digits.end());
+      out += description(argument.object());
       break;
-    }
     case FormatArgument::Kind::Bytes:
       out += argument.bytes() ? textFromUTF8(argument.bytes()) : Text(u"(null)");
+      break;
+    case FormatArgument::Kind::Address:
+      appendAddress(out, argument.address());
       break;
     case FormatArgument::Kind::Signed:
     case FormatArgument::Kind::Unsigned:
@@ -127,9 +132,12 @@ Text formatWithoutArguments(TextView message) {
     const std::size_t mark = findUnit(message, u'%', place);
     out += message.substr(place, mark - place);
     if (mark == message.size()) break;
-    const FormatConversion conversion = readConversion(message, mark);
-    if (conversion.letter == u'%') out += u'%';
-    place = std::min(conversion.end, message.size());
+    const std::size_t letter = message.find_first_not_of(u"0123456789 #+-'*$.,hlLqjtz", mark + 1);
+    if (letter == TextView::npos) break;
+    if (message[letter] == u'%') out += u'%';
+    const bool isPair = (message[letter] & 0xFC00) == 0xD800 && (message.substr(letter + 1, 1) >= u"\xDC00") &&
+                        (message.substr(letter + 1, 1) <= u"\xDFFF");
+    place = letter + (isPair ? 2 : 1);
   }
   return out;
 }

@@ -28,7 +28,8 @@
 //   %p                  an address
 //   %%                  "%"
 //
-// Numbers take "0", "-", "+" and a width ("%02x"), %f a precision ("%.3f"), each at most 99.
+// Numbers take "0", "-", "+" and a width ("%02x"), %f a precision ("%.3f"), each at most 99; the others are printed as they
+// are. An address is a pointer to anything but text and bytes.
 namespace kelvane {
 
 // One value to print. Made on the way into `format`; views what it is made from.
@@ -38,7 +39,7 @@ class KELVANE_EXPORT FormatArgument {
 
   FormatArgument(const Text& text) : FormatArgument(TextView(text)) {}
   FormatArgument(TextView text) : myKind(Kind::String), myText(text) {}
-  FormatArgument(const char16_t* text) : FormatArgument(TextView(text)) {}
+  FormatArgument(const char16_t* text) : FormatArgument(text ? TextView(text) : TextView(u"(null)")) {}
   template <class T>
     requires std::convertible_to<const T&, TextView>
   FormatArgument(const std::optional<T>& text) : FormatArgument(text ? TextView(*text) : TextView(u"(null)")) {}
@@ -88,6 +89,8 @@ struct FormatConversion {
   char16_t letter = 0;
   // The place behind the conversion.
   std::size_t end = 0;
+
+  constexpr bool hasLayout() const { return padsWithZeros || alignsLeft || showsPlus || width > 0; }
 };
 
 // Reads the conversion whose "%" stands at `place`. The letter is 0 when it is none of those above.
@@ -125,26 +128,34 @@ constexpr FormatConversion readConversion(TextView format, std::size_t place) {
 // Whether a conversion prints values of type T.
 template <class T>
 constexpr bool printsType(const FormatConversion& conversion) {
-  using Value = std::remove_cvref_t<T>;
+  using Value = std::decay_t<T>;
+  constexpr bool isNull = std::same_as<Value, std::nullptr_t>;
+  constexpr bool isText = std::convertible_to<Value, TextView> || std::same_as<Value, std::optional<Text>> ||
+                          std::same_as<Value, std::optional<TextView>>;
+  constexpr bool isBytes = std::convertible_to<Value, const char*> && !isNull;
+  constexpr bool isObject = std::convertible_to<Value, Ref<const NSObject>> || std::derived_from<Value, NSObject> ||
+                            std::convertible_to<Value, const NSObject*>;
   constexpr bool isUnit = std::same_as<Value, char16_t>;
+  constexpr bool isTruth = std::same_as<Value, bool>;
   const bool fits = sizeof(Value) <= 4 || conversion.isLong;
+  const bool isPlain = !conversion.hasLayout() && !conversion.precision;
   switch (conversion.letter) {
     case u's':
-      return std::convertible_to<Value, const char*>;
+      return (isBytes || isNull) && isPlain;
     case u'd':
-      return std::integral<Value> && (std::signed_integral<Value> || std::same_as<Value, bool>)&&!isUnit && fits;
+      return (std::signed_integral<Value> || isTruth) && fits && !conversion.precision;
     case u'u':
     case u'x':
     case u'X':
-      return std::unsigned_integral<Value> && !std::same_as<Value, bool> && !isUnit && fits;
+      return std::unsigned_integral<Value> && !isTruth && !isUnit && fits && !conversion.precision;
     case u'c':
-      return isUnit;
+      return isUnit && isPlain;
     case u'f':
       return std::floating_point<Value>;
     case u'p':
-      return std::is_pointer_v<Value>;
+      return std::convertible_to<Value, const void*> && !isBytes && !isText && isPlain;
     case u'@':
-      return !std::is_arithmetic_v<Value> && !std::convertible_to<Value, const char*>;
+      return (isText || isObject || isNull) && isPlain;
     default:
       return false;
   }
@@ -192,8 +203,9 @@ Text format(FormatString<std::type_identity_t<A>...> theFormat, const A&... argu
   }
 }
 
-// `message` read as a format that has no arguments: "%%" gives "%", and a "%" with whatever conversion gives nothing.
-//   u"50%% of %d" => u"50% of "
+// `message` read as a format of C that has no arguments: "%%" gives "%", and any other "%" nothing, with its flags, width,
+// precision, length and the letter behind them, whatever that is.
+//   u"50%% of %d" => u"50% of "      u"%1$@ and %-5.2lf" => u" and "
 KELVANE_EXPORT Text formatWithoutArguments(TextView message);
 
 }  // namespace kelvane

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Foundation/TextEncoding.h"
+#include "Platform/Foundation/NSCharacterSet.h"
 #include "Platform/Foundation/TextNumbers.h"
 
 namespace kelvane {
@@ -54,15 +54,25 @@ class FormReader {
 
  private:
   void skipBlanks() {
-    const std::size_t blanks = myRest.find_first_not_of(" \t\r\n");
+    const std::size_t blanks = myRest.find_first_not_of(' ');
     myRest.remove_prefix(blanks == std::string_view::npos ? myRest.size() : blanks);
   }
 
   std::string_view myRest;
 };
 
+// `text` with all white space as blanks. What else lies beyond ASCII becomes "?", which no form holds.
+std::string bytesOfForm(TextView text) {
+  const NSCharacterSet& blanks = NSCharacterSet::whitespaceAndNewlineCharacterSet();
+  std::string bytes;
+  bytes.reserve(text.size());
+  for (const char16_t unit : text)
+    bytes += blanks.characterIsMember(unit) ? ' ' : unit < 0x80 ? static_cast<char>(unit) : '?';
+  return bytes;
+}
+
 std::optional<CGPoint> readPair(TextView text) {
-  const std::string bytes = utf8(text);
+  const std::string bytes = bytesOfForm(text);
   FormReader reader(bytes);
   CGPoint pair;
   if (!reader.takePair(pair.x, pair.y) || !reader.isAtEnd()) return std::nullopt;
@@ -106,7 +116,7 @@ CGSize NSSizeFromString(TextView text) {
 }
 
 CGRect NSRectFromString(TextView text) {
-  const std::string bytes = utf8(text);
+  const std::string bytes = bytesOfForm(text);
   FormReader reader(bytes);
   CGRect rect;
   const bool isWhole = reader.take('{') && reader.takePair(rect.origin.x, rect.origin.y) && reader.take(',') &&

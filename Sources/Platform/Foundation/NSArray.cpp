@@ -29,7 +29,8 @@ const Ref<NSObject>& NSArray::objectAtIndex(std::size_t index) const {
 }
 
 std::size_t NSArray::indexOfObject(const Ref<NSObject>& object) const {
-  const auto place = std::find_if(begin(), end(), [&](const auto& element) { return kelvane::isEqual(element, object); });
+  const auto place =
+      std::find_if(begin(), end(), [&](const auto& element) { return kelvane::isEqual(element, object); });
   return place == end() ? NSNotFound : static_cast<std::size_t>(place - begin());
 }
 
@@ -48,7 +49,7 @@ std::size_t NSArray::hash() const {
 Text NSArray::description() const {
   Text text = u"(";
   for (const Ref<NSObject>& element : myElements) {
-    if (text.size() > 1) text += u", ";
+    if (&element != &myElements.front()) text += u", ";
     text += element->description();
   }
   text += u')';
@@ -84,7 +85,7 @@ void NSMutableArray::addObject(Ref<NSObject> object) {
 
 void NSMutableArray::insertObject(Ref<NSObject> object, std::size_t index) {
   requireObject("insertObject:atIndex:", object);
-  requireIndex("insertObject:atIndex:", index, count() + 1);
+  requireRange("insertObject:atIndex:", {index, 0}, count());
   myElements.insert(begin() + static_cast<std::ptrdiff_t>(index), std::move(object));
 }
 

@@ -30,7 +30,8 @@ bool NSDate::isEqual(const NSObject& other) const {
 std::size_t NSDate::hash() const { return std::hash<double>()(mySeconds); }
 
 Text NSDate::description() const {
-  const double seconds = std::floor(timeIntervalSince1970());
+  // The fraction goes first: adding would round it away.
+  const double seconds = std::floor(mySeconds) + timeIntervalBetween1970AndReferenceDate;
   if (!(seconds >= startOfYear1 && seconds < startOfYear10000)) return shortestDecimal(mySeconds);
   const std::chrono::sys_seconds instant{std::chrono::seconds(static_cast<std::int64_t>(seconds))};
   const auto day = std::chrono::floor<std::chrono::days>(instant);

@@ -31,7 +31,8 @@ std::vector<Text> NSDictionary::allKeys() const {
 
 bool NSDictionary::isEqual(const NSObject& other) const {
   const NSDictionary* dictionary = as<NSDictionary>(&other);
-  return dictionary && std::equal(begin(), end(), dictionary->begin(), dictionary->end(), [](const auto& a, const auto& b) {
+  return dictionary &&
+         std::equal(begin(), end(), dictionary->begin(), dictionary->end(), [](const auto& a, const auto& b) {
            return a.first == b.first && kelvane::isEqual(a.second, b.second);
          });
 }

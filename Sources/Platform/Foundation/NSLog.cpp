@@ -5,6 +5,7 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -16,8 +17,11 @@ namespace kelvane {
 namespace {
 
 struct SystemLog {
-  std::mutex mutex;
-  SystemLogSink sink;
+  // Recursive, for a sink that logs or is replaced by itself.
+  std::recursive_mutex mutex;
+  // Shared, so that a sink which is replaced while it runs lives until it returns.
+  std::shared_ptr<const SystemLogSink> sink;
+  bool isInSink = false;
 };
 
 // Never destroyed: destructors that run at exit may still log.
@@ -58,20 +62,25 @@ void writeToStandardError(TextView message) {
 SystemLogSink setSystemLogSink(SystemLogSink sink) {
   SystemLog& log = theSystemLog();
   const std::lock_guard lock(log.mutex);
-  return std::exchange(log.sink, std::move(sink));
+  auto replacement = sink ? std::make_shared<const SystemLogSink>(std::move(sink)) : nullptr;
+  const auto before = std::exchange(log.sink, std::move(replacement));
+  return before ? *before : SystemLogSink();
 }
 
 void systemLog(TextView message) {
   SystemLog& log = theSystemLog();
   const std::lock_guard lock(log.mutex);
+  const auto sink = log.isInSink ? nullptr : log.sink;
+  const bool wasInSink = std::exchange(log.isInSink, true);
   try {
-    if (log.sink)
-      log.sink(message);
+    if (sink)
+      (*sink)(message);
     else
       writeToStandardError(message);
   } catch (...) {
     // A log that cannot be written must not bring down what wanted to log.
   }
+  log.isInSink = wasInSink;
 }
 
 }  // namespace kelvane

@@ -11,14 +11,14 @@
 namespace kelvane {
 
 // Takes each message, without time stamp and line end. Called on the writing thread, by one thread at a time; what it
-// throws is swallowed.
+// throws is swallowed. It may log and may replace the sink: what is logged meanwhile takes the default way.
 using SystemLogSink = std::function<void(TextView message)>;
 
 // Replaces the sink and returns the one before; nothing (an empty function) stands for the default.
 //
 // The default writes one line to standard error, in one system call:
-// "2026-01-31 12:00:00.123 Notebook[4711:4712] message", with local time, the process's name and the numbers of process and
-// thread, in UTF-8.
+// "2026-01-31 12:00:00.123 Notebook[4711:4712] message", with local time, the process's name and the numbers of process
+// and thread, in UTF-8.
 KELVANE_EXPORT SystemLogSink setSystemLogSink(SystemLogSink sink);
 
 // Sends a message as it stands to the system log.

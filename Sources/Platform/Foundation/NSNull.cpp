@@ -3,7 +3,7 @@
 namespace kelvane {
 
 const Ref<NSNull>& NSNull::null() {
-  static const auto& theOne = *new Ref<NSNull>(std::make_shared<NSNull>());
+  static const auto& theOne = *new Ref<NSNull>(new NSNull);
   return theOne;
 }
 

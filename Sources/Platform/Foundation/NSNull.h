@@ -8,10 +8,15 @@ namespace kelvane {
 class KELVANE_EXPORT NSNull : public NSObject {
  public:
   static const Ref<NSNull>& null();
+  NSNull(const NSNull&) = delete;
+  NSNull& operator=(const NSNull&) = delete;
 
   // Null is equal to null only, which is identity.
   Text description() const override { return u"<null>"; }
   Ref<NSObject> copy() const override { return null(); }
+
+ private:
+  NSNull() = default;
 };
 
 }  // namespace kelvane

@@ -106,9 +106,7 @@ Text NSNumber::stringValue() const {
 bool NSNumber::isEqual(const NSObject& other) const {
   const NSNumber* number = as<NSNumber>(&other);
   if (!number) return false;
-  const auto whole = [](const NSNumber& n) {
-    return std::visit([](auto value) { return wholeOf(value); }, n.myValue);
-  };
+  const auto whole = [](const NSNumber& n) { return std::visit([](auto value) { return wholeOf(value); }, n.myValue); };
   const WholeNumber mine = whole(*this);
   const WholeNumber theirs = whole(*number);
   if (mine.isWhole || theirs.isWhole) return mine == theirs;

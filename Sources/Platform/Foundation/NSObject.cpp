@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <functional>
 #include <iterator>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <typeinfo>
@@ -16,6 +17,22 @@
 #include "Platform/Foundation/TextEncoding.h"
 
 namespace kelvane {
+
+namespace {
+
+// Where the last name behind "::" starts. Colons within brackets belong to a template's arguments or a function's.
+std::size_t lastNameStart(std::string_view name) {
+  std::size_t start = 0;
+  int depth = 0;
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    if (name[i] == '<' || name[i] == '(') ++depth;
+    if (name[i] == '>' || name[i] == ')') --depth;
+    if (name[i] == ':' && depth == 0) start = i + 1;
+  }
+  return start;
+}
+
+}  // namespace
 
 NSObject::~NSObject() = default;
 
@@ -33,9 +50,7 @@ Text NSObject::className() const {
   int status = 0;
   char* demangled = abi::__cxa_demangle(typeid(*this).name(), nullptr, nullptr, &status);
   std::string_view name = status == 0 ? demangled : typeid(*this).name();
-  // A template's arguments hold colons of their own and belong to the name.
-  const std::size_t colon = name.substr(0, name.find('<')).rfind(':');
-  if (colon != std::string_view::npos) name.remove_prefix(colon + 1);
+  name.remove_prefix(lastNameStart(name));
   Text text = textFromUTF8(name);
   std::free(demangled);
   return text;
@@ -56,7 +71,11 @@ void NSObject::setValueForKey(const Ref<NSObject>& value, TextView key) {
     raiseInvalidArgument("setValue:forKey:", "an object of class " + utf8(className()) + " has no key", key);
   if (!property->set)
     raiseInvalidArgument("setValue:forKey:", "in class " + utf8(className()) + " nothing can be set for key", key);
-  property->set(*this, value);
+  try {
+    property->set(*this, value);
+  } catch (const std::invalid_argument& reason) {
+    raiseInvalidArgument("setValue:forKey:", std::string(reason.what()) + ", for key", key);
+  }
 }
 
 Ref<NSObject> NSObject::valueForKeyPath(TextView keyPath) const {

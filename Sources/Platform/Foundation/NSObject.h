@@ -54,7 +54,7 @@ class KELVANE_EXPORT NSObject : public std::enable_shared_from_this<NSObject> {
   // property raises std::invalid_argument.
   virtual Ref<NSObject> valueForKey(TextView key) const;
   // setValue:forKey:  std::invalid_argument when there is no such property, when it cannot be written, when the value is of
-  // another kind, and when a property that is a plain number, truth value or rectangle is given nil.
+  // another kind, and when a property that has no nil of its own (a Text, number, truth value or rectangle) is given nil.
   virtual void setValueForKey(const Ref<NSObject>& value, TextView key);
 
   // valueForKeyPath:  Follows the keys between the points of `keyPath`; nil as soon as one gives nil.
@@ -82,6 +82,10 @@ template <class T>
 const T* as(const NSObject* object) {
   return dynamic_cast<const T*>(object);
 }
+template <class T>
+T* as(NSObject* object) {
+  return dynamic_cast<T*>(object);
+}
 template <class T, class U>
 Ref<T> as(const Ref<U>& object) {
   return std::dynamic_pointer_cast<T>(object);
@@ -92,6 +96,10 @@ KELVANE_EXPORT bool isEqual(const NSObject* a, const NSObject* b);
 template <class T, class U>
 bool isEqual(const Ref<T>& a, const Ref<U>& b) {
   return isEqual(a.get(), b.get());
+}
+template <class T>
+bool isEqual(const Ref<T>& a, std::nullptr_t) {
+  return a == nullptr;
 }
 
 // The description of what a reference holds; "(null)" for nil.

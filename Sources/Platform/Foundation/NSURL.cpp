@@ -80,15 +80,16 @@ NSURL::NSURL(TextView text) : myText(text) {
     const std::size_t hostStart = user == TextView::npos ? start : start + user + 1;
     authority = text.substr(hostStart, place - hostStart);
     // A colon within the brackets of an IPv6 address begins no port.
-    const std::size_t port = authority.find(u':', authority.starts_with(u'[') ? std::min(authority.find(u']'), authority.size()) : 0);
+    const std::size_t port =
+        authority.find(u':', authority.starts_with(u'[') ? std::min(authority.find(u']'), authority.size()) : 0);
     myHost = NSRange{hostStart, std::min(port, authority.size())};
   }
   myPath = NSRange{place, question - place};
 }
 
-std::optional<TextView> NSURL::slice(const std::optional<NSRange>& range) const {
+std::optional<Text> NSURL::slice(const std::optional<NSRange>& range) const {
   if (!range) return std::nullopt;
-  return TextView(myText).substr(range->location, range->length);
+  return myText.substr(range->location, range->length);
 }
 
 std::optional<Text> NSURL::path() const {
@@ -97,7 +98,7 @@ std::optional<Text> NSURL::path() const {
 }
 
 bool NSURL::isFileURL() const {
-  const std::string name = utf8(scheme().value_or(TextView()));
+  const std::string name = utf8(scheme().value_or(Text()));
   return std::equal(name.begin(), name.end(), "file", "file" + 4, [](char a, char b) { return (a | 0x20) == b; });
 }
 

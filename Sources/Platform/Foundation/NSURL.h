@@ -17,10 +17,10 @@ class KELVANE_EXPORT NSURL : public NSObject {
   // The text that the URL was made from.
   const Text& absoluteString() const { return myText; }
   // The components as they stand in the text, without their marks; nothing when the URL has none.
-  std::optional<TextView> scheme() const { return slice(myScheme); }
-  std::optional<TextView> host() const { return slice(myHost); }
-  std::optional<TextView> query() const { return slice(myQuery); }
-  std::optional<TextView> fragment() const { return slice(myFragment); }
+  std::optional<Text> scheme() const { return slice(myScheme); }
+  std::optional<Text> host() const { return slice(myHost); }
+  std::optional<Text> query() const { return slice(myQuery); }
+  std::optional<Text> fragment() const { return slice(myFragment); }
   // The path with its percent escapes decoded, as a path of the file system (bytes that are not UTF-8 survive); nothing
   // when it is empty.
   std::optional<Text> path() const;
@@ -34,7 +34,7 @@ class KELVANE_EXPORT NSURL : public NSObject {
 
  private:
   explicit NSURL(TextView text);
-  std::optional<TextView> slice(const std::optional<NSRange>& range) const;
+  std::optional<Text> slice(const std::optional<NSRange>& range) const;
 
   Text myText;
   std::optional<NSRange> myScheme;

@@ -5,8 +5,9 @@
 
 namespace kelvane {
 
-// A string of at most `limit` units that `fill(out)` writes and counts. Where the standard library can, the units are not
-// cleared first. The size that g++ 12 hands to the callback may be larger than what was asked for, so `fill` never sees it.
+// A string of at most `limit` units that `fill(out)` writes and counts. Where the standard library can, the units are
+// not cleared first. The size that g++ 12 hands to the callback may be larger than what was asked for, so `fill` never
+// sees it.
 template <class String, class Fill>
 String overwritten(std::size_t limit, Fill fill) {
   String string;

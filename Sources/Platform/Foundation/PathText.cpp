@@ -13,14 +13,16 @@ Text stringByExpandingTildeInPath(TextView path) {
   const std::size_t nameEnd = findUnit(path, u'/');
   const std::optional<Text> home =
       nameEnd == 1 ? NSHomeDirectory() : NSHomeDirectoryForUser(path.substr(1, nameEnd - 1));
-  return home ? *home + Text(path.substr(nameEnd)) : Text(path);
+  if (!home) return Text(path);
+  const bool bringsSlash = home->ends_with(u'/') && nameEnd < path.size();
+  return *home + Text(path.substr(nameEnd + (bringsSlash ? 1 : 0)));
 }
 
 Text stringByStandardizingPath(TextView path) {
   if (path.empty()) return {};
   const Text expanded = stringByExpandingTildeInPath(path);
   const TextView rest(expanded);
-  const bool isAbsolute = rest.front() == u'/';
+  const bool isAbsolute = rest.starts_with(u'/');
   // Where the components that ".." may take back begin in `result`, one place for each.
   std::vector<std::size_t> starts;
   Text result;
@@ -42,6 +44,8 @@ Text stringByStandardizingPath(TextView path) {
     result += component;
   }
   if (result.empty()) return isAbsolute ? u"/" : u".";
+  // A "~" that came to the front is a name like any other, and is to stay one.
+  if (result.front() == u'~' && path.front() != u'~') result.insert(0, u"./");
   return result;
 }
 

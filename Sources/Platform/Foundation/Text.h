@@ -1,8 +1,10 @@
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace kelvane {
 
@@ -23,5 +25,9 @@ struct NSRange {
   constexpr std::size_t end() const { return location + length; }
   friend constexpr bool operator==(const NSRange&, const NSRange&) = default;
 };
+
+// A Text that is about to go. What would return a view of it refuses to take one.
+template <class T>
+concept TemporaryText = std::same_as<std::remove_const_t<T>, Text>;
 
 }  // namespace kelvane

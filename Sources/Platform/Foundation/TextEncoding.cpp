@@ -25,8 +25,8 @@ struct Sequence {
   bool wellFormed = false;
 };
 
-// What a lead byte says about its sequence. The second byte's bounds are narrower than 80...BF where a wider range would
-// let in overlong forms, surrogates or what lies beyond U+10FFFF.
+// What a lead byte says about its sequence. The second byte's bounds are narrower than 80...BF where a wider range
+// would let in overlong forms, surrogates or what lies beyond U+10FFFF.
 struct Lead {
   std::size_t length;
   unsigned char secondLow;

@@ -16,9 +16,9 @@ namespace kelvane {
 //   u"\xD800" => EF BF BD
 KELVANE_EXPORT std::string utf8(TextView text);
 
-// The text that `bytes` hold as UTF-8. Each maximal ill-formed part becomes one U+FFFD, the way that the Unicode Standard
-// recommends (chapter 3.9, "U+FFFD Substitution of Maximal Subparts"). A byte-order mark is kept as U+FEFF. The result
-// reserves as many code units as there are bytes.
+// The text that `bytes` hold as UTF-8. Each maximal ill-formed part becomes one U+FFFD, the way that the Unicode
+// Standard recommends (chapter 3.9, "U+FFFD Substitution of Maximal Subparts"). A byte-order mark is kept as U+FEFF.
+// The result reserves as many code units as there are bytes.
 //
 //   C3 A9       => u"é"
 //   E2 82 41    => u"\xFFFD" u"A"       (one part: a sequence cut short)
@@ -32,11 +32,12 @@ KELVANE_EXPORT std::optional<std::string> isoLatin1(TextView text);
 KELVANE_EXPORT Text textFromISOLatin1(std::string_view bytes);
 
 // A file name or path as text, such that `fileSystemRepresentation` gives the same bytes again, whatever they are: read
-// as UTF-8, except that a byte which belongs to no well-formed sequence becomes U+DC00 plus its value (U+DC80...U+DCFF).
+// as UTF-8, except that a byte which belongs to no well-formed sequence becomes U+DC00 plus its value
+// (U+DC80...U+DCFF).
 KELVANE_EXPORT Text textFromFileSystem(std::string_view bytes);
 
-// The bytes of a file name or path. U+DC80...U+DCFF, where they are unpaired, stand for a stray byte; any other unpaired
-// surrogate becomes U+FFFD.
+// The bytes of a file name or path. U+DC80...U+DCFF, where they are unpaired, stand for a stray byte; any other
+// unpaired surrogate becomes U+FFFD.
 KELVANE_EXPORT std::string fileSystemRepresentation(TextView path);
 
 }  // namespace kelvane

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <concepts>
 #include <cstddef>
 #include <iterator>
 
@@ -17,8 +16,8 @@ inline constexpr UnitSet lineTerminators{u'\n', u'\r', u'\x85', u'\x2028', u'\x2
 //
 //   for (TextView line : Lines(text)) ...
 //
-// Lines come without their terminators. A text that ends with a terminator has an empty last line, and the empty text has
-// no line at all:
+// Lines come without their terminators. A text that ends with a terminator has an empty last line, and the empty text
+// has no line at all:
 //
 //   u""          => (none)
 //   u"a"         => "a"
@@ -26,7 +25,8 @@ inline constexpr UnitSet lineTerminators{u'\n', u'\r', u'\x85', u'\x2028', u'\x2
 //   u"\n\n"      => "", "", ""
 //   u"a\r\nb"    => "a", "b"
 //
-// Walking all lines takes time proportional to the text. Immutable; the text must outlive it, so temporaries are refused.
+// Walking all lines takes time proportional to the text. Immutable; the text must outlive it, so temporaries are
+// refused.
 class Lines {
  public:
   class Iterator {
@@ -77,7 +77,7 @@ class Lines {
   };
 
   explicit Lines(TextView text) : myText(text) {}
-  template <std::same_as<Text> T>
+  template <TemporaryText T>
   explicit Lines(T&& temporary) = delete;
 
   Iterator begin() const { return Iterator(myText); }

@@ -55,16 +55,15 @@ std::size_t endOfDecimal(TextView text, std::size_t start) {
   return end;
 }
 
-// Whether a decimal that does not fit a double is too large for it rather than too small: told by the power of ten of its
-// first digit that is not 0.
+// Whether a decimal that does not fit a double is too large for it rather than too small: told by the power of ten of
+// its first digit that is not 0.
 bool isTooLarge(TextView decimal) {
   constexpr std::int64_t limit = std::numeric_limits<std::int64_t>::max() / 2;
   const std::size_t mantissaEnd = std::min(decimal.find_first_of(u"eE"), decimal.size());
   const TextView mantissa = decimal.substr(0, mantissaEnd);
   const auto point = static_cast<std::int64_t>(std::min(mantissa.find(u'.'), mantissa.size()));
   const auto first = static_cast<std::int64_t>(std::min(mantissa.find_first_of(u"123456789"), mantissa.size()));
-  const std::int64_t exponent =
-      mantissaEnd == decimal.size() ? 0 : integerValue(decimal.substr(mantissaEnd + 1));
+  const std::int64_t exponent = mantissaEnd == decimal.size() ? 0 : integerValue(decimal.substr(mantissaEnd + 1));
   return std::min(std::max(exponent, -limit), limit) + point - first > 0;
 }
 

@@ -7,8 +7,8 @@
 #include "Platform/Foundation/Export.h"
 #include "Platform/Foundation/Text.h"
 
-// The few loops over code units that all scanning and copying of text goes through, so that making text fast is the work
-// of one place. Pure functions, any thread.
+// The few loops over code units that all scanning and copying of text goes through, so that making text fast is the
+// work of one place. Pure functions, any thread.
 namespace kelvane {
 
 // Up to eight code units to look for at once, known when compiled: `constexpr UnitSet quotes{u'"', u'\''};`

@@ -91,7 +91,9 @@ std::optional<NSRange> rangeOfString(TextView text, TextView needle, NSStringCom
 
 std::optional<NSRange> rangeOfString(TextView text, TextView needle, NSStringCompareOptions options, NSRange range) {
   requireRange("rangeOfString:options:range:", range, text.size());
-  return TextFinder(text, needle, options).find(range.location, range.end());
+  auto found = TextFinder(text.substr(range.location, range.length), needle, options).find(0, range.length);
+  if (found) found->location += range.location;
+  return found;
 }
 
 Text foldCase(TextView text) {

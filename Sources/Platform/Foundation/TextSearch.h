@@ -26,6 +26,9 @@ inline constexpr NSStringCompareOptions NSBackwardsSearch = 4;
 class KELVANE_EXPORT TextFinder {
  public:
   TextFinder(TextView text, TextView needle, NSStringCompareOptions options = 0);
+  // A copy would go on viewing what the first one folded.
+  TextFinder(const TextFinder&) = delete;
+  TextFinder& operator=(const TextFinder&) = delete;
 
   // The first match (the last one when searching backwards) that lies wholly within [from, end). Nothing when there is
   // none; an empty needle is never found. Bounds beyond the text's length are cut to it.
@@ -49,7 +52,8 @@ class KELVANE_EXPORT TextFinder {
 // rangeOfString:  The first match of `needle` in `text`; nothing when there is none or the needle is empty.
 KELVANE_EXPORT std::optional<NSRange> rangeOfString(TextView text, TextView needle, NSStringCompareOptions options = 0);
 
-// rangeOfString:options:range:  The same within `range`, which must lie within the text: std::out_of_range otherwise.
+// rangeOfString:options:range:  The same within `range`, which must lie within the text: std::out_of_range otherwise. Without
+// regard to case the range is folded at each call: to go on and on in one text, make a TextFinder.
 KELVANE_EXPORT std::optional<NSRange> rangeOfString(TextView text, TextView needle, NSStringCompareOptions options,
                                                     NSRange range);
 

@@ -1,0 +1,130 @@
+#include "Utilities/QNLogger.h"
+
+#include <array>
+#include <string>
+
+#include "Extensions/NSFileManager-ThreadSafeManager.h"
+#include "Extensions/NSUserDefaultsController-OSCompatibility.h"
+#include "Platform/Desktop/Desktop.h"
+#include "Platform/Foundation/Format.h"
+#include "Platform/Foundation/NSLog.h"
+#include "Platform/Foundation/TextEncoding.h"
+
+namespace kelvane {
+namespace {
+
+using NSFileManagerExtensions::threadSafeManager;
+using NSUserDefaultsControllerExtensions::standardUserDefaults;
+
+constexpr std::uint32_t mostSevere = 4;
+
+std::uint32_t preferredLevel() {
+  const auto level = static_cast<std::uint32_t>(integerForKey(standardUserDefaults(), u"QNLogger_logLevel"));
+  return level <= mostSevere ? level : static_cast<std::uint32_t>(QNLogLevel::Warn);
+}
+
+const char* labelOf(QNLogLevel level) {
+  constexpr std::array labels{"DEBUG", "INFO", "WARN", "ERROR", "FATAL"};
+  const auto index = static_cast<std::size_t>(level);
+  return index < labels.size() ? labels[index] : "";
+}
+
+const char* labelOf(std::uint32_t event) {
+  switch (static_cast<QNLogEvent>(event)) {
+    case QNLogEvent::Binding:
+      return "BINDING";
+    case QNLogEvent::Database:
+      return "DATABASE";
+    case QNLogEvent::Memory:
+      return "MEMORY";
+    case QNLogEvent::Transport:
+      return "TRANSPORT";
+    case QNLogEvent::Ui:
+      return "UI";
+    case QNLogEvent::Verbose:
+      return "VERBOSE";
+  }
+  return "";
+}
+
+constexpr bool hasBit(std::uint32_t event, QNLogEvent bit) { return (event & static_cast<std::uint32_t>(bit)) != 0; }
+
+}  // namespace
+
+QNLogger& QNLogger::sharedLogger() {
+  static auto& logger = *new QNLogger();
+  return logger;
+}
+
+QNLogger::QNLogger() : myLogLevel(preferredLevel()) {}
+
+QNLogger::~QNLogger() { closeLogFile(); }
+
+void QNLogger::openLogFile(std::optional<TextView> path, bool emptyLogFirst) {
+  if (!path || path->empty()) return;
+  // A copy first: the path may be a view of the one that it replaces.
+  myLogFilePath = Text(*path);
+  NSFileManager& files = threadSafeManager();
+  if (emptyLogFirst && files.fileExistsAtPath(*myLogFilePath)) {
+    Ref<NSError> error;
+    if (!files.removeItemAtPath(*myLogFilePath, &error))
+      NSLog(u"Error while removing file at path '%@': %@", *myLogFilePath, error->localizedDescription());
+  }
+  // A path with NUL would open another file.
+  const bool isPath = myLogFilePath->find(u'\0') == Text::npos;
+  myLogFile = isPath ? std::fopen(fileSystemRepresentation(*myLogFilePath).c_str(), "ae") : nullptr;
+  if (!myLogFile) NSLog(u"Can't open log file!");
+}
+
+void QNLogger::clearLogFile() {
+  const std::optional<Text> path = myLogFilePath;
+  closeLogFile();
+  if (path) openLogFile(*path, true);
+}
+
+void QNLogger::closeLogFile() {
+  myLogFilePath.reset();
+  if (myLogFile) std::fclose(myLogFile);
+  myLogFile = nullptr;
+}
+
+void QNLogger::logNSError(const NSError*) {}
+
+void QNLogger::nsError(int lineNumber, const char* fileName, const char* methodName, const NSError* nsError) {
+  if (nsError) error(lineNumber, fileName, methodName, format(u"%@ (NSError)", nsError->localizedDescription()));
+}
+
+void QNLogger::writeMessage(QNLogLevel logLevel, int lineNumber, const char*, const char* methodName, TextView message,
+                            const NSException* withException) {
+  const char* label = labelOf(logLevel);
+  const Text line = withException ? format(u"%s %s:%d - %@ - Exception: %@", label, methodName, lineNumber, message,
+                                           withException->reason())
+                                  : format(u"%s %s:%d - %@", label, methodName, lineNumber, message);
+  writeToLogFile(line);
+  systemLog(line);
+}
+
+void QNLogger::writeToLogFile(TextView line) {
+  if (!myLogFile) return;
+  // What ISO Latin-1 cannot hold has no byte form, and its line says so. One call, so that lines of several threads do
+  // not mix.
+  const std::string bytes = isoLatin1(line).value_or("(null)") + "\n";
+  std::fwrite(bytes.data(), 1, bytes.size(), myLogFile);
+  if (myImmediatelyFlusLogFile) std::fflush(myLogFile);
+}
+
+void QNLogger::showAlert(TextView message) {
+  Desktop::current().runModalAlert({u"A serious problem occurred", formatWithoutArguments(message), u"OK"});
+}
+
+void QNLogger::writeEvent(int lineNumber, const char* methodName, std::uint32_t event, TextView message) {
+  const char* label = labelOf(event);
+  if (hasBit(event, QNLogEvent::Binding))
+    NSLog(u"%s %s:%ld - %@", label, methodName, lineNumber, message);
+  else if (hasBit(event, QNLogEvent::Memory))
+    NSLog(u"%s %s - %@", label, methodName, message);
+  else
+    NSLog(u"%s - %@", label, message);
+}
+
+}  // namespace kelvane

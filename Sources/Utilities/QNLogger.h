@@ -1,0 +1,150 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+
+#include "Platform/Foundation/Export.h"
+#include "Platform/Foundation/NSError.h"
+#include "Platform/Foundation/NSException.h"
+#include "Platform/Foundation/Text.h"
+
+namespace kelvane {
+
+// How severe a message is.
+enum class QNLogLevel : std::uint32_t { Debug = 0, Info = 1, Warn = 2, Error = 3, Fatal = 4 };
+
+// Kinds of events, one bit each.
+enum class QNLogEvent : std::uint32_t { Binding = 1, Database = 2, Memory = 4, Transport = 8, Ui = 16, Verbose = 32 };
+
+// The one place where the library and its host report what happens. A message that is at least as severe as the
+// threshold becomes one line, which goes to the system log and, when one is open, to the log file:
+//
+//   WARN moveFileToTrash:120 - Can't move file.
+//
+//   QNLogger::sharedLogger().warn(__LINE__, __FILE__, __func__, format(u"Can't move '%@'.", path));
+//
+// Apart from messages there are events, which go to the system log alone, when their kind is switched on.
+//
+// Nothing here fails: trouble of the logger's own goes to the system log. Messages may be written by several threads at
+// once, each line stays whole; thresholds and the log file are set while no other thread writes. Writing a line costs a
+// system call; a level that is off costs a comparison.
+class KELVANE_EXPORT QNLogger {
+ public:
+  // sharedLogger  The logger of the process, made at the first call, on whatever thread.
+  static QNLogger& sharedLogger();
+
+  // A logger without a log file and with all events off. Its threshold is read here, once, from the preference
+  // "QNLogger_logLevel": 0 to 4 count, a missing value is 0, any other gives 2 (Warn).
+  QNLogger();
+  // Closes the log file.
+  ~QNLogger();
+  QNLogger(const QNLogger&) = delete;
+  QNLogger& operator=(const QNLogger&) = delete;
+
+  // logLevel  The threshold: what is less severe is not written. A threshold above 4 turns everything off.
+  std::uint32_t logLevel() const { return myLogLevel; }
+  // setLogLevel:
+  void setLogLevel(std::uint32_t logLevel) { myLogLevel = logLevel; }
+  void setLogLevel(QNLogLevel logLevel) { myLogLevel = static_cast<std::uint32_t>(logLevel); }
+  // eventLevel  The mask of the kinds of events that are written.
+  std::uint32_t eventLevel() const { return myEventLevel; }
+  // setEventLevel:
+  void setEventLevel(std::uint32_t eventLevel) { myEventLevel = eventLevel; }
+  // setImmediatelyFlusLogFile:  Whether each line is on its way to the disk before the call returns.
+  void setImmediatelyFlusLogFile(std::same_as<bool> auto immediately) { myImmediatelyFlusLogFile = immediately; }
+
+  // setLogFile:emptyLogFirst:  Opens a log file, to whose end lines are added, in ISO Latin-1; it is made when it is
+  // missing, and removed first when `emptyLogFirst` says so. Nothing for an empty or nil path. A file that is open
+  // already is not closed: call `closeLogFile` before. When the file cannot be opened none is, but the path is kept.
+  void setLogFile(std::optional<TextView> path, std::same_as<bool> auto emptyLogFirst) {
+    openLogFile(path, emptyLogFirst);
+  }
+  // logFilePath  The path of the log file, or nil.
+  std::optional<Text> logFilePath() const { return myLogFilePath; }
+  // clearLogFile  Empties the log file and opens it again; without a path it only closes.
+  void clearLogFile();
+  // closeLogFile  Closes the log file and forgets its path.
+  void closeLogFile();
+  // logNSError:  Does nothing.
+  void logNSError(const NSError* error);
+
+  // Each message comes with the place that reports it: the source line, the source file, which is not printed, and the
+  // method, in UTF-8.
+
+  // lineNumber:fileName:methodName:debug:
+  void debug(int lineNumber, const char* fileName, const char* methodName, TextView debug) {
+    message(QNLogLevel::Debug, lineNumber, fileName, methodName, debug);
+  }
+  // lineNumber:fileName:methodName:info:
+  void info(int lineNumber, const char* fileName, const char* methodName, TextView info) {
+    message(QNLogLevel::Info, lineNumber, fileName, methodName, info);
+  }
+  // lineNumber:fileName:methodName:warn:
+  // lineNumber:fileName:methodName:warn:withException:
+  void warn(int lineNumber, const char* fileName, const char* methodName, TextView warn,
+            const NSException* withException = nullptr) {
+    message(QNLogLevel::Warn, lineNumber, fileName, methodName, warn, withException);
+  }
+  // lineNumber:fileName:methodName:error:
+  // lineNumber:fileName:methodName:error:withException:
+  void error(int lineNumber, const char* fileName, const char* methodName, TextView error,
+             const NSException* withException = nullptr) {
+    message(QNLogLevel::Error, lineNumber, fileName, methodName, error, withException);
+  }
+  // lineNumber:fileName:methodName:nsError:  The error's localized description and " (NSError)", as an error; nothing
+  // for null.
+  void nsError(int lineNumber, const char* fileName, const char* methodName, const NSError* nsError);
+  // lineNumber:fileName:methodName:fatal:showDialog:
+  void fatal(int lineNumber, const char* fileName, const char* methodName, TextView fatal,
+             std::same_as<bool> auto showDialog) {
+    message(QNLogLevel::Fatal, lineNumber, fileName, methodName, fatal, nullptr, showDialog);
+  }
+  // lineNumber:fileName:methodName:fatal:withException:
+  void fatal(int lineNumber, const char* fileName, const char* methodName, TextView fatal,
+             const NSException* withException) {
+    message(QNLogLevel::Fatal, lineNumber, fileName, methodName, fatal, withException);
+  }
+
+  // logLevel:lineNumber:fileName:methodName:message:withException:showDialog:  What all of these come down to: writes
+  // the line, with the exception's reason when there is one, and then shows a modal alert with the message, on the
+  // calling thread, which must be the main one. Below the threshold neither. The alert reads the message as a format
+  // without arguments: "%%" gives "%", any other conversion nothing. A level above 4 has an empty label.
+  void message(QNLogLevel logLevel, int lineNumber, const char* fileName, const char* methodName, TextView message,
+               const NSException* withException = nullptr) {
+    this->message(logLevel, lineNumber, fileName, methodName, message, withException, false);
+  }
+  void message(QNLogLevel logLevel, int lineNumber, const char* fileName, const char* methodName, TextView message,
+               const NSException* withException, std::same_as<bool> auto showDialog) {
+    if (myLogLevel > static_cast<std::uint32_t>(logLevel)) return;
+    writeMessage(logLevel, lineNumber, fileName, methodName, message, withException);
+    if (showDialog) showAlert(message);
+  }
+
+  // lineNumber:fileName:methodName:event:message:  Writes an event to the system log, whatever the threshold, when a
+  // bit of `event` is in the mask. With the bit of Binding the line tells method and line number, else with that of
+  // Memory the method. Several bits at once, and bits beyond Verbose, have an empty label.
+  void event(int lineNumber, const char*, const char* methodName, std::uint32_t event, TextView message) {
+    if ((myEventLevel & event) != 0) writeEvent(lineNumber, methodName, event, message);
+  }
+  void event(int lineNumber, const char* fileName, const char* methodName, QNLogEvent event, TextView message) {
+    this->event(lineNumber, fileName, methodName, static_cast<std::uint32_t>(event), message);
+  }
+
+ private:
+  void openLogFile(std::optional<TextView> path, bool emptyLogFirst);
+  void writeMessage(QNLogLevel logLevel, int lineNumber, const char* fileName, const char* methodName, TextView message,
+                    const NSException* withException);
+  void writeEvent(int lineNumber, const char* methodName, std::uint32_t event, TextView message);
+  void writeToLogFile(TextView line);
+  static void showAlert(TextView message);
+
+  std::uint32_t myEventLevel = 0;
+  std::uint32_t myLogLevel;
+  std::FILE* myLogFile = nullptr;
+  std::optional<Text> myLogFilePath;
+  bool myImmediatelyFlusLogFile = false;
+};
+
+}  // namespace kelvane

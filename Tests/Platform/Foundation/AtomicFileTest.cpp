@@ -1,0 +1,426 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <random>
+#include <set>
+
+#include "Platform/Foundation/AtomicFile.h"
+#include "Support/FaultySystemCalls.h"
+#include "Support/TemporaryFolder.h"
+
+namespace kelvane {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::string_literals;
+using testing::ElementsAre;
+
+constexpr std::size_t noLimit = FaultySystemCalls::never;
+const std::string oldBytes(3000, 'o');
+const std::string newBytes(70000, 'n');
+
+mode_t modeOf(const std::string& path) {
+  struct stat status = {};
+  return ::lstat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
+}
+
+void put(const std::string& path, const std::string& bytes, mode_t mode = 0640) {
+  FaultySystemCalls quick;
+  ASSERT_FALSE(writeFileAtomically(path, bytes, quick));
+  ASSERT_EQ(::chmod(path.c_str(), mode), 0);
+}
+
+// Runs `work` in a child process and gives its number; the child ends with status 0 unless it is killed.
+pid_t inChild(const std::function<void()>& work) {
+  const pid_t child = fork();
+  if (child != 0) return child;
+  try {
+    work();
+    _exit(0);
+  } catch (...) {
+    _exit(2);  // else the child would go on as a test program
+  }
+}
+
+// What there may be before a save of "file".
+struct Scene {
+  const char* name;
+  bool existed;
+  std::function<void(const TemporaryFolder&)> set;
+};
+
+const Scene scenes[] = {
+    {"no file", false, [](const TemporaryFolder&) {}},
+    {"a file", true, [](const TemporaryFolder& folder) { put(folder.path("file"), oldBytes); }},
+    {"two links to a file", true,
+     [](const TemporaryFolder& folder) {
+       put(folder.path("target"), oldBytes);
+       fs::create_symlink("target", folder.path("link"));
+       fs::create_symlink("link", folder.path("file"));
+     }},
+    {"a link to nothing", false, [](const TemporaryFolder& folder) { fs::create_symlink("no", folder.path("file")); }},
+};
+
+std::vector<std::string> withoutTemporary(std::vector<std::string> names) {
+  std::erase_if(names, [](const std::string& name) { return name.starts_with(".kelvane-save-") && name.size() == 30; });
+  return names;
+}
+
+// One save with one fault. False when there were not as many calls.
+bool saveWithFault(const TemporaryFolder& folder, const Scene& scene, std::size_t at, Fault fault, int errorNumber) {
+  scene.set(folder);
+  const std::vector<std::string> before = folder.names();
+  const bool isLink = fs::is_symlink(folder.path("file"));
+  FaultySystemCalls calls(at, fault, errorNumber);
+  const std::error_code error = writeFileAtomically(folder.path("file"), newBytes, calls);
+  const std::string& faulty = calls.faultyCall();
+
+  const FileContents after = readFile(folder.path("file"), noLimit);
+  const bool isNew = !after.error && after.bytes == newBytes;
+  const bool isOld = scene.existed ? after.bytes == oldBytes : after.error == std::errc::no_such_file_or_directory;
+  EXPECT_TRUE(isNew || isOld) << after.error << ", " << after.bytes.size() << " bytes";
+  const bool flushOfFolder = isNew && faulty == "fsync" && fault != Fault::Interrupted;
+  EXPECT_EQ(!error, flushOfFolder ? errorNumber == EINVAL : isNew) << error;
+  if (fault == Fault::Interrupted) {
+    EXPECT_EQ(!error, faulty != "rename") << error;
+  }
+  if (isNew && faulty == "close" && fault == Fault::Error) {
+    EXPECT_EQ(calls.calls()[at - 1], "fsync");
+    EXPECT_EQ(calls.calls()[at - 2], "rename") << "closing the file failed, and nobody was told";
+  }
+  if (fault == Fault::Short) {
+    EXPECT_FALSE(error);
+  }
+  if (fault == Fault::Nothing) {
+    EXPECT_EQ(!error, faulty.empty());
+  }
+
+  // A system that says wrongly that there is nothing gets the link replaced; no other does.
+  const bool staysLink = fs::is_symlink(folder.path("file"));
+  if (faulty != "lstat" || errorNumber != ENOENT) {
+    EXPECT_EQ(staysLink, isLink);
+  }
+  std::vector<std::string> expected = before;
+  if (isNew && !scene.existed && isLink == staysLink) expected.push_back(isLink ? "no" : "file");
+  EXPECT_EQ(fault == Fault::Crash ? withoutTemporary(folder.names()) : folder.names(), expected);
+  EXPECT_EQ(calls.openDescriptors(), 0);
+  return calls.calls().size() > at;
+}
+
+TEST(AtomicFile, SavesWhicheverCallFails) {
+  const int errors[] = {EIO,    ENOSPC, EDQUOT, EACCES,       EPERM, EROFS,  EMFILE,
+                        ENOENT, EEXIST, EINVAL, ENAMETOOLONG, ELOOP, EISDIR, ENOMEM};
+  const Fault faults[] = {Fault::Error, Fault::Interrupted, Fault::Nothing, Fault::Short, Fault::Crash};
+  TemporaryFolder folder;
+  std::size_t runs = 0;
+  for (const Scene& scene : scenes) {
+    for (const Fault fault : faults) {
+      for (const int number : errors) {
+        bool more = true;
+        for (std::size_t at = 0; more && !testing::Test::HasFailure(); ++at, ++runs) {
+          SCOPED_TRACE(scene.name + ", fault "s + std::to_string(static_cast<int>(fault)) + ", call " +
+                       std::to_string(at) + ", " + strerror(number));
+          folder.clear();
+          more = saveWithFault(folder, scene, at, fault, number);
+        }
+      }
+    }
+  }
+  EXPECT_GT(runs, 3000);
+}
+
+TEST(AtomicFile, FlushesBeforeAndAfterRenaming) {
+  const TemporaryFolder folder;
+  FaultySystemCalls calls;
+  EXPECT_FALSE(writeFileAtomically(folder.path("file"), "x", calls));
+  EXPECT_THAT(calls.calls(),
+              ElementsAre("lstat", "open", "open", "fstat", "write", "fsync", "close", "rename", "fsync", "close"));
+}
+
+TEST(AtomicFile, ReadsWhicheverCallFails) {
+  const TemporaryFolder folder;
+  put(folder.path("file"), newBytes);
+  for (const Fault fault : {Fault::Error, Fault::Interrupted, Fault::Short, Fault::Crash}) {
+    bool more = true;
+    for (std::size_t at = 0; more; ++at) {
+      FaultySystemCalls calls(at, fault);
+      const FileContents contents = readFile(folder.path("file"), newBytes.size(), calls);
+      const std::string& faulty = calls.faultyCall();
+      const bool expected = fault == Fault::Interrupted || faulty.empty() || faulty == "close";
+      EXPECT_EQ(!contents.error, expected) << faulty << contents.error;
+      EXPECT_TRUE(contents.bytes == (expected ? newBytes : "")) << faulty;
+      EXPECT_EQ(calls.openDescriptors(), 0);
+      more = calls.calls().size() > at;
+    }
+  }
+}
+
+TEST(AtomicFile, ReadsNothingButFilesWithinTheLimit) {
+  const TemporaryFolder folder;
+  put(folder.path("file"), "12345");
+  put(folder.path("empty"), "");
+  fs::create_symlink("file", folder.path("link"));
+  ASSERT_EQ(::mkfifo(folder.path("fifo").c_str(), 0600), 0);
+  const struct {
+    std::string path;
+    std::size_t limit;
+    const char* bytes;
+    std::errc error;
+  } rows[] = {
+      {folder.path("file"), 5, "12345", {}},
+      {folder.path("link"), noLimit, "12345", {}},
+      {folder.path("file"), 4, "", std::errc::file_too_large},
+      {folder.path("empty"), 0, "", {}},
+      {"/proc/self/status", 20, "", std::errc::file_too_large},  // says that it has 0 bytes
+      {folder.path("fifo"), 5, "", std::errc::invalid_argument},
+      {"/dev/zero", 5, "", std::errc::invalid_argument},
+      {folder.path(), 5, "", std::errc::is_a_directory},
+      {folder.path("none"), 5, "", std::errc::no_such_file_or_directory},
+      {folder.path("file") + "/x", 5, "", std::errc::not_a_directory},
+      {folder.path("file\0x"s), 5, "", std::errc::invalid_argument},
+      {"", 5, "", std::errc::no_such_file_or_directory},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.path);
+    const FileContents contents = readFile(row.path, row.limit);
+    EXPECT_EQ(contents.error, std::make_error_condition(row.error));
+    EXPECT_EQ(contents.bytes, row.bytes);
+  }
+}
+
+TEST(AtomicFile, ReplacesNothingButFiles) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(::mkfifo(folder.path("fifo").c_str(), 0600), 0);
+  fs::create_directory(folder.path("folder"));
+  const struct {
+    std::string path;
+    std::errc error;
+  } rows[] = {
+      {folder.path("fifo"), std::errc::invalid_argument},
+      {folder.path("folder"), std::errc::is_a_directory},
+      {folder.path("none/file"), std::errc::no_such_file_or_directory},
+      {folder.path("none/"), std::errc::no_such_file_or_directory},
+      {folder.path("file\0x"s), std::errc::invalid_argument},
+      {folder.path(std::string(256, 'x')), std::errc::filename_too_long},
+      {"", std::errc::no_such_file_or_directory},
+  };
+  for (const auto& row : rows) EXPECT_EQ(writeFileAtomically(row.path, "x"), std::make_error_condition(row.error));
+  EXPECT_THAT(folder.names(), ElementsAre("fifo", "folder"));
+  EXPECT_FALSE(writeFileAtomically(folder.path(std::string(255, 'x')), "as long as names can be"));
+}
+
+TEST(AtomicFile, KeepsPermissionsOwnerAndGroup) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("file");
+  const mode_t mask = ::umask(0777);
+  EXPECT_FALSE(writeFileAtomically(path, "new"));
+  ::umask(mask);
+  EXPECT_EQ(modeOf(path), 0600);
+  for (const mode_t mode : {0400, 0600, 0644, 0664, 0777}) {
+    ASSERT_EQ(::chmod(path.c_str(), mode), 0);
+    EXPECT_FALSE(writeFileAtomically(path, "x"));
+    EXPECT_EQ(modeOf(path), mode);
+  }
+  ASSERT_EQ(::chmod(path.c_str(), 0664), 0);
+  const bool mayGiveAway = ::chown(path.c_str(), 1234, 1235) == 0;
+  EXPECT_FALSE(writeFileAtomically(path, "x"));
+  struct stat status = {};
+  ASSERT_EQ(::lstat(path.c_str(), &status), 0);
+  if (mayGiveAway) {
+    EXPECT_EQ(std::pair(status.st_uid, status.st_gid), std::pair(uid_t{1234}, gid_t{1235}));
+  }
+
+  // Nobody may give files away here, and the file is another group's.
+  struct OtherGroup : SystemCalls {
+    int fchown(int, uid_t, gid_t) noexcept override { return errno = EPERM, -1; }
+    int lstat(const char* name, struct stat* result) noexcept override {
+      const int found = SystemCalls::lstat(name, result);
+      result->st_gid = getegid() + 1;
+      return found;
+    }
+  } otherGroup;
+  EXPECT_FALSE(writeFileAtomically(path, "x", otherGroup));
+  EXPECT_EQ(modeOf(path), 0644);
+}
+
+TEST(AtomicFile, FollowsLinks) {
+  const TemporaryFolder folder;
+  fs::create_directories(folder.path("a/b"));
+  fs::create_symlink("../target", folder.path("a/relative"));
+  fs::create_symlink(folder.path("a/relative"), folder.path("absolute"));
+  fs::create_symlink("a/b", folder.path("folder"));
+  fs::create_symlink("folder/../relative", folder.path("chain"));
+  fs::create_symlink("a/dangling", folder.path("dangling"));
+  fs::create_symlink("b/new", folder.path("a/dangling"));
+  put(folder.path("target"), "old");
+  for (const char* link : {"a/relative", "absolute", "chain"}) {
+    EXPECT_FALSE(writeFileAtomically(folder.path(link), link));
+    EXPECT_TRUE(fs::is_symlink(folder.path(link))) << link;
+    EXPECT_EQ(readFile(folder.path("target"), 99).bytes, link);
+  }
+  EXPECT_EQ(modeOf(folder.path("target")), 0640);
+  EXPECT_FALSE(writeFileAtomically(folder.path("dangling"), "x"));
+  EXPECT_EQ(readFile(folder.path("a/b/new"), 99).bytes, "x");
+  EXPECT_TRUE(fs::is_symlink(folder.path("dangling")) && fs::is_symlink(folder.path("a/dangling")));
+
+  fs::create_symlink("loop", folder.path("loop"));
+  fs::create_symlink("none/file", folder.path("nowhere"));
+  EXPECT_EQ(writeFileAtomically(folder.path("loop"), "x"), std::errc::too_many_symbolic_link_levels);
+  EXPECT_EQ(writeFileAtomically(folder.path("nowhere"), "x"), std::errc::no_such_file_or_directory);
+  for (int i = 1; i <= 41; ++i) {
+    fs::create_symlink(i == 1 ? "target" : std::to_string(i - 1), folder.path(std::to_string(i)));
+  }
+  EXPECT_FALSE(writeFileAtomically(folder.path("40"), "forty"));
+  EXPECT_EQ(writeFileAtomically(folder.path("41"), "x"), std::errc::too_many_symbolic_link_levels);
+  EXPECT_EQ(readFile(folder.path("target"), 99).bytes, "forty");
+
+  // In the working folder, too.
+  ASSERT_EQ(::chdir(folder.path().c_str()), 0);
+  EXPECT_FALSE(writeFileAtomically("absolute", "here"));
+  EXPECT_FALSE(writeFileAtomically("plain", "here"));
+  EXPECT_EQ(readFile("target", 99).bytes + readFile("plain", 99).bytes, "herehere");
+}
+
+TEST(AtomicFile, SurvivesKills) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("file");
+  put(path, std::string(50000 + 'a', 'a'));
+  std::mt19937 random(20260131);
+  std::set<char> seen;
+  for (int i = 0; i < 150; ++i) {
+    const pid_t child = inChild([&] {
+      FaultySystemCalls quick;
+      for (int letter = i;; ++letter) {
+        const char c = static_cast<char>('a' + letter % 26);
+        if (writeFileAtomically(path, std::string(50000 + static_cast<std::size_t>(c), c), quick)) _exit(1);
+      }
+    });
+    ASSERT_GT(child, 0);
+    ::usleep(static_cast<useconds_t>(random() % 4000));
+    ASSERT_EQ(::kill(child, SIGKILL), 0);
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status)) << "a save failed";
+    const FileContents contents = readFile(path, noLimit);
+    ASSERT_FALSE(contents.error) << contents.error;
+    ASSERT_FALSE(contents.bytes.empty());
+    const char c = contents.bytes[0];
+    ASSERT_TRUE(contents.bytes == std::string(50000 + static_cast<std::size_t>(c), c));
+    seen.insert(c);
+  }
+  EXPECT_GT(seen.size(), 3);
+  EXPECT_THAT(withoutTemporary(folder.names()), ElementsAre("file"));
+}
+
+TEST(AtomicFile, LockKeepsOthersOut) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("counter");
+  put(path, "0");
+  std::vector<pid_t> children;
+  for (int i = 0; i < 4; ++i) {
+    children.push_back(inChild([&] {
+      for (int round = 0; round < 250; ++round) {
+        const FileLock lock(path + ".lock");
+        FaultySystemCalls quick;
+        const int count = std::stoi(readFile(path, 99).bytes);
+        if (lock.error() || writeFileAtomically(path, std::to_string(count + 1), quick)) _exit(1);
+        // Whoever removes the lock file, last thing, must not let two of the others in.
+        if (round % 10 == 9) ::unlink((path + ".lock").c_str());
+      }
+    }));
+  }
+  for (const pid_t child : children) {
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+  }
+  EXPECT_EQ(readFile(path, 99).bytes, "1000");
+}
+
+TEST(AtomicFile, LockSurvivesInterruptionAndTellsFailure) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("lock");
+  for (const Fault fault : {Fault::Error, Fault::Interrupted, Fault::Crash}) {
+    for (std::size_t at = 0; at < 4; ++at) {
+      FaultySystemCalls calls(at, fault, ESTALE);
+      {
+        const FileLock lock(path, calls);
+        EXPECT_EQ(!lock.error(), fault == Fault::Interrupted) << calls.faultyCall();
+      }
+      EXPECT_EQ(calls.openDescriptors(), 0);
+    }
+  }
+  EXPECT_EQ(modeOf(path), 0600);
+  EXPECT_EQ(FileLock(folder.path()).error(), std::errc::is_a_directory);
+  EXPECT_EQ(FileLock(folder.path("none/lock")).error(), std::errc::no_such_file_or_directory);
+  fs::create_symlink("lock", folder.path("link"));
+  EXPECT_EQ(FileLock(folder.path("link")).error(), std::errc::too_many_symbolic_link_levels);
+}
+
+TEST(AtomicFile, SetsAsideWithoutReplacing) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("file");
+  // The last is a file system that cannot rename without replacing.
+  for (const int round : {1, 2, 3}) {
+    put(path, std::to_string(round));
+    FaultySystemCalls calls(round == 3 ? 1 : FaultySystemCalls::never, Fault::Error, EINVAL);
+    if (round == 3) fs::remove(path + ".damaged-1");
+    std::string aside;
+    EXPECT_FALSE(setAside(path, &aside, calls));
+    const std::string expected = path + ".damaged-" + (round == 2 ? "2" : "1");
+    EXPECT_EQ(aside, expected);
+    EXPECT_EQ(readFile(aside, 99).bytes, std::to_string(round));
+    EXPECT_FALSE(fs::exists(path));
+  }
+  EXPECT_EQ(setAside(path, nullptr), std::errc::no_such_file_or_directory);
+  EXPECT_EQ(readFile(path + ".damaged-2", 99).bytes, "2");
+
+  put(path, "3");
+  fs::create_symlink("file", folder.path("link"));
+  EXPECT_FALSE(setAside(folder.path("link"), nullptr));
+  EXPECT_TRUE(fs::is_symlink(folder.path("link")));
+  EXPECT_EQ(readFile(path + ".damaged-3", 99).bytes, "3");
+}
+
+// Neither can it rename without replacing, nor does the call of that name succeed.
+struct OnlyLinks : FaultySystemCalls {
+  const char* broken;
+  explicit OnlyLinks(const char* call) : broken(call) {}
+  int renameWithoutReplacing(const char*, const char*) noexcept override { return errno = EINVAL, -1; }
+  int link(const char* from, const char* to) noexcept override {
+    return broken == "link"s ? (errno = EPERM, -1) : SystemCalls::link(from, to);
+  }
+  int unlink(const char* path) noexcept override {
+    return broken == "unlink"s && path == myOnly ? (errno = EACCES, -1) : SystemCalls::unlink(path);
+  }
+  std::string myOnly;
+};
+
+TEST(AtomicFile, SetsAsideWithLinks) {
+  const TemporaryFolder folder;
+  put(folder.path("file"), "1");
+  put(folder.path("file.damaged-1"), "0");
+  for (const char* broken : {"link", "unlink", ""}) {
+    OnlyLinks calls(broken);
+    calls.myOnly = folder.path("file");
+    std::string aside = "untouched";
+    EXPECT_EQ(!setAside(folder.path("file"), &aside, calls), *broken == 0) << broken;
+    if (*broken) {
+      EXPECT_EQ(aside, "untouched");
+    }
+    if (*broken) {
+      EXPECT_THAT(folder.names(), ElementsAre("file", "file.damaged-1"));
+    }
+  }
+  EXPECT_THAT(folder.names(), ElementsAre("file.damaged-1", "file.damaged-2"));
+  EXPECT_EQ(readFile(folder.path("file.damaged-1"), 99).bytes, "0");
+}
+
+}  // namespace
+}  // namespace kelvane

@@ -1,0 +1,155 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <stdexcept>
+
+#include "Platform/Foundation/Boxing.h"
+#include "Platform/Foundation/ElementTraits.h"
+#include "Platform/Foundation/NSArray.h"
+#include "Platform/Foundation/NSDictionary.h"
+#include "Platform/Foundation/NSNull.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::ThrowsMessage;
+
+auto refuses(const char* operation) { return ThrowsMessage<std::invalid_argument>(HasSubstr(operation)); }
+auto isBeyond(const char* operation, const char* index) {
+  return ThrowsMessage<std::out_of_range>(AllOf(HasSubstr(operation), HasSubstr(index)));
+}
+
+TEST(NSArray, ElementsAreFoundByEquality) {
+  const auto array = NSArray::arrayWithObjects({box(u"a"), box(1), box(1.0), NSNull::null()});
+  EXPECT_EQ(array->indexOfObject(box(true)), 1U);
+  EXPECT_EQ(array->indexOfObject(NSNull::null()), 3U);
+  EXPECT_TRUE(array->containsObject(std::make_shared<NSMutableString>(u"a")));
+  EXPECT_EQ(array->indexOfObject(box(u"b")), NSArray::NSNotFound);
+  EXPECT_EQ(array->indexOfObject(nullptr), NSArray::NSNotFound);
+  EXPECT_EQ(array->description(), u"(a, 1, 1, <null>)");
+  EXPECT_EQ(NSArray::arrayWithObjects({box(u""), box(u"")})->description(), u"(, )");
+  EXPECT_EQ(array->firstObject(), array->objectAtIndex(0));
+  EXPECT_EQ(array->lastObject(), NSNull::null());
+  EXPECT_TRUE(NSArray().firstObject() == nullptr && NSArray().lastObject() == nullptr);
+  EXPECT_EQ(description(array->valueForKey(u"@count")), u"4");
+  EXPECT_THAT([&] { array->valueForKey(u"@max"); }, refuses("'@max'"));
+}
+
+TEST(NSArray, ChangesAndRefusals) {
+  NSMutableArray array;
+  array.addObject(box(u"b"));
+  array.insertObject(box(u"a"), 0);
+  array.insertObject(box(u"d"), 2);
+  array.replaceObjectAtIndex(2, box(u"c"));
+  EXPECT_EQ(array.description(), u"(a, b, c)");
+  EXPECT_THAT([&] { array.objectAtIndex(3); }, isBeyond("objectAtIndex:", "index 3"));
+  EXPECT_THAT([&] { array.insertObject(box(1), 4); }, isBeyond("insertObject:atIndex:", "4"));
+  EXPECT_THAT([&] { array.removeObjectAtIndex(NSArray::NSNotFound); },
+              isBeyond("removeObjectAtIndex:", "18446744073709551615"));
+  EXPECT_THAT([&] { array.replaceObjectAtIndex(3, box(1)); }, isBeyond("replaceObjectAtIndex:withObject:", "index 3"));
+  EXPECT_THAT([&] { array.addObject(nullptr); }, refuses("addObject:"));
+  EXPECT_THAT([&] { array.insertObject(nullptr, 0); }, refuses("insertObject:atIndex:"));
+  EXPECT_THAT([&] { array.replaceObjectAtIndex(0, nullptr); }, refuses("replaceObjectAtIndex:withObject:"));
+  EXPECT_THAT([&] { NSArray::arrayWithObjects({box(1), nullptr}); }, refuses("nil"));
+  EXPECT_EQ(array.description(), u"(a, b, c)");
+  array.removeObjectAtIndex(0);
+  array.removeLastObject();
+  EXPECT_EQ(array.description(), u"(b)");
+  array.removeAllObjects();
+  EXPECT_THAT([&] { array.removeLastObject(); }, isBeyond("removeLastObject", "0"));
+}
+
+TEST(NSDictionary, EntriesAreInOrderOfTheirKeys) {
+  NSMutableDictionary dictionary;
+  for (const TextView key : {u"b", u"\xE000", u"\xD800\xDC00", u"", u"a", u"B"}) dictionary.setObject(box(key), key);
+  EXPECT_THAT(dictionary.allKeys(), testing::ElementsAre(u"", u"B", u"a", u"b", u"\xD800\xDC00", u"\xE000"));
+  dictionary.setObject(box(2), u"b");
+  for (const TextView key : {u"", u"\xE000", u"\xD800\xDC00", u"none"}) dictionary.removeObjectForKey(key);
+  EXPECT_EQ(dictionary.description(), u"{B = B; a = a; b = 2; }");
+  EXPECT_EQ(NSDictionary().description(), u"{}");
+  EXPECT_EQ(dictionary.objectForKey(u"c"), nullptr);
+  EXPECT_EQ(description(dictionary.valueForKey(u"@count")), u"3");
+  dictionary.setValueForKey(box(3), u"a");
+  dictionary.setValueForKey(nullptr, u"b");
+  dictionary.setValueForKey(nullptr, u"none");
+  EXPECT_EQ(dictionary.description(), u"{B = B; a = 3; }");
+
+  const auto names = [](const char* operation) {
+    return ThrowsMessage<std::invalid_argument>(AllOf(HasSubstr(operation), HasSubstr("'k'")));
+  };
+  EXPECT_THAT([&] { dictionary.setObject(nullptr, u"k"); }, names("setObject:forKey:"));
+  EXPECT_THAT([] { NSDictionary::dictionaryWithEntries({{u"k", nullptr}}); }, names("nil"));
+  EXPECT_THAT([] { NSDictionary().setValueForKey(box(1), u"k"); }, names("setValue:forKey:"));
+  EXPECT_THAT([&] { dictionary.valueForKey(u"@k"); }, refuses("'@k'"));
+  dictionary.removeAllObjects();
+  EXPECT_EQ(dictionary.count(), 0U);
+}
+
+// What holds for each class with a mutable form: copies are equal and apart, immutable objects give themselves.
+template <class Immutable, class Change>
+void expectCopies(const Ref<Immutable>& object, Change change) {
+  SCOPED_TRACE(testing::PrintToString(object->className()));
+  EXPECT_EQ(object->copy(), object);
+  const Ref<NSObject> changed = object->mutableCopy();
+  const Ref<NSObject> snapshot = changed->copy();
+  EXPECT_NE(changed, object);
+  EXPECT_NE(snapshot, changed);
+  EXPECT_EQ(snapshot->copy(), snapshot) << "the copy is immutable";
+  for (const Ref<NSObject>& equal : {changed, snapshot}) {
+    EXPECT_TRUE(isEqual(equal, object) && isEqual(object, equal));
+    EXPECT_EQ(equal->hash(), object->hash());
+  }
+  change(changed);
+  EXPECT_FALSE(isEqual(changed, object));
+  EXPECT_FALSE(isEqual(object, changed));
+  EXPECT_TRUE(isEqual(snapshot, object));
+  EXPECT_FALSE(isEqual(object, NSNull::null()));
+  const Immutable onTheStack(*object);
+  EXPECT_TRUE(isEqual(onTheStack.copy(), object));
+}
+
+TEST(Collections, CopiesAreEqualAndApart) {
+  expectCopies(std::make_shared<NSString>(u"text"),
+               [](const auto& copy) { as<NSMutableString>(copy)->mutableText() += u"!"; });
+  expectCopies(std::make_shared<NSArray>(std::vector<Ref<NSObject>>{box(1)}),
+               [](const auto& copy) { as<NSMutableArray>(copy)->addObject(box(2)); });
+  expectCopies(NSDictionary::dictionaryWithEntries({{u"k", box(1)}}),
+               [](const auto& copy) { as<NSMutableDictionary>(copy)->setObject(box(2), u"k"); });
+  const Ref<NSObject> element = box(1);
+  EXPECT_EQ(as<NSArray>(NSArray::arrayWithObjects({element})->mutableCopy())->firstObject(), element)
+      << "elements are shared";
+}
+
+TEST(Collections, EqualityIsDeep) {
+  const auto nested = [](int number) {
+    return NSArray::arrayWithObjects({NSDictionary::dictionaryWithEntries({{u"k", box(number)}}), box(u"x")});
+  };
+  EXPECT_TRUE(nested(1)->isEqual(*nested(1)));
+  EXPECT_EQ(nested(1)->hash(), nested(1)->hash());
+  EXPECT_FALSE(nested(1)->isEqual(*nested(2)));
+  EXPECT_FALSE(NSArray::arrayWithObjects({box(1)})->isEqual(*NSArray::arrayWithObjects({box(1), box(1)})));
+  EXPECT_FALSE(NSDictionary::dictionaryWithEntries({{u"a", box(1)}})
+                   ->isEqual(*NSDictionary::dictionaryWithEntries({{u"b", box(1)}})));
+}
+
+TEST(ElementTraits, ReferencesPointersAndPlainValues) {
+  using References = ElementTraits<Ref<NSObject>>;
+  const Ref<NSObject> a = box(u"text");
+  const Ref<NSObject> b = box(u"text");
+  EXPECT_TRUE(References::equal(a, b) && !References::equal(a, nullptr) && References::isNil(References::nil()));
+  EXPECT_EQ(References::hash(a), References::hash(b));
+  EXPECT_EQ(References::text(a), u"text");
+  EXPECT_EQ(References::text(box(1)), std::nullopt);
+  EXPECT_EQ(References::text(nullptr), std::nullopt);
+  using Pointers = ElementTraits<NSObject*>;
+  EXPECT_TRUE(!Pointers::equal(a.get(), b.get()) && Pointers::isNil(nullptr) && !Pointers::isNil(a.get()));
+  EXPECT_TRUE(ElementTraits<Text>::text(u"t") == u"t" && !ElementTraits<Text>::isNil(u""));
+  EXPECT_TRUE(ElementTraits<int>::text(0) == std::nullopt && !ElementTraits<int>::isNil(0));
+}
+
+}  // namespace
+}  // namespace kelvane

@@ -1,0 +1,59 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string_view>
+
+#include "Platform/Foundation/NSCharacterSet.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+Text membersOf(const NSCharacterSet& set) {
+  Text members;
+  for (std::uint32_t unit = 0; unit <= 0xFFFF; ++unit)
+    if (set.characterIsMember(static_cast<char16_t>(unit))) members += static_cast<char16_t>(unit);
+  return members;
+}
+
+TEST(NSCharacterSet, PredefinedSets) {
+  EXPECT_EQ(
+      membersOf(NSCharacterSet::whitespaceAndNewlineCharacterSet()),
+      u"\t\n\v\f\r \x85\xA0\x1680\x2000\x2001\x2002\x2003\x2004\x2005\x2006\x2007\x2008\x2009\x200A\x2028\x2029\x202F"
+      u"\x205F\x3000");
+  const NSCharacterSet& digits = NSCharacterSet::decimalDigitCharacterSet();
+  for (const char16_t unit : std::u16string_view(u"09\x0660\x0966\xFF19")) EXPECT_TRUE(digits.characterIsMember(unit));
+  for (const char16_t unit : std::u16string_view(u"/:a\xB2\xBD\x2160\x2460\xD835\xDFCE"))
+    EXPECT_FALSE(digits.characterIsMember(unit)) << int{unit};
+  EXPECT_EQ(membersOf(digits).size() % 10, 0U) << "digits come in tens";
+}
+
+TEST(NSCharacterSet, MadeSetsHoldWhatTheyAreMadeFrom) {
+  using Set = NSCharacterSet;
+  const Text all = membersOf(Set::characterSetWithRange({0, 0x10000}));
+  constexpr std::size_t huge = SIZE_MAX;
+  const struct {
+    const char* name;
+    Set set;
+    Text members;
+  } rows[] = {
+      {"no units", Set::characterSetWithCharactersInString(u""), u""},
+      {"units across words", Set::characterSetWithCharactersInString(u"\xFFFF?@a?"), u"?@a\xFFFF"},
+      {"a range", Set::characterSetWithRange({0x3E, 4}), u">?@A"},
+      {"an empty range", Set::characterSetWithRange({0x41, 0}), u""},
+      {"a range that overflows", Set::characterSetWithRange({0xFFFE, huge}), u"\xFFFE\xFFFF"},
+      {"a range beyond all", Set::characterSetWithRange({0x10041, 1}), u""},
+      {"a range far beyond all", Set::characterSetWithRange({huge, huge}), u""},
+      {"a predicate", Set::characterSetWithUnitsWhere([](char16_t unit) { return unit % 0x4000 == 1; }),
+       u"\x1\x4001\x8001\xC001"},
+      {"an inverted set", Set::characterSetWithRange({1, 0xFFFE}).invertedSet(), Text(u"\0\xFFFF", 2)},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(membersOf(row.set), row.members) << row.name;
+    EXPECT_EQ(membersOf(row.set).size() + membersOf(row.set.invertedSet()).size(), all.size()) << row.name;
+  }
+  EXPECT_EQ(all.size(), 0x10000U);
+}
+
+}  // namespace
+}  // namespace kelvane

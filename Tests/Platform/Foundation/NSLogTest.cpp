@@ -1,0 +1,104 @@
+#include <errno.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/syscall.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <map>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Platform/Foundation/NSLog.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+TEST(NSLog, DefaultWritesALineToStandardError) {
+  testing::internal::CaptureStderr();
+  NSLog(u"%@ costs %d%%", Text(u"caf\xE9 \xD800"), 5);
+  systemLog(u"100%d %@");
+  const std::string output = testing::internal::GetCapturedStderr();
+
+  const std::string place = std::string(program_invocation_short_name) + "[" + std::to_string(getpid()) + ":" +
+                            std::to_string(syscall(SYS_gettid)) + "] ";
+  EXPECT_THAT(output, testing::MatchesRegex("([0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8}\\.[0-9]{3} [^\n]*\n){2}"));
+  EXPECT_EQ(output.substr(24, output.find('\n') - 23), place + "caf\xC3\xA9 \xEF\xBF\xBD costs 5%\n");
+  EXPECT_THAT(output, testing::EndsWith(place + "100%d %@\n")) << "a message is no format";
+
+  tm local{};
+  ASSERT_NE(strptime(output.c_str(), "%Y-%m-%d %H:%M:%S", &local), nullptr);
+  local.tm_isdst = -1;
+  EXPECT_NEAR(static_cast<double>(mktime(&local)), static_cast<double>(time(nullptr)), 5) << "local time";
+}
+
+TEST(NSLog, SinksAreReplacedAndHandedBack) {
+  std::vector<Text> first;
+  std::vector<Text> second;
+  EXPECT_FALSE(setSystemLogSink([&](TextView message) { first.emplace_back(message); }))
+      << "the default is an empty one";
+  NSLog(u"%d", 1);
+  const SystemLogSink before = setSystemLogSink([&](TextView message) {
+    second.emplace_back(message);
+    throw std::runtime_error("a sink in trouble");
+  });
+  NSLog(u"%d", 2);
+  systemLog(u"3");
+  EXPECT_TRUE(setSystemLogSink(before));
+  systemLog(u"");
+  setSystemLogSink(nullptr);
+  testing::internal::CaptureStderr();
+  systemLog(u"default again");
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::EndsWith("] default again\n"));
+  EXPECT_THAT(first, testing::ElementsAre(u"1", u""));
+  EXPECT_THAT(second, testing::ElementsAre(u"2", u"3"));
+}
+
+// Only the outer message goes to the sink, and a sink that is replaced while it runs lives until it returns.
+TEST(NSLog, SinksMayLogAndReplaceThemselves) {
+  std::vector<Text> messages;
+  const Text name = u"a name that is kept in the sink";
+  setSystemLogSink([&messages, name](TextView message) {
+    setSystemLogSink(nullptr);
+    systemLog(u"from within");
+    messages.push_back(name + u": " + Text(message));
+  });
+  testing::internal::CaptureStderr();
+  systemLog(u"outer");
+  systemLog(u"later");
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::MatchesRegex(".*] from within\n.*] later\n"));
+  EXPECT_THAT(messages, testing::ElementsAre(name + u": outer"));
+}
+
+// Threads that write while others replace the sink: each message arrives once, whole and alone, wherever it arrives.
+TEST(NSLog, ThreadsWriteWholeLines) {
+  constexpr int threads = 4;
+  constexpr int messages = 200;
+  const Text filling(500, u'x');
+  std::map<Text, int> counted;
+  testing::internal::CaptureStderr();
+  {
+    std::vector<std::jthread> running;
+    for (int thread = 0; thread < threads; ++thread)
+      running.emplace_back([&, thread] {
+        for (int i = 0; i < messages; ++i) {
+          NSLog(u"<%@ %d.%d>", filling, thread, i);
+          if (thread == 0 && i % 20 == 0) setSystemLogSink([&counted](TextView message) { ++counted[Text(message)]; });
+          if (thread == 0 && i % 20 == 10) setSystemLogSink(nullptr);
+        }
+      });
+  }
+  setSystemLogSink(nullptr);
+  std::istringstream output(testing::internal::GetCapturedStderr());
+  for (std::string line; std::getline(output, line);) ++counted[textFromUTF8(line.substr(line.find("] ") + 2))];
+  EXPECT_EQ(counted.size(), std::size_t{threads * messages});
+  for (int thread = 0; thread < threads; ++thread)
+    for (int i = 0; i < messages; ++i) ASSERT_EQ(counted[format(u"<%@ %d.%d>", filling, thread, i)], 1);
+}
+
+}  // namespace
+}  // namespace kelvane

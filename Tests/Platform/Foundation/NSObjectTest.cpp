@@ -1,0 +1,225 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <stdexcept>
+#include <type_traits>
+#include <vector>
+
+#include "Platform/Foundation/Format.h"
+#include "Platform/Foundation/NSArray.h"
+#include "Platform/Foundation/NSDictionary.h"
+#include "Platform/Foundation/NSNull.h"
+#include "Platform/Foundation/NSObject.h"
+#include "Platform/Foundation/Properties.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::ThrowsMessage;
+
+class Person : public NSObject {
+ public:
+  Person() = default;
+  explicit Person(Text name) : myName(std::move(name)) {}
+  const PropertyTable& propertyTable() const override {
+    static const PropertyTable table(
+        NSObject::propertyTable(),
+        {property(u"name", &Person::myName), property(u"age", &Person::myAge), property(u"ratio", &Person::myRatio),
+         property(u"alive", &Person::myIsAlive), property(u"frame", &Person::myFrame),
+         property(u"level", &Person::myLevel), property(u"friend", &Person::myFriend),
+         property(u"notes", &Person::myNotes), property(u"shout", &Person::shout),
+         property(u"nick", &Person::nick, &Person::setNick)});
+    return table;
+  }
+  Text shout() const { return myName + u"!"; }
+  const Text& nick() const { return myNick; }
+  void setNick(TextView nick) { myNick = u"~" + Text(nick); }
+
+ private:
+  Text myName = u"Ann";
+  Text myNick;
+  int myAge = 30;
+  std::uint8_t myLevel = 0;
+  std::optional<double> myRatio;
+  bool myIsAlive = true;
+  CGRect myFrame;
+  Ref<Person> myFriend;
+  Ref<NSObject> myNotes;
+};
+
+class Pilot : public Person {
+ public:
+  using Person::Person;
+  const PropertyTable& propertyTable() const override {
+    static const PropertyTable table(Person::propertyTable(),
+                                     {property(u"age", &Pilot::flownHours), property(u"Zone", &Pilot::flownHours)});
+    return table;
+  }
+  std::size_t flownHours() const { return 1200; }
+};
+
+template <class T>
+struct Outer {
+  class Inner : public NSObject {};
+  class Pair : public T {};
+};
+template <class T>
+class Holder : public NSObject {};
+
+static_assert(!std::is_copy_constructible_v<NSObject> && !std::is_copy_assignable_v<NSObject>);
+
+TEST(NSObject, DefaultsOfAClass) {
+  const auto a = std::make_shared<Person>();
+  const auto b = std::make_shared<Person>();
+  EXPECT_TRUE(isEqual(a, a) && !isEqual(a, b) && !isEqual(a, Ref<NSObject>()));
+  EXPECT_TRUE(isEqual(Ref<Person>(), Ref<NSNumber>()));
+  EXPECT_EQ(a->hash(), a->hash());
+  EXPECT_EQ(a->description(), format(u"<Person: %p>", static_cast<const NSObject*>(a.get())));
+  EXPECT_EQ(description(Ref<Person>()), u"(null)");
+  EXPECT_EQ(a->mutableCopy(), nullptr);
+  EXPECT_THAT([&] { a->copy(); },
+              ThrowsMessage<std::invalid_argument>(AllOf(HasSubstr("copy"), HasSubstr("<Person: 0x"))));
+  EXPECT_EQ(as<Pilot>(a), nullptr);
+  EXPECT_EQ(as<NSObject>(a), a);
+}
+
+TEST(NSObject, ClassNameIsWithoutNamespaces) {
+  struct Local : NSObject {};
+  const auto local = [](const std::vector<int>&) {
+    struct Inside : NSObject {};
+    return Inside().className();
+  };
+  EXPECT_EQ(NSObject().className(), u"NSObject");
+  EXPECT_EQ(NSMutableArray().className(), u"NSMutableArray");
+  EXPECT_EQ(Local().className(), u"Local");
+  EXPECT_EQ(local({}), u"Inside");
+  EXPECT_EQ(Outer<std::vector<int>>::Inner().className(), u"Inner");
+  EXPECT_TRUE(Holder<std::vector<NSRange>>().className().starts_with(u"Holder<std::vector<kelvane::NSRange"));
+}
+
+TEST(NSObject, PropertiesAreReadAndWrittenByKey) {
+  const auto bob = std::make_shared<Person>(u"Bob");
+  const struct {
+    TextView key;
+    Ref<NSObject> before, written, after;
+  } rows[] = {
+      {u"name", box(u"Ann"), std::make_shared<NSMutableString>(u"Eve"), box(u"Eve")},
+      {u"age", box(30), box(-7.9), box(-7)},
+      {u"level", box(0), box(-1), box(255)},
+      {u"ratio", nullptr, box(2), box(2.0)},
+      {u"ratio", box(2), nullptr, nullptr},
+      {u"alive", box(true), box(0), box(false)},
+      {u"frame", box(CGRectZero), box(CGRect(1, 2, 3, 4)), box(CGRect(1, 2, 3, 4))},
+      {u"friend", nullptr, bob, bob},
+      {u"friend", bob, nullptr, nullptr},
+      {u"notes", nullptr, box(1), box(1)},
+      {u"nick", box(u""), box(u"a nick too long to be kept in place"), box(u"~a nick too long to be kept in place")}};
+  const auto person = std::make_shared<Person>();
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::PrintToString(row.key));
+    EXPECT_EQ(description(person->valueForKey(row.key)), description(row.before));
+    person->setValueForKey(row.written, row.key);
+    EXPECT_EQ(description(person->valueForKey(row.key)), description(row.after));
+    EXPECT_TRUE(isEqual(person->valueForKey(row.key), row.after));
+  }
+  EXPECT_TRUE(as<NSNumber>(person->valueForKey(u"alive"))->isBoolean());
+}
+
+TEST(NSObject, WhatCannotBeReadOrWrittenIsRefused) {
+  Person person;
+  const Ref<NSObject> nothing;
+  const auto refused = [&](const Ref<NSObject>& value, TextView key) {
+    const Text before = description(person.valueForKey(key));
+    EXPECT_THROW(person.setValueForKey(value, key), std::invalid_argument) << testing::PrintToString(key);
+    EXPECT_EQ(description(person.valueForKey(key)), before);
+  };
+  for (const TextView key : {u"name", u"age", u"alive", u"frame", u"level", u"nick"}) refused(nothing, key);
+  refused(box(u"31"), u"age");
+  refused(box(1), u"name");
+  refused(box(CGPoint{1, 2}), u"frame");
+  refused(box(u"x"), u"friend");
+  refused(box(u"x"), u"ratio");
+  refused(box(u"x"), u"shout");
+  for (const TextView key : {u"", u"Name", u"nam", u"names", u"name ", u"n\xE4me"}) {
+    const auto namesIt = AllOf(HasSubstr("Person"), HasSubstr("'" + utf8(key) + "'"));
+    EXPECT_THAT([&] { person.valueForKey(key); },
+                ThrowsMessage<std::invalid_argument>(AllOf(HasSubstr("valueForKey:"), namesIt)));
+    EXPECT_THAT([&] { person.setValueForKey(box(1), key); },
+                ThrowsMessage<std::invalid_argument>(AllOf(HasSubstr("setValue:forKey:"), namesIt)));
+  }
+  EXPECT_THAT([&] { person.setValueForKey(box(1), u"shout"); },
+              ThrowsMessage<std::invalid_argument>(AllOf(HasSubstr("setValue:forKey:"), HasSubstr("'shout'"))));
+  EXPECT_THAT([&] { person.setValueForKey(box(u"31"), u"age"); },
+              ThrowsMessage<std::invalid_argument>(HasSubstr("'31'")));
+  EXPECT_THROW(NSObject().valueForKey(u"name"), std::invalid_argument);
+}
+
+TEST(NSObject, SubclassesInheritAndReplaceProperties) {
+  Pilot pilot(u"Amy");
+  EXPECT_EQ(description(pilot.valueForKey(u"shout")), u"Amy!");
+  EXPECT_EQ(description(pilot.valueForKey(u"age")), u"1200");
+  EXPECT_THROW(pilot.setValueForKey(box(1), u"age"), std::invalid_argument) << "the replaced one could be written";
+  std::vector<Text> keys;
+  for (const Property& property : pilot.propertyTable().properties()) keys.push_back(property.key);
+  EXPECT_THAT(keys, testing::ElementsAre(u"Zone", u"age", u"alive", u"frame", u"friend", u"level", u"name", u"nick",
+                                         u"notes", u"ratio", u"shout"));
+}
+
+TEST(NSObject, KeyPathsFollowObjectsAndCollections) {
+  const auto ann = std::make_shared<Person>(u"Ann");
+  const auto bob = std::make_shared<Person>(u"Bob");
+  ann->setValueForKey(bob, u"friend");
+  const auto people = NSArray::arrayWithObjects({ann, bob});
+  const auto root = NSDictionary::dictionaryWithEntries({{u"people", people}, {u"boss", ann}, {u"", ann}});
+  const std::pair<TextView, TextView> rows[] = {{u"boss.name", u"Ann"},
+                                                {u"boss.friend.name", u"Bob"},
+                                                {u"boss.friend.name.length", u"3"},
+                                                {u"boss.friend.friend.name", u"(null)"},
+                                                {u"nobody.name.length", u"(null)"},
+                                                {u"people.name", u"(Ann, Bob)"},
+                                                {u"people.friend.@count", u"2"},
+                                                {u"people.@count", u"2"},
+                                                {u"@count", u"3"},
+                                                {u".name", u"Ann"}};
+  for (const auto& [path, expected] : rows) {
+    EXPECT_EQ(description(root->valueForKeyPath(path)), expected) << testing::PrintToString(path);
+  }
+  EXPECT_TRUE(isEqual(root->valueForKeyPath(u"people.friend"), NSArray::arrayWithObjects({bob, NSNull::null()})));
+  for (const TextView path : {u"boss.", u"boss..name", u"boss.friend.nothing", u"people.@sum"})
+    EXPECT_THROW(root->valueForKeyPath(path), std::invalid_argument) << testing::PrintToString(path);
+
+  root->setValueForKeyPath(box(u"Eve"), u"boss.friend.name");
+  EXPECT_EQ(description(bob->valueForKey(u"name")), u"Eve");
+  root->setValueForKeyPath(box(9), u"people.age");
+  EXPECT_EQ(description(people->valueForKey(u"age")), u"(9, 9)");
+  root->setValueForKeyPath(box(9), u"nobody.name");
+  root->setValueForKeyPath(box(9), u"boss.friend.friend.name");
+  EXPECT_THROW(root->setValueForKeyPath(box(9), u"boss"), std::invalid_argument);
+}
+
+TEST(NSObject, BoxingKeepsKindAndIdentity) {
+  const Ref<NSString> string = box(u"x");
+  EXPECT_EQ(box(string), string);
+  EXPECT_EQ(box(std::optional<int>()), nullptr);
+  EXPECT_TRUE(as<NSNumber>(box(true))->isBoolean());
+  EXPECT_EQ(unbox<Text>(box(TextView(u"view"))), u"view");
+  EXPECT_EQ(unbox<std::int8_t>(box(257)), 1);
+  EXPECT_EQ(unbox<std::uint64_t>(box(-1)), ~std::uint64_t{0});
+  EXPECT_EQ(unbox<NSRange>(box(NSRange(1, 2))), NSRange(1, 2));
+  EXPECT_EQ(unbox<Ref<NSString>>(string), string);
+  EXPECT_EQ(unbox<Ref<NSString>>(nullptr), nullptr);
+  EXPECT_EQ(unbox<std::optional<int>>(nullptr), std::nullopt);
+  EXPECT_EQ(unbox<std::optional<int>>(box(3)), 3);
+  EXPECT_THROW(unbox<std::optional<int>>(box(u"3")), std::invalid_argument);
+  EXPECT_THROW(unbox<Ref<NSNumber>>(string), std::invalid_argument);
+  EXPECT_THROW(unbox<CGSize>(box(CGPoint{1, 2})), std::invalid_argument);
+  EXPECT_THAT([] { unbox<Text>(nullptr); },
+              ThrowsMessage<std::invalid_argument>(AllOf(HasSubstr("unbox"), HasSubstr("(null)"))));
+}
+
+}  // namespace
+}  // namespace kelvane

@@ -1,0 +1,275 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <stdexcept>
+
+#include "Platform/Foundation/Boxing.h"
+#include "Platform/Foundation/Format.h"
+#include "Platform/Foundation/NSArray.h"
+#include "Platform/Foundation/NSNull.h"
+#include "Platform/Foundation/NSUserDefaults.h"
+#include "Platform/Foundation/NSUserDefaultsController.h"
+#include "Platform/Foundation/PropertyList.h"
+#include "Platform/Foundation/TextEncoding.h"
+#include "Support/CapturedSystemLog.h"
+#include "Support/FaultySystemCalls.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+class NSUserDefaultsTest : public testing::Test {
+ protected:
+  void write(const std::string& bytes) const {
+    std::filesystem::create_directories(std::filesystem::path(file).parent_path());
+    std::ofstream(file, std::ios::binary) << bytes;
+  }
+  std::string bytes() const {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+  }
+  Ref<NSDictionary> saved() const { return as<NSDictionary>(readPropertyList(bytes()).root); }
+  void expectSaved(TextView key, const Ref<NSObject>& value) const {
+    const Ref<NSDictionary> dictionary = saved();
+    ASSERT_TRUE(dictionary) << bytes();
+    EXPECT_TRUE(isEqual(dictionary->objectForKey(key), value)) << bytes();
+  }
+
+  TemporaryFolder folder;
+  std::string file = folder.path("config/host.plist");
+  Text path = textFromFileSystem(file);
+};
+
+TEST_F(NSUserDefaultsTest, SetValuesHideDefaultsAndAreSavedOnDemand) {
+  NSUserDefaults defaults(path);
+  defaults.registerDefaults(*NSDictionary::dictionaryWithEntries({{u"zoom", box(1)}, {u"name", box(u"x")}}));
+  defaults.setObject(box(2), u"zoom");
+  EXPECT_TRUE(isEqual(defaults.objectForKey(u"zoom"), box(2)));
+  EXPECT_TRUE(isEqual(defaults.objectForKey(u"name"), box(u"x")));
+  EXPECT_FALSE(std::filesystem::exists(file));
+  ASSERT_TRUE(defaults.synchronize());
+  EXPECT_EQ(saved()->count(), 1U);
+  struct stat status {};
+  ASSERT_EQ(stat(file.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0600U);
+
+  NSUserDefaults again(path);
+  EXPECT_TRUE(isEqual(again.objectForKey(u"zoom"), box(2)));
+  EXPECT_EQ(again.objectForKey(u"name"), nullptr);
+  again.removeObjectForKey(u"zoom");
+  ASSERT_TRUE(again.synchronize());
+  EXPECT_EQ(saved()->count(), 0U);
+}
+
+TEST_F(NSUserDefaultsTest, KeepsCopiesAndRefusesWhatCannotBeSaved) {
+  NSUserDefaults defaults(path);
+  const auto inner = std::make_shared<NSMutableArray>();
+  const auto list = std::make_shared<NSMutableArray>();
+  list->addObject(inner);
+  defaults.setObject(list, u"list");
+  inner->addObject(box(1));
+  EXPECT_EQ(description(defaults.objectForKey(u"list")), u"(())");
+  for (const Ref<NSObject>& object : {Ref<NSObject>(NSNull::null()), Ref<NSObject>(box(Text(u"a\0b", 3))),
+                                      Ref<NSObject>(NSArray::arrayWithObjects({NSNull::null()}))})
+    EXPECT_THROW(defaults.setObject(object, u"list"), std::invalid_argument);
+  EXPECT_THROW(defaults.setObject(box(1), u"\x01"), std::invalid_argument);
+  EXPECT_EQ(description(defaults.objectForKey(u"list")), u"(())");
+  EXPECT_TRUE(defaults.synchronize());
+}
+
+TEST_F(NSUserDefaultsTest, ObserversHearEachChangeOnce) {
+  NSUserDefaults defaults(path);
+  defaults.registerDefaults(*NSDictionary::dictionaryWithEntries({{u"a", box(1)}}));
+  std::vector<Text> heard;
+  std::size_t second = 0;
+  defaults.addObserver([&](TextView key, const Ref<NSObject>& oldValue, const Ref<NSObject>& newValue) {
+    heard.push_back(format(u"%@: %@ -> %@", key, oldValue, newValue));
+    defaults.removeObserver(second);
+    EXPECT_TRUE(isEqual(defaults.objectForKey(key), newValue));
+  });
+  second = defaults.addObserver([&](TextView, const auto&, const auto&) { heard.push_back(u"removed meanwhile"); });
+  NSUserDefaultsController controller(defaults);
+  controller.values()->setValueForKey(box(2), u"a");
+  controller.setValueForKeyPath(nullptr, u"values.a");
+  controller.setValueForKeyPath(box(u"new"), u"values.b");
+  EXPECT_EQ(heard, (std::vector<Text>{u"a: 1 -> 2", u"a: 2 -> 1", u"b: (null) -> new"}));
+  heard.clear();
+  ASSERT_TRUE(controller.save(nullptr));
+  EXPECT_TRUE(heard.empty());
+
+  NSUserDefaults other(path);
+  other.setObject(box(5), u"a");
+  other.removeObjectForKey(u"b");
+  ASSERT_TRUE(other.synchronize());
+  ASSERT_TRUE(defaults.synchronize());
+  EXPECT_EQ(heard, (std::vector<Text>{u"a: 1 -> 5", u"b: new -> (null)"}));
+}
+
+TEST_F(NSUserDefaultsTest, SavesOnTopOfWhatOthersSaved) {
+  NSUserDefaults one(path), two(path);
+  one.setObject(box(1), u"one");
+  one.setObject(box(1), u"both");
+  two.setObject(box(2), u"two");
+  two.setObject(box(2), u"both");
+  ASSERT_TRUE(one.synchronize() && two.synchronize() && one.synchronize());
+  expectSaved(u"one", box(1));
+  expectSaved(u"two", box(2));
+  expectSaved(u"both", box(2));
+  EXPECT_TRUE(isEqual(one.objectForKey(u"two"), box(2)));
+}
+
+TEST_F(NSUserDefaultsTest, DamagedFilesAreSetAsideAndNeverOverwritten) {
+  const auto good = writePropertyList(*NSDictionary::dictionaryWithEntries({{u"key", box(Text(300, u'x'))}})).bytes;
+  std::mt19937 random(20260131);
+  CapturedSystemLog log;
+  int keptAside = 0;
+  for (int turn = 0; turn < 200; ++turn) {
+    folder.clear();
+    std::string damaged = good.substr(0, random() % (good.size() - 20));
+    if (turn % 4 == 0) damaged = std::string(random() % 64 + 1, static_cast<char>(random()));
+    if (turn == 1) damaged = "<plist><array/></plist>";
+    if (turn == 2) damaged = "<!DOCTYPE plist [<!ENTITY a \"b\">]><plist><dict/></plist>";
+    write(damaged);
+    NSUserDefaults defaults(path);
+    defaults.setObject(box(1), u"fresh");
+    EXPECT_EQ(bytes(), damaged);
+    ASSERT_TRUE(defaults.synchronize());
+    expectSaved(u"fresh", box(1));
+    std::ifstream aside(file + ".damaged-1", std::ios::binary);
+    keptAside += std::string(std::istreambuf_iterator<char>(aside), {}) == damaged;
+    EXPECT_GE(log.take().size(), 2U);
+  }
+  EXPECT_EQ(keptAside, 200);
+}
+
+TEST_F(NSUserDefaultsTest, AFileThatCannotBeReadIsNotReplaced) {
+  std::filesystem::create_directories(file);
+  CapturedSystemLog log;
+  NSUserDefaults defaults(path);
+  EXPECT_EQ(log.take().size(), 1U);
+  defaults.setObject(box(1), u"a");
+  Ref<NSError> error;
+  EXPECT_FALSE(defaults.synchronize(&error));
+  ASSERT_TRUE(error);
+  EXPECT_TRUE(std::filesystem::is_directory(file));
+  std::filesystem::remove(file);
+  EXPECT_TRUE(defaults.synchronize());
+  expectSaved(u"a", box(1));
+}
+
+TEST_F(NSUserDefaultsTest, LinksStay) {
+  std::filesystem::create_directories(folder.path("config"));
+  std::filesystem::create_directories(folder.path("real"));
+  std::filesystem::create_symlink("../real/host.plist", file);
+  NSUserDefaults defaults(path);
+  defaults.setObject(box(1), u"a");
+  ASSERT_TRUE(defaults.synchronize());
+  EXPECT_TRUE(std::filesystem::is_symlink(file));
+  expectSaved(u"a", box(1));
+}
+
+// Each system call of a save fails in turn, in every way: the old file or the new one is whole, and the caller is told.
+TEST_F(NSUserDefaultsTest, NoFaultOfASaveLosesAnything) {
+  CapturedSystemLog log;
+  int runs = 0;
+  for (const Fault fault : {Fault::Error, Fault::Interrupted, Fault::Nothing, Fault::Short, Fault::Crash}) {
+    for (const int errorNumber : {ENOSPC, EIO, EACCES, EROFS, EDQUOT}) {
+      bool hadFault = true;
+      for (std::size_t at = 0; hadFault && at < 500; ++at, ++runs) {
+        folder.clear();
+        {
+          NSUserDefaults old(path);
+          old.setObject(box(Text(5000, u'o')), u"state");
+          old.setObject(box(u"kept"), u"other");
+          ASSERT_TRUE(old.synchronize());
+        }
+        const std::string before = bytes();
+        FaultySystemCalls faulty(at, fault, errorNumber);
+        NSUserDefaults defaults(path, faulty);
+        defaults.setObject(box(Text(6000, u'n')), u"state");
+        const bool isSaved = defaults.synchronize();
+        hadFault = faulty.calls().size() > at;
+        const Ref<NSDictionary> now = saved();
+        ASSERT_TRUE(now) << faulty.faultyCall();
+        const auto state = as<NSString>(now->objectForKey(u"state"));
+        ASSERT_TRUE(state);
+        EXPECT_TRUE(bytes() == before || state->text() == Text(6000, u'n'));
+        EXPECT_TRUE(isEqual(now->objectForKey(u"other"), box(u"kept"))) << faulty.faultyCall();
+        EXPECT_TRUE(!isSaved || state->text() == Text(6000, u'n')) << faulty.faultyCall();
+        if (fault == Fault::Crash) continue;
+        // What failed once can be tried again.
+        EXPECT_TRUE(defaults.synchronize()) << faulty.faultyCall();
+        EXPECT_EQ(as<NSString>(saved()->objectForKey(u"state"))->text(), Text(6000, u'n'));
+      }
+    }
+  }
+  EXPECT_GT(runs, 300);
+}
+
+TEST_F(NSUserDefaultsTest, KillsAtAnyMomentLoseNothing) {
+  std::mt19937 random(20260131);
+  int highest = 0;
+  for (int turn = 0; turn < 60; ++turn) {
+    int pipes[2];
+    ASSERT_EQ(pipe(pipes), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+      NSUserDefaults defaults(path);
+      for (int number = highest + 1;; ++number) {
+        defaults.setObject(box(number), u"number");
+        defaults.setObject(box(Text(static_cast<std::size_t>(number % 7000), u'x')), u"padding");
+        if (!defaults.synchronize() || ::write(pipes[1], &number, sizeof number) < 0) _exit(1);
+      }
+    }
+    ::close(pipes[1]);
+    int told = highest;
+    // At least one save, then a kill at some moment of a later one.
+    ASSERT_EQ(::read(pipes[0], &told, sizeof told), static_cast<ssize_t>(sizeof told));
+    usleep(static_cast<useconds_t>(random() % 3000));
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    while (::read(pipes[0], &told, sizeof told) > 0) continue;
+    ::close(pipes[0]);
+    const Ref<NSDictionary> now = saved();
+    ASSERT_TRUE(now);
+    const int number = as<NSNumber>(now->objectForKey(u"number"))->intValue();
+    EXPECT_GE(number, told);
+    EXPECT_LE(number, told + 1);
+    EXPECT_EQ(as<NSString>(now->objectForKey(u"padding"))->length(), static_cast<std::size_t>(number % 7000));
+    highest = number;
+  }
+}
+
+TEST_F(NSUserDefaultsTest, FourProcessesSaveAtOnce) {
+  constexpr int rounds = 50;
+  std::vector<pid_t> children;
+  for (int process = 0; process < 4; ++process) {
+    const pid_t child = fork();
+    if (child == 0) {
+      NSUserDefaults defaults(path);
+      for (int round = 0; round < rounds; ++round) {
+        defaults.setObject(box(round), format(u"key-%d-%d", process, round));
+        if (!defaults.synchronize()) _exit(1);
+      }
+      _exit(0);
+    }
+    children.push_back(child);
+  }
+  for (const pid_t child : children) {
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+  }
+  EXPECT_EQ(saved()->count(), 4U * rounds);
+}
+
+}  // namespace
+}  // namespace kelvane

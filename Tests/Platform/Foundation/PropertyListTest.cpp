@@ -1,0 +1,598 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <bit>
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <random>
+
+#include "Platform/Foundation/Boxing.h"
+#include "Platform/Foundation/NSArray.h"
+#include "Platform/Foundation/NSData.h"
+#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/NSDictionary.h"
+#include "Platform/Foundation/NSNull.h"
+#include "Platform/Foundation/PropertyList.h"
+#include "Platform/Foundation/TextEncoding.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+using Objects = std::vector<Ref<NSObject>>;
+
+Ref<NSArray> array(Objects elements) { return std::make_shared<NSArray>(std::move(elements)); }
+Ref<NSDictionary> dictionary(NSDictionary::Entries entries) {
+  return std::make_shared<NSDictionary>(std::move(entries));
+}
+Ref<NSDate> date(double since1970) {
+  return std::make_shared<NSDate>(NSDate::dateWithTimeIntervalSince1970(since1970));
+}
+Ref<NSData> data(std::vector<std::uint8_t> bytes) { return std::make_shared<NSData>(std::move(bytes)); }
+
+std::string plist(std::string_view body) { return "<plist version=\"1.0\">" + std::string(body) + "</plist>"; }
+
+// The class of an object, and what distinguishes numbers of equal value.
+std::string kind(const NSObject* object) {
+  if (!object) return "nil";
+  if (const auto* number = as<NSNumber>(object)) return "NSNumber" + std::to_string(static_cast<int>(number->kind()));
+  return utf8(object->className());
+}
+
+std::string written(const NSObject& object) {
+  const PropertyListBytes result = writePropertyList(object);
+  EXPECT_EQ(result.error, u""sv);
+  return result.bytes;
+}
+
+void expectSame(const Ref<NSObject>& actual, const Ref<NSObject>& wanted) {
+  EXPECT_TRUE(isEqual(actual, wanted)) << utf8(description(actual)) << "\nand not\n" << utf8(description(wanted));
+  EXPECT_EQ(kind(actual.get()), kind(wanted.get()));
+}
+
+// Each refusal names what is wrong and where.
+void expectRefused(const PropertyList& list, std::size_t line, std::string_view fragment) {
+  EXPECT_EQ(list.root, nullptr);
+  EXPECT_EQ(list.line, line);
+  const std::string error = utf8(list.error);
+  EXPECT_NE(error.find(fragment), std::string::npos) << error;
+  EXPECT_TRUE(error.ends_with('.') && error.size() < 250) << error;
+}
+
+TEST(PropertyListReading, EveryKind) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  const struct {
+    const char* name;
+    std::string_view body;
+    Ref<NSObject> object;
+  } rows[] = {
+      {"no elements", "<array/>", array({})},
+      {"no entries", "<dict> <!-- none --> </dict>", dictionary({})},
+      {"the last of two keys", "<dict><key>b</key><true/><key>a</key><true/><key>b</key><string>x</string></dict>",
+       dictionary({{u"a", box(true)}, {u"b", box(u"x")}})},
+      {"empty key", "<dict><key/><array><dict/></array></dict>", dictionary({{u"", array({dictionary({})})}})},
+      {"empty text", "<string/>", box(u"")},
+      {"white space in text", "<string> \n\ta  </string>", box(u" \n\ta  ")},
+      {"only white space", "<string>  </string>", box(u"  ")},
+      {"text around a comment", "<string>a <!-- & --> <!-- --> b</string>", box(u"a   b")},
+      {"text around CDATA", "<string> <![CDATA[<&amp;]]> &lt;</string>", box(u" <&amp; <")},
+      {"line ends", "<string>a\r\nb\rc<![CDATA[\r\n]]>&#13;&#xD;</string>", box(u"a\nb\nc\n\r\r")},
+      {"references", "<string>&amp;&lt;&gt;&quot;&apos;&#65;&#x1F600;&#xfffd;</string>",
+       box(u"&<>\"'A\U0001F600\xFFFD")},
+      {"reference in a key", "<dict><key>&amp;amp;</key><false/></dict>", dictionary({{u"&amp;", box(false)}})},
+      {"ill-formed UTF-8",
+       "<string>a\xE2\x82"
+       "b\xFF\xED\xA0\x80</string>",
+       box(u"a\xFFFD"
+           u"b\xFFFD\xFFFD\xFFFD\xFFFD")},
+      {"bracket and quotes", "<string>]]> \" ' [</string>", box(u"]]> \" ' [")},
+      {"true", "<true></true>", box(true)},
+      {"false", "<false> <!-- --> </false>", box(false)},
+      {"integer", "<integer>\n +0042 </integer>", box(42)},
+      {"least", "<integer>-9223372036854775808</integer>", box(std::numeric_limits<std::int64_t>::min())},
+      {"greatest signed", "<integer>9223372036854775807</integer>", box(std::numeric_limits<std::int64_t>::max())},
+      {"least unsigned", "<integer>9223372036854775808</integer>", box(std::uint64_t{1} << 63U)},
+      {"greatest", "<integer>18446744073709551615</integer>", box(std::numeric_limits<std::uint64_t>::max())},
+      {"hexadecimal", "<integer>-0xFf</integer>", box(-255)},
+      {"hexadecimal, greatest", "<integer>0XFFFFFFFFFFFFFFFF</integer>",
+       box(std::numeric_limits<std::uint64_t>::max())},
+      {"integer by reference", "<integer>&#49;<!-- -->2</integer>", box(12)},
+      {"real", "<real> +1.5e3 </real>", box(1500.0)},
+      {"whole real", "<real>3</real>", box(3.0)},
+      {"real with bare points", "<array><real>.5</real><real>-5.</real></array>", array({box(0.5), box(-5.0)})},
+      {"nan", "<real>NaN</real>", box(std::nan(""))},
+      {"infinities", "<array><real>+infinity</real><real>-INF</real><real>inf</real></array>",
+       array({box(infinity), box(-infinity), box(infinity)})},
+      {"date", "<date>2001-01-01T00:00:00Z</date>", date(978307200)},
+      {"leap day", "<date>2000-02-29T23:59:59Z</date>", date(951868799)},
+      {"first date", "<date>0001-01-01T00:00:00Z</date>", date(-62135596800)},
+      {"last date", "<date>9999-12-31T23:59:59Z</date>", date(253402300799)},
+      {"no data", "<data/>", data({})},
+      {"data", "<data>\n\tAAEC\r\n\t/w = =\n</data>", data({0, 1, 2, 255})},
+      {"data padded by one", "<data>+/8=</data>", data({0xFB, 0xFF})},
+      {"attributes", "<array id='&amp;'><true a=\"b\"/></array>", array({box(true)})},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    const PropertyList list = readPropertyList(plist(row.body));
+    EXPECT_EQ(list.error, u""sv);
+    EXPECT_EQ(list.line, 0u);
+    expectSame(list.root, row.object);
+  }
+}
+
+std::string utf16(TextView text, bool bigEndian) {
+  std::string bytes;
+  for (const char16_t unit : text) {
+    const char high = static_cast<char>(unit >> 8);
+    const char low = static_cast<char>(unit & 0xFF);
+    bytes += bigEndian ? high : low;
+    bytes += bigEndian ? low : high;
+  }
+  return bytes;
+}
+
+TEST(PropertyListReading, Encodings) {
+  const Text text = u"<?xml version='1.0' encoding='UTF-16'?><plist><string>é\U0001F600</string></plist>";
+  const Text broken =
+      u"<plist><string>a\xD800"
+      u"b</string></plist>";
+  const std::string latin = "<?xml version=\"1.0\" encoding = 'iso-8859-1'?>" + plist("<string>\xE9</string>");
+  const struct {
+    const char* name;
+    std::string bytes;
+    TextView wanted;
+  } rows[] = {
+      {"UTF-8", plist("<string>\xC3\xA9</string>"), u"é"},
+      {"UTF-8 with mark", "\xEF\xBB\xBF<?xml version='1.0'?>" + plist("<string>\xC3\xA9</string>"), u"é"},
+      {"UTF-16 little", "\xFF\xFE" + utf16(text, false), u"é\U0001F600"},
+      {"UTF-16 big", "\xFE\xFF" + utf16(text, true), u"é\U0001F600"},
+      {"UTF-16 little without mark", utf16(text, false), u"é\U0001F600"},
+      {"UTF-16 big without mark", utf16(text, true), u"é\U0001F600"},
+      {"UTF-16 unpaired", utf16(broken, true),
+       u"a\xFFFD"
+       u"b"},
+      {"Latin-1", latin, u"é"},
+      {"declared UTF-8", "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n" + plist("<string>\xE9</string>"), u"\xFFFD"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    const PropertyList list = readPropertyList(row.bytes);
+    EXPECT_EQ(list.error, u""sv);
+    expectSame(list.root, box(row.wanted));
+  }
+  expectRefused(readPropertyList("<?xml version='1.0' encoding='EBCDIC'?>"s + plist("<true/>")), 1, "EBCDIC");
+  expectRefused(readPropertyList("<?xml version='1.0' encoding='"s + plist("<true/>")), 1, "not supported");
+  expectRefused(readPropertyList(utf16(u"<plist><true/></plist>", false) + "x"), 1, "outside");
+}
+
+TEST(PropertyListReading, RefusesBodies) {
+  const struct {
+    std::string_view body;  // begins in line 1
+    std::size_t line;
+    const char* fragment;
+  } rows[] = {
+      {"", 1, "no value"},
+      {"<true/>\n<true/>", 2, "more than one value"},
+      {"\n text<true/>", 2, "\"text\" stands outside"},
+      {"<key>a</key>", 1, "<key> stands outside of a <dict>"},
+      {"<array>\n<key>a</key></array>", 2, "<key> stands outside of a <dict>"},
+      {"\n\n<set/>", 3, "<set> is no element"},
+      {"<String>a</String>", 1, "<String> is no element"},
+      {"<array>\n<true/>\n\n x </array>", 4, "\"x\" stands outside"},
+      {"<array>\r\r\n<![CDATA[x]]></array>", 3, "\"x\" stands outside"},
+      {"<array>\n&#32;</array>", 2, "stands outside"},
+      {"<dict>\n<key>a</key>\n</dict>", 2, "The key \"a\" has no value"},
+      {"<dict>\n<key>a</key>\n<key>b</key><true/></dict>", 2, "The key \"a\" has no value"},
+      {"<dict>\n<true/></dict>", 2, "<true> stands in a <dict> without a <key>"},
+      {"<dict><key>a</key><true/>\n<array/></dict>", 2, "<array> stands in a <dict> without a <key>"},
+      {"<string>a\n<b>c</b></string>", 2, "<b> stands within <string>"},
+      {"<dict><key><true/></key></dict>", 1, "<true> stands within <key>"},
+      {"<true>\nx</true>", 1, "<true> is not empty"},
+      {"<string>\n&lol;</string>", 2, "&lol;"},
+      {"<string>\n\na & b</string>", 3, "begins no reference"},
+      {"<string>&amp</string>", 1, "begins no reference"},
+      {"<string>&;</string>", 1, "&;"},
+      {"<string>&#0;</string>", 1, "&#0;"},
+      {"<string>&#x1F;</string>", 1, "&#x1F;"},
+      {"<string>&#xD83D;&#xDE00;</string>", 1, "&#xD83D;"},
+      {"<string>&#xFFFE;</string>", 1, "&#xFFFE;"},
+      {"<string>&#x110000;</string>", 1, "&#x110000;"},
+      {"<string>&#99999999999;</string>", 1, "&#99999999999;"},
+      {"<string>&#-65;</string>", 1, "&#-65;"},
+      {"<array><true a='&x;'/></array>", 1, "&x;"},
+      {"<string>\n\x01</string>", 2, "U+0001"},
+      {"<string>\n\0</string>"sv, 2, "U+0000"},
+      {"<string>\xEF\xBF\xBF</string>", 1, "U+FFFF"},
+      {"\n<integer/>", 2, "<integer> holds \"\""},
+      {"<integer>1 2</integer>", 1, "\"1 2\", which is no integer"},
+      {"<integer>1.0</integer>", 1, "integer"},
+      {"<integer>+-1</integer>", 1, "integer"},
+      {"<integer>0x</integer>", 1, "integer"},
+      {"<integer>0xG</integer>", 1, "integer"},
+      {"<integer>18446744073709551616</integer>", 1, "integer of 64 bits"},
+      {"<integer>-9223372036854775809</integer>", 1, "integer of 64 bits"},
+      {"<real/>", 1, "number that a double"},
+      {"<real>1,5</real>", 1, "number"},
+      {"<real>0x1p3</real>", 1, "number"},
+      {"<real>+-1</real>", 1, "number"},
+      {"<real>nan(1)</real>", 1, "number"},
+      {"<real>-nan</real>", 1, "number"},
+      {"<real>1e999</real>", 1, "number"},
+      {"<date>2001-02-29T00:00:00Z</date>", 1, "date"},
+      {"<date>1900-02-29T00:00:00Z</date>", 1, "date"},
+      {"<date>2001-13-01T00:00:00Z</date>", 1, "date"},
+      {"<date>0000-01-01T00:00:00Z</date>", 1, "date"},
+      {"<date>2001-01-01T24:00:00Z</date>", 1, "date"},
+      {"<date>2001-01-01T00:60:00Z</date>", 1, "date"},
+      {"<date>2001-01-01T00:00:60Z</date>", 1, "date"},
+      {"<date>2001-01-01T00:00:00</date>", 1, "date"},
+      {"<date>2001-01-01 00:00:00Z</date>", 1, "date"},
+      {"<date> 2001-01-01T00:00:00Z</date>", 1, "date"},
+      {"<date>+001-01-01T00:00:00Z</date>", 1, "date"},
+      {"<data>A</data>", 1, "base64"},
+      {"<data>AA=</data>", 1, "base64"},
+      {"<data>AAA</data>", 1, "base64"},
+      {"<data>A===</data>", 1, "base64"},
+      {"<data>AAAA====</data>", 1, "base64"},
+      {"<data>AA==AAAA</data>", 1, "base64"},
+      {"<data>AB==</data>", 1, "base64"},
+      {"<data>AAB=</data>", 1, "base64"},
+      {"<data>A=AA</data>", 1, "base64"},
+      {"<data>AA-_</data>", 1, "base64"},
+      {"<data>AAA\xC3\xA9</data>", 1, "base64"},
+      {"\n<array></dict>", 2, "malformed"},
+      {"<array a></array>", 1, "malformed"},
+      {"<string><!-- </string>", 1, "malformed"},
+      {"<string><![CDATA[ </string>", 1, "malformed"},
+      {"<array><!DOCTYPE x></array>", 1, "DOCTYPE"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.body);
+    expectRefused(readPropertyList(plist(row.body)), row.line, row.fragment);
+  }
+}
+
+TEST(PropertyListReading, RefusesDocuments) {
+  const std::string good = plist("<string>a</string>");
+  const struct {
+    const char* name;
+    std::string bytes;
+    std::size_t line;
+    const char* fragment;
+  } rows[] = {
+      {"nothing", "", 1, "no <plist>"},
+      {"a declaration", "<?xml version='1.0'?>\n", 2, "no <plist>"},
+      {"text", "hello", 1, "\"hello\" stands outside"},
+      {"other root", "\n<html/>", 2, "<html> and not <plist>"},
+      {"long root", "<" + std::string(100000, 'a') + "/>", 1, "aaa..."},
+      {"text before", "x" + good, 1, "\"x\" stands outside"},
+      {"text behind", good + "\nx", 2, "\"x\" stands outside"},
+      {"two roots", good + "\n" + good, 2, "more than one root"},
+      {"attribute of the root", "<plist version='&v;'><true/></plist>", 1, "&v;"},
+      {"DOCTYPE behind", good + "<!DOCTYPE plist>", 1, "DOCTYPE"},
+      {"two DOCTYPEs", "<!DOCTYPE plist>\n<!DOCTYPE plist>" + good, 2, "DOCTYPE"},
+      {"internal subset", "\n<!DOCTYPE plist []>" + good, 2, "internal subset"},
+      {"billion laughs",
+       "<!DOCTYPE plist [<!ENTITY a 'ha'><!ENTITY b '&a;&a;&a;&a;'><!ENTITY c '&b;&b;&b;&b;'>]>" +
+           plist("<string>&c;</string>"),
+       1, "internal subset"},
+      {"external entity", "<!DOCTYPE plist [<!ENTITY x SYSTEM 'file:///etc/passwd'>]>" + plist("<string>&x;</string>"),
+       1, "internal subset"},
+      {"subset behind an identifier", "<!DOCTYPE plist SYSTEM \"a'\" [ ]>" + good, 1, "internal subset"},
+      {"NUL behind", good + '\0', 1, "U+0000"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    expectRefused(readPropertyList(row.bytes), row.line, row.fragment);
+  }
+  // What a DOCTYPE names is not looked at.
+  const auto list =
+      readPropertyList("<!DOCTYPE plist SYSTEM \"file:///nowhere/[x]\"><?pi [?>" + good + "<!-- end -->\n");
+  expectSame(list.root, box(u"a"));
+}
+
+std::string repeated(std::string_view piece, std::size_t times) {
+  std::string all;
+  all.reserve(piece.size() * times);
+  while (times-- > 0) all += piece;
+  return all;
+}
+
+TEST(PropertyListReading, Limits) {
+  const auto nested = [](std::size_t depth) { return plist(repeated("<array>", depth) + repeated("</array>", depth)); };
+  EXPECT_TRUE(readPropertyList(nested(maximumPropertyListDepth)).root);
+  const auto start = std::chrono::steady_clock::now();
+  expectRefused(readPropertyList(nested(maximumPropertyListDepth + 1)), 1, "deeper than 512");
+  expectRefused(readPropertyList(nested(1000000)), 1, "deeper than 512");
+  expectRefused(readPropertyList("<plist>" + repeated("<dict><key>a</key>", 1000000)), 1, "malformed");
+  expectRefused(readPropertyList(plist(repeated("<x>", 1000000) + repeated("</x>", 1000000))), 1, "<x>");
+  expectRefused(
+      readPropertyList(plist("<string>" + repeated("<x>", 1000000) + repeated("</x>", 1000000) + "</string>")), 1,
+      "<x> stands within");
+  expectRefused(readPropertyList(plist("<string>" + repeated("&", 5000000) + "</string>")), 1, "begins no reference");
+  expectRefused(readPropertyList("<!DOCTYPE " + repeated("<!a ", 1000000)), 1, "malformed");
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+  expectRefused(readPropertyList(plist("<string>" + std::string(100000000, 'a') + "</string>")), 0,
+                "larger than 67108864");
+}
+
+// A document with something of everything.
+std::string everything() {
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist SYSTEM \"plist.dtd\">\n<!-- c --><?p i?>\n" +
+         plist(
+             "<dict>\n\t<key>a&amp;</key><array><true/><false></false><string>x&#65;\xC3\xA9<![CDATA[<]]></string></"
+             "array>"
+             "<key>b</key><integer>-12</integer><key>c</key><real>1.5</real><key>d</key><date>2001-01-01T00:00:00Z</"
+             "date>"
+             "<key>e</key><data>AAEC</data><key>f</key><dict/></dict>");
+}
+
+TEST(PropertyListReading, CutAnywhere) {
+  const std::string whole = everything();
+  ASSERT_TRUE(readPropertyList(whole).root);
+  for (std::size_t length = 0; length < whole.size(); ++length) {
+    // A copy of just that size, so that reading beyond it is seen.
+    const std::vector<char> cut(whole.data(), whole.data() + length);
+    const PropertyList list = readPropertyList({cut.data(), cut.size()});
+    EXPECT_EQ(list.root, nullptr) << length;
+    EXPECT_NE(list.error, u""sv) << length;
+  }
+  const std::string wide = "\xFF\xFE" + utf16(textFromUTF8(whole), false);
+  ASSERT_TRUE(readPropertyList(wide).root);
+  for (std::size_t length = 0; length < wide.size(); ++length)
+    EXPECT_EQ(readPropertyList(std::string_view(wide).substr(0, length)).root, nullptr) << length;
+}
+
+TEST(PropertyListReading, FlippedBytes) {
+  std::mt19937 random(7);
+  const std::string whole = everything();
+  for (int round = 0; round < 20000; ++round) {
+    std::string bytes = whole;
+    for (auto flips = 1 + random() % 3; flips > 0; --flips) {
+      const std::size_t place = random() % bytes.size();
+      const std::string_view likely = "<>&;/![]-\"'?=\0 \xFF\xEF"sv;
+      if (random() % 4 == 0)
+        bytes.erase(place, 1 + random() % 4);
+      else
+        bytes[place] = random() % 2 == 0 ? likely[random() % likely.size()] : static_cast<char>(random());
+    }
+    const PropertyList list = readPropertyList(bytes);
+    ASSERT_EQ(list.root == nullptr, !list.error.empty()) << bytes;
+    // Whatever was read can be written.
+    if (list.root) {
+      ASSERT_TRUE(isEqual(readPropertyList(written(*list.root)).root, list.root)) << bytes;
+    }
+  }
+}
+
+TEST(PropertyListWriting, Layout) {
+  const auto root = dictionary({{u"b<", array({box(true), box(-1), box(0.1), array({})})},
+                                {u"a", box(u"x\r\n&<>\"'é\U0001F600")},
+                                {u"c", data({0, 1, 2, 255})},
+                                {u"d", date(-0.5)},
+                                {u"e", dictionary({})},
+                                {u"f", data({})}});
+  const std::string bytes = written(*root);
+  EXPECT_TRUE(bytes.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n"));
+  EXPECT_EQ(
+      bytes.substr(bytes.find("<plist")),
+      "<plist version=\"1.0\">\n<dict>\n\t<key>a</key>\n\t<string>x&#13;\n&amp;&lt;&gt;\"'\xC3\xA9\xF0\x9F\x98\x80"
+      "</string>\n\t<key>b&lt;</key>\n\t<array>\n\t\t<true/>\n\t\t<integer>-1</integer>\n\t\t<real>0.1</real>\n"
+      "\t\t<array/>\n\t</array>\n\t<key>c</key>\n\t<data>\n\tAAEC/w==\n\t</data>\n\t<key>d</key>\n"
+      "\t<date>1969-12-31T23:59:59Z</date>\n\t<key>e</key>\n\t<dict/>\n\t<key>f</key>\n\t<data></data>\n</dict>\n"
+      "</plist>\n");
+}
+
+TEST(PropertyListWriting, ReadsBackAsWritten) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  std::vector<std::uint8_t> many(1000);
+  for (std::size_t i = 0; i < many.size(); ++i) many[i] = static_cast<std::uint8_t>(i * 7);
+  const Objects objects = {box(false),
+                           box(std::int64_t{-5}),
+                           box(std::numeric_limits<std::int64_t>::min()),
+                           box(std::numeric_limits<std::uint64_t>::max()),
+                           box(0.1),
+                           box(-0.0),
+                           box(5e-324),
+                           box(1.7976931348623157e308),
+                           box(1e22),
+                           box(infinity),
+                           box(-infinity),
+                           box(std::nan("")),
+                           date(-62135596800),
+                           date(253402300799),
+                           data(many),
+                           box(u""),
+                           box(u" \t\n\r "),
+                           box(u"]]>"),
+                           box(u"\x7F\x85\xFFFD\xFEFF"),
+                           box(Text(10000, u'\r')),
+                           box(Text(10001, u'é'))};
+  for (const Ref<NSObject>& object : objects) {
+    const PropertyList list = readPropertyList(written(*object));
+    EXPECT_EQ(list.error, u""sv);
+    expectSame(list.root, object);
+  }
+  // Kinds that XML does not tell apart keep their value.
+  expectSame(readPropertyList(written(*box(7u))).root, box(7));
+  expectSame(readPropertyList(written(*box(0.1f))).root, box(double{0.1f}));
+  expectSame(readPropertyList(written(*date(0.75))).root, date(0));
+  EXPECT_TRUE(std::signbit(as<NSNumber>(readPropertyList(written(*box(-0.0))).root)->doubleValue()));
+  expectSame(readPropertyList(written(*box(u"a")->mutableCopy())).root, box(u"a"));
+  expectSame(readPropertyList(written(*array({box(1)})->mutableCopy())).root, array({box(1)}));
+}
+
+TEST(PropertyListWriting, Refuses) {
+  const auto people = [](Ref<NSObject> object) {
+    return dictionary({{u"people", array({box(1), dictionary({{u"name", std::move(object)}})})}});
+  };
+  const struct {
+    Ref<NSObject> root;
+    const char* error;
+  } rows[] = {
+      {NSNull::null(), "The object at the root is of class NSNull, which a property list cannot hold."},
+      {people(box(CGPoint{1, 2})),
+       "The object at people[1].name is of class NSValue, which a property list cannot hold."},
+      {people(box(u"a\x01")), "The text at people[1].name holds U+0001, which XML cannot hold."},
+      {people(box(Text(1, u'\0'))), "The text at people[1].name holds U+0000, which XML cannot hold."},
+      {people(box(u"\xD800x")), "The text at people[1].name holds U+D800, which XML cannot hold."},
+      {people(box(u"\xD83D")), "The text at people[1].name holds U+D83D, which XML cannot hold."},
+      {people(box(u"\xDE00\xD83D")), "The text at people[1].name holds U+DE00, which XML cannot hold."},
+      {box(u"\xFFFE"), "The text at the root holds U+FFFE, which XML cannot hold."},
+      {array({box(u"\xFFFF")}), "The text at [0] holds U+FFFF, which XML cannot hold."},
+      {dictionary({{u"a\x1F", box(1)}}), "The key at a\xEF\xBF\xBD holds U+001F, which XML cannot hold."},
+      {people(date(-62135596801)), "The date at people[1].name is outside the years 1 to 9999."},
+      {date(253402300800), "The date at the root is outside the years 1 to 9999."},
+      {date(std::nan("")), "The date at the root is outside the years 1 to 9999."},
+      {box(Text(maximumPropertyListSize, u'a')), "The property list is larger than 67108864 bytes."},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.error);
+    const PropertyListBytes result = writePropertyList(*row.root);
+    EXPECT_EQ(utf8(result.error), row.error);
+    EXPECT_EQ(result.bytes, "");
+  }
+}
+
+TEST(PropertyListWriting, Limits) {
+  Ref<NSObject> nested = array({});
+  for (std::size_t depth = 1; depth < maximumPropertyListDepth; ++depth) nested = array({nested});
+  expectSame(readPropertyList(written(*nested)).root, nested);
+  const auto refused = [](const NSObject& root, std::string_view fragment) {
+    const std::string error = utf8(writePropertyList(root).error);
+    EXPECT_NE(error.find(fragment), std::string::npos) << error;
+    EXPECT_LT(error.size(), 300u);
+  };
+  refused(*array({nested}), "... is nested deeper than 512 levels.");
+
+  const auto cycle = std::make_shared<NSMutableDictionary>();
+  cycle->setObject(array({box(1), cycle, cycle}), u"self");
+  refused(*cycle, "The object at self[1].self[1].");
+  cycle->removeAllObjects();
+
+  // Nothing but sharing, yet more than any memory holds once it is written out.
+  Ref<NSObject> doubled = box(u"a");
+  for (int i = 0; i < 60; ++i) doubled = array({doubled, doubled});
+  refused(*doubled, "larger than");
+  refused(*array(Objects(30, data(std::vector<std::uint8_t>(3000000)))), "larger than");
+}
+
+class Tree {
+ public:
+  explicit Tree(unsigned seed) : myRandom(seed) {}
+
+  // Carriage returns only where wanted: some writers change them.
+  Text text(bool withReturns) {
+    Text result;
+    for (std::size_t length = below(4) == 0 ? below(60) : below(8); length > 0; --length) {
+      const TextView odd = u"\t\n &<>\"']é\x85\x7FF\xD7FF\xE000\xFFFD"sv;
+      switch (below(6)) {
+        case 0:
+          result += odd[below(odd.size())];
+          break;
+        case 1:
+          result += static_cast<char16_t>(0xD800 + below(0x400));
+          result += static_cast<char16_t>(0xDC00 + below(0x400));
+          break;
+        case 2:
+          result += withReturns ? u'\r' : u'r';
+          break;
+        default:
+          result += static_cast<char16_t>(u' ' + below(95));
+      }
+    }
+    return result;
+  }
+
+  Ref<NSObject> object(unsigned depth, bool withReturns) {
+    switch (below(depth == 0 ? 7 : 10)) {
+      case 0:
+        return box(below(2) == 0);
+      case 1:
+        return box(static_cast<std::int64_t>(bits()) >> below(64));
+      case 2:
+        return box(bits() | (std::uint64_t{1} << 63U));
+      case 3: {
+        const double value = std::bit_cast<double>(bits());
+        return box(below(2) == 0 ? value : static_cast<double>(below(1000)) / 8);
+      }
+      case 4:
+        return date(static_cast<double>(bits() % 315537897600U) - 62135596800.0);
+      case 5: {
+        std::vector<std::uint8_t> bytes(below(200));
+        for (auto& byte : bytes) byte = static_cast<std::uint8_t>(myRandom());
+        return data(std::move(bytes));
+      }
+      case 6:
+        return box(text(withReturns));
+      case 7: {
+        Objects elements(below(6));
+        for (auto& element : elements) element = object(depth - 1, withReturns);
+        return array(std::move(elements));
+      }
+      default: {
+        NSDictionary::Entries entries;
+        for (std::size_t count = below(6); count > 0; --count)
+          entries[text(withReturns)] = object(depth - 1, withReturns);
+        return dictionary(std::move(entries));
+      }
+    }
+  }
+
+ private:
+  std::size_t below(std::size_t limit) { return myRandom() % limit; }
+  std::uint64_t bits() { return myRandom(); }
+
+  std::mt19937_64 myRandom;
+};
+
+TEST(PropertyListWriting, RandomTreesReadBack) {
+  for (unsigned seed = 0; seed < 2000; ++seed) {
+    const Ref<NSObject> tree = Tree(seed).object(6, true);
+    const std::string bytes = written(*tree);
+    const PropertyList list = readPropertyList(bytes);
+    ASSERT_TRUE(isEqual(list.root, tree)) << bytes << utf8(list.error);
+    // Kinds included: equal numbers of other kinds are written differently.
+    ASSERT_EQ(written(*list.root), bytes);
+  }
+}
+
+// Another reader and writer as judge: what it reads of ours, written by it, is what we had written; and it sees the
+// same carriage returns.
+TEST(PropertyListWriting, AgreesWithPlistlib) {
+  if (std::system("python3 -c 'import plistlib' 2>/dev/null") != 0) GTEST_SKIP() << "no python3 with plistlib";
+  const std::filesystem::path folder = testing::TempDir() + "PropertyListTest." + std::to_string(getpid());
+  std::filesystem::create_directory(folder);
+  const auto file = [&](const std::string& name) { return folder / name; };
+  const unsigned count = 300;
+  for (unsigned i = 0; i < count; ++i) std::ofstream(file(std::to_string(i))) << written(*Tree(i).object(6, false));
+  std::ofstream(file("returns")) << written(*dictionary({{u"a\r", box(u"\r\n\r")}}));
+  std::ofstream(file("judge.py")) << "import plistlib, sys\n"
+                                     "f = sys.argv[1] + '/'\n"
+                                     "for i in range(int(sys.argv[2])):\n"
+                                     "  tree = plistlib.load(open(f + str(i), 'rb'))\n"
+                                     "  plistlib.dump(tree, open(f + str(i) + '.out', 'wb'))\n"
+                                     "assert plistlib.load(open(f + 'returns', 'rb')) == {'a\\r': '\\r\\n\\r'}\n";
+  const std::string command =
+      "python3 '" + file("judge.py").string() + "' '" + folder.string() + "' " + std::to_string(count);
+  ASSERT_EQ(std::system(command.c_str()), 0);
+  for (unsigned i = 0; i < count; ++i) {
+    SCOPED_TRACE(i);
+    std::ifstream stream(file(std::to_string(i) + ".out"), std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(stream)), {});
+    const PropertyList list = readPropertyList(bytes);
+    ASSERT_EQ(list.error, u""sv);
+    ASSERT_EQ(written(*list.root), written(*Tree(i).object(6, false)));
+  }
+  std::filesystem::remove_all(folder);
+}
+
+}  // namespace
+}  // namespace kelvane

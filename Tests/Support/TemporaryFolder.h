@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace kelvane {
+
+// An empty folder that is removed at the end with all that is in it.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  // Absolute, without a slash at the end.
+  const std::string& path() const { return myPath; }
+  std::string path(const std::string& name) const { return myPath + "/" + name; }
+  // The names of what is in the folder, sorted.
+  std::vector<std::string> names() const;
+  // Removes all that is in the folder.
+  void clear();
+
+ private:
+  std::string myPath;
+};
+
+}  // namespace kelvane
