@@ -2,21 +2,24 @@
 #include <cstddef>
 #include <exception>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "Output.h"
 #include "Platform/Foundation/Format.h"
 #include "Report.h"
+#include "Session.h"
 
 namespace {
 
 enum ExitStatus { Success = 0, Failure = 1, WrongUsage = 2 };
 
 constexpr kelvane::TextView usage =
-    u"Usage: Notebook --report FOLDER\n"
+    u"Usage: Notebook --report [FOLDER]\n"
     u"       Notebook --help\n"
     u"\n"
     u"Reports on the documents in FOLDER and the folders in it: lines, tables, configuration files.\n"
+    u"Without FOLDER, on the one of the last time.\n"
     u"The exit status is 1 if something could not be read or written, 2 if the arguments are wrong.\n";
 
 ExitStatus printHelp() {
@@ -25,10 +28,20 @@ ExitStatus printHelp() {
   return output.finish() ? Success : Failure;
 }
 
+ExitStatus report(const std::string& folder) {
+  notebook::beginSession(folder);
+  const bool isWhole = notebook::Report(folder).print();
+  notebook::endSession(isWhole);
+  return isWhole ? Success : Failure;
+}
+
 ExitStatus run(std::span<char*> arguments) {
   if (arguments.size() == 2 && std::string_view(arguments[1]) == "--help") return printHelp();
-  if (arguments.size() == 3 && std::string_view(arguments[1]) == "--report")
-    return notebook::Report(arguments[2]).print() ? Success : Failure;
+  if (arguments.size() >= 2 && std::string_view(arguments[1]) == "--report") {
+    if (arguments.size() == 3) return report(arguments[2]);
+    const auto folder = notebook::lastFolder();
+    if (arguments.size() == 2 && folder) return report(*folder);
+  }
   notebook::writeToStandardError(usage);
   return WrongUsage;
 }

@@ -6,12 +6,14 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "Support/Process.h"
+#include "Support/TemporaryFolder.h"
 
 namespace {
 
@@ -29,10 +31,17 @@ ProcessResult reportOn(const fs::path& folder, const std::string& outputFile = {
   return runProcess({KELVANE_NOTEBOOK, "--report", folder.native()}, outputFile);
 }
 
-// Each test works in a folder of its own.
+std::string bytesOf(const std::string& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+// Each test works in a folder of its own, and the Notebook keeps its preferences and its log in another.
 class NotebookTest : public testing::Test {
  protected:
   NotebookTest() {
+    ::setenv("XDG_CONFIG_HOME", mySettings.path().c_str(), 1);
+    ::setenv("XDG_DATA_HOME", mySettings.path().c_str(), 1);
     std::string pattern = fs::temp_directory_path() / "NotebookTest-XXXXXX";
     if (!::mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder");
     myFolder = pattern;
@@ -48,6 +57,7 @@ class NotebookTest : public testing::Test {
   }
 
   fs::path myFolder;
+  kelvane::TemporaryFolder mySettings;
 };
 
 // The totals of a report that is otherwise of no interest.
@@ -267,7 +277,7 @@ TEST_F(NotebookTest, saysWhenTheReportCannotBeWritten) {
 TEST_F(NotebookTest, explainsItself) {
   const ProcessResult help = runProcess({KELVANE_NOTEBOOK, "--help"});
   EXPECT_EQ(help.status, 0);
-  EXPECT_THAT(help.out, StartsWith("Usage: Notebook --report FOLDER\n"));
+  EXPECT_THAT(help.out, StartsWith("Usage: Notebook --report [FOLDER]\n"));
   EXPECT_EQ(help.err, "");
   const std::vector<std::vector<std::string>> wrong = {
       {}, {"--report"}, {"--report", "a", "b"}, {"--unknown", "a"}, {myFolder}, {"--help", "x"}};
@@ -278,6 +288,34 @@ TEST_F(NotebookTest, explainsItself) {
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, help.out);
   }
+}
+
+TEST_F(NotebookTest, keepsItsLastFolderAndALog) {
+  write("a.txt", "one\n");
+  const std::string log = mySettings.path("Notebook/Logs/Notebook.log");
+  const std::string preferences = mySettings.path("Notebook.plist");
+  const ProcessResult first = reportOn(myFolder);
+  EXPECT_EQ(first.status, 0);
+  EXPECT_EQ(bytesOf(log), "");
+  const ProcessResult again = runProcess({KELVANE_NOTEBOOK, "--report"});
+  EXPECT_EQ(again.out, first.out);
+  EXPECT_EQ(again.err, "");
+
+  std::string settings = bytesOf(preferences);
+  settings.insert(settings.find("<dict>") + 6, "<key>QNLogger_logLevel</key><integer>1</integer>");
+  std::ofstream(preferences, std::ios::binary) << settings;
+  EXPECT_THAT(runProcess({KELVANE_NOTEBOOK, "--report"}).err, HasSubstr("INFO beginSession:"));
+  EXPECT_THAT(bytesOf(log), HasSubstr(" - Report on " + myFolder.native() + "\nINFO endSession:"));
+
+  // Neither can be written: that is told, and the report is as whole as before.
+  mySettings.clear();
+  ::setenv("XDG_CONFIG_HOME", "/proc", 1);
+  ::setenv("XDG_DATA_HOME", "/proc", 1);
+  const ProcessResult unkept = reportOn(myFolder);
+  EXPECT_EQ(unkept.status, 0);
+  EXPECT_EQ(unkept.out, first.out);
+  EXPECT_THAT(unkept.err, HasSubstr("Can't open log file!"));
+  EXPECT_THAT(unkept.err, HasSubstr("Can't save the preferences: "));
 }
 
 }  // namespace

@@ -20,4 +20,6 @@ Text folderFromEnvironment(const char* variable, TextView inHome) {
 
 Text configurationFolderPath() { return folderFromEnvironment("XDG_CONFIG_HOME", u".config"); }
 
+Text dataFolderPath() { return folderFromEnvironment("XDG_DATA_HOME", u".local/share"); }
+
 }  // namespace kelvane

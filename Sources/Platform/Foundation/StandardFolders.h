@@ -10,4 +10,7 @@ namespace kelvane {
 // folder.
 KELVANE_EXPORT Text configurationFolderPath();
 
+// The folder of the user's application data: XDG_DATA_HOME likewise, else ".local/share" in the home folder.
+KELVANE_EXPORT Text dataFolderPath();
+
 }  // namespace kelvane
