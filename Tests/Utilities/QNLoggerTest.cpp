@@ -1,4 +1,6 @@
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
 
 #include <algorithm>
 #include <atomic>
@@ -199,6 +201,39 @@ TEST_F(QNLoggerTest, TroubleWithTheLogFileHarmsNobody) {
   const auto messages = systemLog.take();
   ASSERT_FALSE(messages.empty());
   EXPECT_TRUE(messages[0].starts_with(u"Error while removing file at path '/proc/version': ")) << utf8(messages[0]);
+}
+
+// The disk is full after each number of bytes in turn: short writes, failed writes, a failed flush and a failed close.
+TEST_F(QNLoggerTest, AFullDiskCostsTheLogItsRestAndNothingElse) {
+  signal(SIGXFSZ, SIG_IGN);
+  const std::string whole = "WARN -[Host work]:1 - a\nWARN -[Host work]:2 - b\nWARN -[Host work]:3 - c\n";
+  for (const bool immediately : {true, false}) {
+    for (std::size_t space = 0; space <= whole.size(); ++space) {
+      QNLogger logger;
+      logger.setImmediatelyFlusLogFile(immediately);
+      logger.setLogFile(logPath, true);
+      const rlimit limit{space, RLIM_INFINITY};
+      ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+      for (const auto& [line, text] : {std::pair(1, u"a"), std::pair(2, u"b"), std::pair(3, u"c")})
+        logger.warn(line, "f", method, text);
+      logger.closeLogFile();
+      const rlimit unlimited{RLIM_INFINITY, RLIM_INFINITY};
+      ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &unlimited), 0);
+      EXPECT_EQ(systemLog.take().size(), 3U);
+      EXPECT_EQ(fileBytes().substr(0, space), fileBytes());
+      EXPECT_TRUE(immediately ? fileBytes().size() <= space : whole.starts_with(fileBytes())) << fileBytes();
+      if (space == whole.size()) {
+        EXPECT_EQ(fileBytes(), whole);
+      }
+    }
+  }
+}
+
+TEST_F(QNLoggerTest, HeadlessAlertIsWrittenAndNotWaitedFor) {
+  QNLogger logger;
+  testing::internal::CaptureStderr();
+  logger.fatal(1, "f", method, u"The disk is gone.", true);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "\nA serious problem occurred\nThe disk is gone.\n");
 }
 
 TEST_F(QNLoggerTest, LinesOfSeveralThreadsStayWhole) {

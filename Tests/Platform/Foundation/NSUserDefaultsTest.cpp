@@ -150,6 +150,17 @@ TEST_F(NSUserDefaultsTest, DamagedFilesAreSetAsideAndNeverOverwritten) {
   EXPECT_EQ(keptAside, 200);
 }
 
+TEST_F(NSUserDefaultsTest, AHugeFileIsSetAsideUnread) {
+  write("");
+  std::filesystem::resize_file(file, 100U << 20U);
+  CapturedSystemLog log;
+  NSUserDefaults defaults(path);
+  defaults.setObject(box(1), u"a");
+  ASSERT_TRUE(defaults.synchronize());
+  expectSaved(u"a", box(1));
+  EXPECT_EQ(std::filesystem::file_size(file + ".damaged-1"), 100U << 20U);
+}
+
 TEST_F(NSUserDefaultsTest, AFileThatCannotBeReadIsNotReplaced) {
   std::filesystem::create_directories(file);
   CapturedSystemLog log;
