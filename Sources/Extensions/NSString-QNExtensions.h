@@ -13,12 +13,13 @@
 #include "Platform/Foundation/TextLines.h"
 #include "Platform/Foundation/TextSearch.h"
 
-// Operations on text: lines, tokens, trimming, quoting, tables, paths, replacement. The receiver is the first parameter.
+// Operations on text: lines, tokens, trimming, quoting, tables, paths, replacement. The receiver is the first
+// parameter.
 //
-// All of them take time proportional to their input (and to their result, where replacing makes that longer), may run on any
-// thread, and never fail but where it is said; a result longer than a text can be is std::length_error. Texts may hold
-// anything, unpaired surrogates and NUL included. What returns a TextView returns a slice of its receiver: given a
-// temporary Text, trimming gives a Text of its own, and the others refuse to compile.
+// All of them take time proportional to their input (and to their result, where replacing makes that longer), may run
+// on any thread, and never fail but where it is said; a result longer than a text can be is std::length_error. Texts
+// may hold anything, unpaired surrogates and NUL included. What returns a TextView returns a slice of its receiver:
+// given a temporary Text, trimming gives a Text of its own, and the others refuse to compile.
 namespace kelvane {
 
 namespace NSStringExtensions {
@@ -30,14 +31,14 @@ KELVANE_EXPORT Text stringWithSequenz(TextView sequence, std::uint64_t repeated)
 // stringWithWhiteSpace:  `count` spaces; none for a count below 1.
 KELVANE_EXPORT Text stringWithWhiteSpace(std::int64_t count);
 
-// uniqueString  A new random UUID (RFC 4122, version 4) in its canonical form with upper-case digits: 36 code units, such as
-// u"0E9C5A43-7F0B-4A2D-9C34-6B1D5E8F7A20". Unlike any other in all likelihood.
+// uniqueString  A new random UUID (RFC 4122, version 4) in its canonical form with upper-case digits: 36 code units,
+// such as u"0E9C5A43-7F0B-4A2D-9C34-6B1D5E8F7A20". Unlike any other in all likelihood.
 KELVANE_EXPORT Text uniqueString();
 
 }  // namespace NSStringExtensions
 
-// Lines. They end at LF, CR, CR LF, NEL, U+2028 and U+2029; a text that ends with one of these has an empty last line, the
-// empty text has none. Platform/Foundation/TextLines.h walks lines without collecting them.
+// Lines. They end at LF, CR, CR LF, NEL, U+2028 and U+2029; a text that ends with one of these has an empty last line,
+// the empty text has none. Platform/Foundation/TextLines.h walks lines without collecting them.
 
 // componentsSeparatedByLineSeparators  The lines in order, without their terminators.
 //   u"a\r\nb" => "a", "b"      u"a\n" => "a", ""      u"" => (none)
@@ -61,7 +62,8 @@ bool containsString(TextView text, std::nullptr_t) = delete;
 // isEmpty  Whether the length is 0; a text of blanks is not empty.
 inline bool isEmpty(TextView text) { return text.empty(); }
 
-// substringToToken:  What stands before the first `token`; the text itself when there is none or it is empty; nil for nil.
+// substringToToken:  What stands before the first `token`; the text itself when there is none or it is empty; nil for
+// nil.
 //   u"key=value", u"=" => u"key"      u"key", u"=" => u"key"
 KELVANE_EXPORT std::optional<TextView> substringToToken(TextView text, std::optional<TextView> token);
 template <TemporaryText T>
@@ -73,8 +75,8 @@ KELVANE_EXPORT std::optional<TextView> substringFromToken(TextView text, std::op
 template <TemporaryText T>
 std::optional<TextView> substringFromToken(T&& temporary, std::optional<TextView> token) = delete;
 
-// stringByRemovingSurroundingWhitespace  The text without the spaces, tabs, CR and LF at its ends. Other blanks, such as a
-// no-break space, stay.
+// stringByRemovingSurroundingWhitespace  The text without the spaces, tabs, CR and LF at its ends. Other blanks, such
+// as a no-break space, stay.
 KELVANE_EXPORT TextView stringByRemovingSurroundingWhitespace(TextView text);
 template <TemporaryText T>
 Text stringByRemovingSurroundingWhitespace(T&& temporary) {
@@ -102,15 +104,15 @@ KELVANE_EXPORT Text digitsOnly(TextView text);
 // stringByRemovingLinebreaks  Each LF replaced by a space; CR and the other line ends stay.
 KELVANE_EXPORT Text stringByRemovingLinebreaks(TextView text);
 
-// normalizeTrailing0  "0" taken from both ends, and "0" put behind a "." that then ends the text. For decimals with a point:
-// a whole number loses its zeros too.
+// normalizeTrailing0  "0" taken from both ends, and "0" put behind a "." that then ends the text. For decimals with a
+// point: a whole number loses its zeros too.
 //   u"2.50" => u"2.5"      u"3.000" => u"3.0"      u"0.25" => u".25"      u"100" => u"1"      u"0" => u""
 KELVANE_EXPORT Text normalizeTrailing0(TextView text);
 
-// arrayFromTSV  The table of tab-separated values that the text holds. Lines that are empty or begin with "#" do not count.
-// The first line that counts names the columns, each later one is a row: its cells stand under the names in order, as they
-// are, with quotes and blanks. Empty cells are absent, cells beyond the last name are dropped, a row without any cell is no
-// row. Of columns with the same name the last cell that is not empty counts.
+// arrayFromTSV  The table of tab-separated values that the text holds. Lines that are empty or begin with "#" do not
+// count. The first line that counts names the columns, each later one is a row: its cells stand under the names in
+// order, as they are, with quotes and blanks. Empty cells are absent, cells beyond the last name are dropped, a row
+// without any cell is no row. Of columns with the same name the last cell that is not empty counts.
 //
 // Takes a Text over without copying it; a view is copied once. The table takes 8 bytes per cell and row besides.
 KELVANE_EXPORT TSVTable arrayFromTSV(Text&& text);
@@ -118,8 +120,8 @@ KELVANE_EXPORT TSVTable arrayFromTSV(TextView text);
 inline TSVTable arrayFromTSV(const Text& text) { return arrayFromTSV(TextView(text)); }
 inline TSVTable arrayFromTSV(const char16_t* text) { return arrayFromTSV(TextView(text)); }
 
-// removeCommentedLines  The lines that do not begin with "#" behind spaces and tabs, joined with LF. A line end at the end of
-// the text stays, as LF.
+// removeCommentedLines  The lines that do not begin with "#" behind spaces and tabs, joined with LF. A line end at the
+// end of the text stays, as LF.
 //   u"a\r\n  # b\r\nc\r\n" => u"a\nc\n"
 KELVANE_EXPORT Text removeCommentedLines(TextView text);
 
@@ -133,19 +135,19 @@ KELVANE_EXPORT Text escapeQuots(TextView text);
 // removeQuots  The text without its double quotes and apostrophes, wherever they stand.
 KELVANE_EXPORT Text removeQuots(TextView text);
 
-// normalizePath  The path in its standard form (stringByStandardizingPath in Platform/Foundation/PathText.h). A text that
-// begins with "file:" is read as a URL, whose path is taken, with its escapes decoded; nil when it has no path, a bad escape
-// or a blank.
+// normalizePath  The path in its standard form (stringByStandardizingPath in Platform/Foundation/PathText.h). A text
+// that begins with "file:" is read as a URL, whose path is taken, with its escapes decoded; nil when it has no path, a
+// bad escape or a blank.
 //   u"file:///tmp/a%20b/" => u"/tmp/a b"      u"file:" => nil      u"/a/../b/" => u"/b"
 KELVANE_EXPORT std::optional<Text> normalizePath(TextView text);
 
-// replaceAllTextFromDictionary:options:range:  The text with each key of `replacements` replaced by its value's description
-// within `range`. The keys are taken one after another, in ascending order: what one puts in, a later one may find. Matches
-// do not overlap, and an empty key never matches. What stands outside `range` stays; for a later key the range is as much
-// longer or shorter as the text has become.
+// replaceAllTextFromDictionary:options:range:  The text with each key of `replacements` replaced by its value's
+// description within `range`. The keys are taken one after another, in ascending order: what one puts in, a later one
+// may find. Matches do not overlap, and an empty key never matches. What stands outside `range` stays; for a later key
+// the range is as much longer or shorter as the text has become.
 //
-// `options` are those of TextSearch.h; searching backwards, only the last match of each key is replaced. A range beyond the
-// text raises std::out_of_range, unless there is nothing to replace.
+// `options` are those of TextSearch.h; searching backwards, only the last match of each key is replaced. A range beyond
+// the text raises std::out_of_range, unless there is nothing to replace.
 KELVANE_EXPORT Text replaceAllTextFromDictionary(TextView text, const NSDictionary& replacements,
                                                  NSStringCompareOptions options, NSRange range);
 // replaceAllTextFromDictionary:options:  The same in the whole text.

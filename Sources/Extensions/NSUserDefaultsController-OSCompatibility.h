@@ -38,18 +38,20 @@ KELVANE_EXPORT std::optional<Text> stringForKey(const NSUserDefaultsController& 
 KELVANE_EXPORT Ref<NSDate> dateForKey(const NSUserDefaultsController& receiver, TextView key);
 // boolForKey:  The truth value of a number; of text true only for exactly "YES"; otherwise false.
 KELVANE_EXPORT bool boolForKey(const NSUserDefaultsController& receiver, TextView key);
-// boolNumberForKey:defaultValue:  The stored number itself (7 stays 7); of text the boxed truth value that the general rule
-// gives ("yes", "1" and "true" are true; boolValue in Platform/Foundation/TextNumbers.h); otherwise the boxed default.
+// boolNumberForKey:defaultValue:  The stored number itself (7 stays 7); of text the boxed truth value that the general
+// rule gives ("yes", "1" and "true" are true; boolValue in Platform/Foundation/TextNumbers.h); otherwise the boxed
+// default.
 KELVANE_EXPORT Ref<NSNumber> boolNumberForKey(const NSUserDefaultsController& receiver, TextView key,
                                               const NSNumber& defaultValue);
 inline Ref<NSNumber> boolNumberForKey(const NSUserDefaultsController& receiver, TextView key,
                                       std::same_as<bool> auto defaultValue) {
   return boolNumberForKey(receiver, key, NSNumber(defaultValue));
 }
-// floatForKey:defaultValue:  The number, or the one that the text begins with, in single precision; otherwise the default.
+// floatForKey:defaultValue:  The number, or the one that the text begins with, in single precision; otherwise the
+// default.
 KELVANE_EXPORT float floatForKey(const NSUserDefaultsController& receiver, TextView key, float defaultValue);
-// integerForKey:  The number, or the one that the text begins with, as a signed 32-bit integer; otherwise 0. A number beyond
-// that range keeps its low 32 bits, text is held at the largest and smallest value.
+// integerForKey:  The number, or the one that the text begins with, as a signed 32-bit integer; otherwise 0. A number
+// beyond that range keeps its low 32 bits, text is held at the largest and smallest value.
 KELVANE_EXPORT std::int32_t integerForKey(const NSUserDefaultsController& receiver, TextView key);
 
 // setObject:forKey:  Stores the object as it is; nil removes the value.
@@ -66,8 +68,8 @@ void setBool(NSUserDefaultsController& receiver, std::same_as<bool> auto truth, 
 KELVANE_EXPORT void setFloat(NSUserDefaultsController& receiver, float number, TextView key);
 // setInteger:forKey:
 KELVANE_EXPORT void setInteger(NSUserDefaultsController& receiver, std::int64_t number, TextView key);
-// setValuesFromDictionary:  Stores each entry of `values` under its key, one after another; keys that it lacks keep their
-// values. Nothing for nil.
+// setValuesFromDictionary:  Stores each entry of `values` under its key, one after another; keys that it lacks keep
+// their values. Nothing for nil.
 KELVANE_EXPORT void setValuesFromDictionary(NSUserDefaultsController& receiver, const Ref<NSDictionary>& values);
 
 // synchronize  Saves the changes; false when that failed (the reason is given by NSUserDefaultsController::save).

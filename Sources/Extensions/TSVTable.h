@@ -11,8 +11,8 @@
 
 namespace kelvane {
 
-// A table of tab-separated values: a row of column names and rows of cells, made by `arrayFromTSV`. It owns its text, and
-// its rows are dictionaries from column name to cell:
+// A table of tab-separated values: a row of column names and rows of cells, made by `arrayFromTSV`. It owns its text,
+// and its rows are dictionaries from column name to cell:
 //
 //   const TSVTable people = arrayFromTSV(text);
 //   for (const TSVRow row : people)
@@ -97,8 +97,8 @@ class KELVANE_EXPORT TSVTable {
   std::vector<Column> myColumns;
   // Where each row's places begin in `myCellStarts`.
   std::vector<std::size_t> myRows;
-  // For each cell that has a column the place where it starts, and behind a row's last one the place behind the tab or line
-  // end that ends it.
+  // For each cell that has a column the place where it starts, and behind a row's last one the place behind the tab or
+  // line end that ends it.
   std::vector<std::size_t> myCellStarts;
 };
 

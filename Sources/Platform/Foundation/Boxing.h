@@ -24,8 +24,7 @@ inline Ref<NSString> box(TextView text) { return std::make_shared<NSString>(text
 inline Ref<NSObject> box(std::nullptr_t) { return nullptr; }
 inline Ref<NSString> box(const char16_t* text) { return std::make_shared<NSString>(text); }
 template <class T>
-  requires std::integral<T> || std::floating_point<T>
-Ref<NSNumber> box(T number) {
+requires std::integral<T> || std::floating_point<T> Ref<NSNumber> box(T number) {
   return std::make_shared<NSNumber>(number);
 }
 inline Ref<NSValue> box(const CGPoint& point) { return std::make_shared<NSValue>(point); }
@@ -50,7 +49,7 @@ struct Unboxer;
 [[noreturn]] KELVANE_EXPORT void raiseWrongKind(const NSObject* object, std::string_view wanted);
 
 template <class T>
-  requires std::integral<T> || std::floating_point<T>
+requires std::integral<T> || std::floating_point<T>
 struct Unboxer<T> {
   static T unbox(const Ref<NSObject>& object) {
     const NSNumber* number = as<NSNumber>(object.get());
@@ -78,7 +77,7 @@ struct Unboxer<Text> {
 };
 
 template <class T>
-  requires std::same_as<T, CGPoint> || std::same_as<T, CGSize> || std::same_as<T, CGRect> || std::same_as<T, NSRange>
+requires std::same_as<T, CGPoint> || std::same_as<T, CGSize> || std::same_as<T, CGRect> || std::same_as<T, NSRange>
 struct Unboxer<T> {
   static T unbox(const Ref<NSObject>& object) {
     const NSValue* value = as<NSValue>(object.get());
@@ -105,8 +104,8 @@ struct Unboxer<std::optional<T>> {
 
 }  // namespace detail
 
-// The plain value in `object`. Numbers convert among their kinds as NSNumber says, narrower integers keep their low bits;
-// std::invalid_argument when the object is of another kind, or nil where T has no nil.
+// The plain value in `object`. Numbers convert among their kinds as NSNumber says, narrower integers keep their low
+// bits; std::invalid_argument when the object is of another kind, or nil where T has no nil.
 template <class T>
 T unbox(const Ref<NSObject>& object) {
   return detail::Unboxer<T>::unbox(object);

@@ -28,8 +28,8 @@
 //   %p                  an address
 //   %%                  "%"
 //
-// Numbers take "0", "-", "+" and a width ("%02x"), %f a precision ("%.3f"), each at most 99; the others are printed as they
-// are. An address is a pointer to anything but text and bytes.
+// Numbers take "0", "-", "+" and a width ("%02x"), %f a precision ("%.3f"), each at most 99; the others are printed as
+// they are. An address is a pointer to anything but text and bytes.
 namespace kelvane {
 
 // One value to print. Made on the way into `format`; views what it is made from.
@@ -41,8 +41,8 @@ class KELVANE_EXPORT FormatArgument {
   FormatArgument(TextView text) : myKind(Kind::String), myText(text) {}
   FormatArgument(const char16_t* text) : FormatArgument(text ? TextView(text) : TextView(u"(null)")) {}
   template <class T>
-    requires std::convertible_to<const T&, TextView>
-  FormatArgument(const std::optional<T>& text) : FormatArgument(text ? TextView(*text) : TextView(u"(null)")) {}
+  requires std::convertible_to<const T&, TextView> FormatArgument(const std::optional<T>& text)
+      : FormatArgument(text ? TextView(*text) : TextView(u"(null)")) {}
   FormatArgument(std::nullptr_t) : myKind(Kind::Object), myAddress(nullptr) {}
   template <std::derived_from<NSObject> T>
   FormatArgument(const Ref<T>& object) : FormatArgument(static_cast<const NSObject*>(object.get())) {}
@@ -161,8 +161,8 @@ constexpr bool printsType(const FormatConversion& conversion) {
   }
 }
 
-// A literal format that goes with arguments of the types A. Made in silence from a literal; anything else, and a literal
-// that does not go with the arguments, does not compile.
+// A literal format that goes with arguments of the types A. Made in silence from a literal; anything else, and a
+// literal that does not go with the arguments, does not compile.
 template <class... A>
 class FormatString {
  public:
@@ -203,8 +203,8 @@ Text format(FormatString<std::type_identity_t<A>...> theFormat, const A&... argu
   }
 }
 
-// `message` read as a format of C that has no arguments: "%%" gives "%", and any other "%" nothing, with its flags, width,
-// precision, length and the letter behind them, whatever that is.
+// `message` read as a format of C that has no arguments: "%%" gives "%", and any other "%" nothing, with its flags,
+// width, precision, length and the letter behind them, whatever that is.
 //   u"50%% of %d" => u"50% of "      u"%1$@ and %-5.2lf" => u" and "
 KELVANE_EXPORT Text formatWithoutArguments(TextView message);
 

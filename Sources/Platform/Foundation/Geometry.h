@@ -73,8 +73,8 @@ constexpr bool CGRectIsEmpty(const CGRect& rect) {
   return CGRectIsNull(r) || !(r.size.width > 0) || !(r.size.height > 0);
 }
 
-// Whether the point lies in the rectangle. The left and lower edges belong to it, the right and upper ones do not; a NaN
-// lies nowhere.
+// Whether the point lies in the rectangle. The left and lower edges belong to it, the right and upper ones do not; a
+// NaN lies nowhere.
 //   {{0, 0}, {2, 2}} with {0, 0} => true      with {2, 1} => false
 constexpr bool CGRectContainsPoint(const CGRect& rect, const CGPoint& point) {
   return !CGRectIsEmpty(rect) && point.x >= CGRectGetMinX(rect) && point.x < CGRectGetMaxX(rect) &&
@@ -96,8 +96,8 @@ KELVANE_EXPORT CGRect CGRectIntersection(const CGRect& a, const CGRect& b);
 //   {{0, 0}, {1, 1}} and {{3, 4}, {0, 0}} => {{0, 0}, {3, 4}}
 KELVANE_EXPORT CGRect CGRectUnion(const CGRect& a, const CGRect& b);
 
-// The smallest rectangle with whole coordinates around `rect`: floor of the origin, ceiling of the far edges, whatever the
-// signs. A null rectangle stays null.
+// The smallest rectangle with whole coordinates around `rect`: floor of the origin, ceiling of the far edges, whatever
+// the signs. A null rectangle stays null.
 //   {{0.5, -0.5}, {1, 1}} => {{0, -1}, {2, 2}}
 KELVANE_EXPORT CGRect CGRectIntegral(const CGRect& rect);
 

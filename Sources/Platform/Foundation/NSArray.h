@@ -8,9 +8,9 @@
 
 namespace kelvane {
 
-// Objects in an order. Elements are never nil (NSNull::null() stands for it): giving nil raises std::invalid_argument, an
-// index beyond the end std::out_of_range. Two arrays are equal when their elements are, one by one. Immutable (its mutable
-// form is not); the elements are shared, not copied.
+// Objects in an order. Elements are never nil (NSNull::null() stands for it): giving nil raises std::invalid_argument,
+// an index beyond the end std::out_of_range. Two arrays are equal when their elements are, one by one. Immutable (its
+// mutable form is not); the elements are shared, not copied.
 class KELVANE_EXPORT NSArray : public NSObject {
  public:
   NSArray() = default;
@@ -37,7 +37,8 @@ class KELVANE_EXPORT NSArray : public NSObject {
   Text description() const override;
   Ref<NSObject> copy() const override;
   Ref<NSObject> mutableCopy() const override;
-  // The values that the elements have for the key, in an array; null objects for nil. "@count" is the number of elements.
+  // The values that the elements have for the key, in an array; null objects for nil. "@count" is the number of
+  // elements.
   Ref<NSObject> valueForKey(TextView key) const override;
   // Sets the value for each element.
   void setValueForKey(const Ref<NSObject>& value, TextView key) override;

@@ -9,12 +9,12 @@
 
 namespace kelvane {
 
-// An application's folder and what it says of itself: "X.app" (or any folder) around "Contents", where "Contents/Info.plist"
-// is the information dictionary. Immutable.
+// An application's folder and what it says of itself: "X.app" (or any folder) around "Contents", where
+// "Contents/Info.plist" is the information dictionary. Immutable.
 class KELVANE_EXPORT NSBundle {
  public:
-  // The running program's bundle: the folder around the "Contents" that the executable lies in, else the executable's own
-  // folder. Found once.
+  // The running program's bundle: the folder around the "Contents" that the executable lies in, else the executable's
+  // own folder. Found once.
   static const NSBundle& mainBundle();
 
   // The bundle of an executable at that absolute path.

@@ -9,9 +9,10 @@
 
 namespace kelvane {
 
-// Objects under text keys, in ascending order of the keys' code units, so that everything made from a dictionary comes out
-// the same in every run. Values are never nil: giving nil raises std::invalid_argument. Two dictionaries are equal when
-// they have equal values under the same keys. Immutable (its mutable form is not); the values are shared, not copied.
+// Objects under text keys, in ascending order of the keys' code units, so that everything made from a dictionary comes
+// out the same in every run. Values are never nil: giving nil raises std::invalid_argument. Two dictionaries are equal
+// when they have equal values under the same keys. Immutable (its mutable form is not); the values are shared, not
+// copied.
 class KELVANE_EXPORT NSDictionary : public NSObject {
  public:
   using Entries = std::map<Text, Ref<NSObject>, std::less<>>;
@@ -35,8 +36,8 @@ class KELVANE_EXPORT NSDictionary : public NSObject {
   Text description() const override;
   Ref<NSObject> copy() const override;
   Ref<NSObject> mutableCopy() const override;
-  // The object under the key, or nil. "@count" is the number of entries; any other key that begins with "@" is a property
-  // of the dictionary itself.
+  // The object under the key, or nil. "@count" is the number of entries; any other key that begins with "@" is a
+  // property of the dictionary itself.
   Ref<NSObject> valueForKey(TextView key) const override;
   // Raises std::invalid_argument, since an immutable dictionary cannot be changed.
   void setValueForKey(const Ref<NSObject>& value, TextView key) override;

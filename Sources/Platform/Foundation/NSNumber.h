@@ -8,8 +8,8 @@
 
 namespace kelvane {
 
-// A truth value, an integer of up to 64 bits or a floating number. Numbers are equal when their values are, whatever their
-// kinds: 1, 1.0 and true are. NaN equals itself here, so that it can be found again. Immutable.
+// A truth value, an integer of up to 64 bits or a floating number. Numbers are equal when their values are, whatever
+// their kinds: 1, 1.0 and true are. NaN equals itself here, so that it can be found again. Immutable.
 class KELVANE_EXPORT NSNumber : public NSObject {
  public:
   // What a number was made from.
@@ -19,8 +19,7 @@ class KELVANE_EXPORT NSNumber : public NSObject {
   template <std::signed_integral T>
   explicit NSNumber(T number) : myValue(std::int64_t{number}) {}
   template <std::unsigned_integral T>
-    requires(!std::same_as<T, bool>)
-  explicit NSNumber(T number) : myValue(std::uint64_t{number}) {}
+  requires(!std::same_as<T, bool>) explicit NSNumber(T number) : myValue(std::uint64_t{number}) {}
   explicit NSNumber(float number) : myValue(number) {}
   explicit NSNumber(double number) : myValue(number) {}
 
@@ -30,8 +29,8 @@ class KELVANE_EXPORT NSNumber : public NSObject {
 
   // Any number other than 0 is true, NaN included.
   bool boolValue() const;
-  // An integer keeps its low 32 bits; a floating number is cut toward zero and held at the largest and smallest value; NaN
-  // gives 0.
+  // An integer keeps its low 32 bits; a floating number is cut toward zero and held at the largest and smallest value;
+  // NaN gives 0.
   //   4294967297 => 1      3e9 => 2147483647      -2.9 => -2
   std::int32_t intValue() const;
   // The same with 64 bits.

@@ -44,17 +44,18 @@ class KELVANE_EXPORT NSObject : public std::enable_shared_from_this<NSObject> {
   // The class's own name, without namespaces.
   Text className() const;
 
-  // An immutable object of equal value; an immutable object gives itself. std::invalid_argument when the class cannot be
-  // copied.
+  // An immutable object of equal value; an immutable object gives itself. std::invalid_argument when the class cannot
+  // be copied.
   virtual Ref<NSObject> copy() const;
   // A new object of equal value that can be changed; nil when the class has no form that can.
   virtual Ref<NSObject> mutableCopy() const;
 
-  // valueForKey:  The property of that name, boxed where it is a plain value; nil where the property is. A name that is no
-  // property raises std::invalid_argument.
+  // valueForKey:  The property of that name, boxed where it is a plain value; nil where the property is. A name that is
+  // no property raises std::invalid_argument.
   virtual Ref<NSObject> valueForKey(TextView key) const;
-  // setValue:forKey:  std::invalid_argument when there is no such property, when it cannot be written, when the value is of
-  // another kind, and when a property that has no nil of its own (a Text, number, truth value or rectangle) is given nil.
+  // setValue:forKey:  std::invalid_argument when there is no such property, when it cannot be written, when the value
+  // is of another kind, and when a property that has no nil of its own (a Text, number, truth value or rectangle) is
+  // given nil.
   virtual void setValueForKey(const Ref<NSObject>& value, TextView key);
 
   // valueForKeyPath:  Follows the keys between the points of `keyPath`; nil as soon as one gives nil.

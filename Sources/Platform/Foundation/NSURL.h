@@ -10,8 +10,8 @@ namespace kelvane {
 class KELVANE_EXPORT NSURL : public NSObject {
  public:
   // URLWithString:  Nil when the text holds a blank or another control character, when a "%" is not followed by two
-  // hexadecimal digits, or when what stands before the first ":" is no scheme. Characters beyond ASCII are taken as they
-  // stand. A text without a scheme is a relative reference.
+  // hexadecimal digits, or when what stands before the first ":" is no scheme. Characters beyond ASCII are taken as
+  // they stand. A text without a scheme is a relative reference.
   static Ref<NSURL> URLWithString(TextView text);
 
   // The text that the URL was made from.
@@ -44,8 +44,8 @@ class KELVANE_EXPORT NSURL : public NSObject {
   std::optional<NSRange> myFragment;
 };
 
-// `text` with each "%" and its two hexadecimal digits replaced by the byte that they stand for, in the form that file names
-// take; nothing when a "%" is not followed by two hexadecimal digits.
+// `text` with each "%" and its two hexadecimal digits replaced by the byte that they stand for, in the form that file
+// names take; nothing when a "%" is not followed by two hexadecimal digits.
 KELVANE_EXPORT std::optional<Text> stringByRemovingPercentEncoding(TextView text);
 
 }  // namespace kelvane

@@ -19,20 +19,21 @@ namespace kelvane {
 // Reading finds what was set, else what is registered as default. Setting changes the memory; `synchronize` makes it
 // durable. A save never loses what was there:
 //  - it writes beside, flushes and renames (AtomicFile.h), so that a crash leaves the old file or the new one whole;
-//  - it reads the file again under a lock, and writes only the keys that were changed here on top, so that processes that
+//  - it reads the file again under a lock, and writes only the keys that were changed here on top, so that processes
+//  that
 //    save at the same time lose no key that only one of them changed. Of a key that both changed the later save counts.
 //    The lock is a file beside, "NAME.plist.lock", which stays;
-//  - a file that cannot be read is set aside as "NAME.plist.damaged-1", reported to the system log, and never overwritten.
+//  - a file that cannot be read is set aside as "NAME.plist.damaged-1", reported to the system log, and never
+//  overwritten.
 //
 // Any thread. Observers are called on the thread that makes a change, without any lock held.
 class KELVANE_EXPORT NSUserDefaults {
  public:
   // Hears that the value under a key is another one now; nil where there is none, defaults included.
-  using Observer =
-      std::function<void(TextView key, const Ref<NSObject>& oldValue, const Ref<NSObject>& newValue)>;
+  using Observer = std::function<void(TextView key, const Ref<NSObject>& oldValue, const Ref<NSObject>& newValue)>;
 
-  // The running application's preferences, read on first use: "NAME.plist" in the user's configuration folder, where NAME is
-  // the main bundle's identifier, else its name, else the name of the executable; "/" in it becomes ":".
+  // The running application's preferences, read on first use: "NAME.plist" in the user's configuration folder, where
+  // NAME is the main bundle's identifier, else its name, else the name of the executable; "/" in it becomes ":".
   static NSUserDefaults& standardUserDefaults();
 
   // The preferences in the file at `path`, which need not exist yet.
@@ -45,9 +46,9 @@ class KELVANE_EXPORT NSUserDefaults {
   // objectForKey:  What was set, else the registered default, else nil.
   Ref<NSObject> objectForKey(TextView key) const;
 
-  // setObject:forKey:  Keeps a copy of `object` under the key; nil removes what was set, so that the default shows again.
-  // std::invalid_argument for what no property list can hold: other objects, also within arrays and dictionaries, and text
-  // with characters that XML has no way to write.
+  // setObject:forKey:  Keeps a copy of `object` under the key; nil removes what was set, so that the default shows
+  // again. std::invalid_argument for what no property list can hold: other objects, also within arrays and
+  // dictionaries, and text with characters that XML has no way to write.
   void setObject(const Ref<NSObject>& object, TextView key);
   void removeObjectForKey(TextView key) { setObject(nullptr, key); }
 
@@ -72,8 +73,8 @@ class KELVANE_EXPORT NSUserDefaults {
   };
 
   Ref<NSObject> valueOf(TextView key) const;
-  // The dictionary in the file; an empty one when there is no file. Sets aside a file that makes no sense, and fails when
-  // that cannot be done.
+  // The dictionary in the file; an empty one when there is no file. Sets aside a file that makes no sense, and fails
+  // when that cannot be done.
   std::error_code readEntries(NSDictionary::Entries& entries);
   std::error_code setDamagedFileAside(TextView reason);
   std::error_code saveChanges(std::vector<Change>& changes);

@@ -17,8 +17,8 @@ class KELVANE_EXPORT NSUserDefaultsController : public NSObject {
 
   NSUserDefaults& defaults() const { return myValues->defaults(); }
 
-  // The preferences as the properties of an object: reading a key gives its value, the registered default, or nil; writing
-  // one changes the store. Any key is a property.
+  // The preferences as the properties of an object: reading a key gives its value, the registered default, or nil;
+  // writing one changes the store. Any key is a property.
   Ref<NSObject> values() const { return myValues; }
 
   // save:  Makes the changes durable; see NSUserDefaults::synchronize.

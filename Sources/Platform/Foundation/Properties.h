@@ -11,8 +11,7 @@ namespace kelvane {
 
 // A property that is a data member: plain values, optional ones, geometry and references.
 template <class Class, class Value>
-  requires(!std::is_function_v<Value>)
-Property property(TextView key, Value Class::*member) {
+requires(!std::is_function_v<Value>) Property property(TextView key, Value Class::*member) {
   return {Text(key), [member](const NSObject& object) { return box(static_cast<const Class&>(object).*member); },
           [member](NSObject& object, const Ref<NSObject>& value) {
             static_cast<Class&>(object).*member = unbox<Value>(value);

@@ -27,28 +27,29 @@ inline constexpr std::size_t maximumPropertyListDepth = 512;
 // How many bytes are read, and at most about how many are written.
 inline constexpr std::size_t maximumPropertyListSize = std::size_t{64} << 20U;
 
-// What reading gave: either a root, or a nil root with one English sentence about what is wrong and the line (from 1) where
-// it stands; line 0 when the trouble is with the input as a whole.
+// What reading gave: either a root, or a nil root with one English sentence about what is wrong and the line (from 1)
+// where it stands; line 0 when the trouble is with the input as a whole.
 struct PropertyList {
   Ref<NSObject> root;
   Text error;
   std::size_t line = 0;
 };
 
-// Reads a document: one <plist> around one value. The containers that come out are immutable, and of a key that occurs twice
-// in a dictionary the last counts.
+// Reads a document: one <plist> around one value. The containers that come out are immutable, and of a key that occurs
+// twice in a dictionary the last counts.
 //
-// The bytes are UTF-8, UTF-16 (with a byte-order mark, or evidently so) or, where the XML declaration says it, ISO-8859-1;
-// other encodings are refused. Ill-formed parts become U+FFFD. Line ends within text become LF, as XML wants it. Comments
-// and processing instructions are skipped and attributes ignored.
+// The bytes are UTF-8, UTF-16 (with a byte-order mark, or evidently so) or, where the XML declaration says it,
+// ISO-8859-1; other encodings are refused. Ill-formed parts become U+FFFD. Line ends within text become LF, as XML
+// wants it. Comments and processing instructions are skipped and attributes ignored.
 //
-// Refused, with nothing read: more than the limits above; NUL and whatever else XML 1.0 has no character for; DOCTYPE with
-// an internal subset; references other than the five of XML and numbers of XML characters; unknown elements, stray text, keys
-// without value and values without key; numbers beyond 64 bits or the range of a double; days that no calendar has; base64
-// that is cut short, has stray characters or bits left over. Nothing is ever fetched: a DOCTYPE's identifiers are skipped.
+// Refused, with nothing read: more than the limits above; NUL and whatever else XML 1.0 has no character for; DOCTYPE
+// with an internal subset; references other than the five of XML and numbers of XML characters; unknown elements, stray
+// text, keys without value and values without key; numbers beyond 64 bits or the range of a double; days that no
+// calendar has; base64 that is cut short, has stray characters or bits left over. Nothing is ever fetched: a DOCTYPE's
+// identifiers are skipped.
 //
-// Time is linear in the input, however deep it is nested. Memory for a tree of the XML is taken meanwhile: about as much
-// as five times the input for usual documents, at worst (nothing but empty elements) some 25 times.
+// Time is linear in the input, however deep it is nested. Memory for a tree of the XML is taken meanwhile: about as
+// much as five times the input for usual documents, at worst (nothing but empty elements) some 25 times.
 KELVANE_EXPORT PropertyList readPropertyList(std::string_view bytes);
 
 // What writing gave: the document, or nothing but one English sentence about what cannot be written and where, such as
@@ -58,13 +59,14 @@ struct PropertyListBytes {
   Text error;
 };
 
-// Writes `root` as UTF-8 with the XML header, indented by tabs, dictionaries in the order of their keys, floating numbers as
-// the shortest decimal that reads back as the same double (nan, +infinity, -infinity), dates in UTC with the fraction of
-// the second cut toward the past. CR becomes "&#13;", since readers turn a bare one into LF.
+// Writes `root` as UTF-8 with the XML header, indented by tabs, dictionaries in the order of their keys, floating
+// numbers as the shortest decimal that reads back as the same double (nan, +infinity, -infinity), dates in UTC with the
+// fraction of the second cut toward the past. CR becomes "&#13;", since readers turn a bare one into LF.
 //
-// Refused: objects of other classes, also deep within; in text and keys the characters that XML 1.0 does not have (control
-// characters other than TAB, LF and CR; unpaired surrogates; U+FFFE and U+FFFF); dates outside the years 1 to 9999; more
-// than the limits above, and so containers that hold themselves. Subclasses of the classes above are written as these.
+// Refused: objects of other classes, also deep within; in text and keys the characters that XML 1.0 does not have
+// (control characters other than TAB, LF and CR; unpaired surrogates; U+FFFE and U+FFFF); dates outside the years 1 to
+// 9999; more than the limits above, and so containers that hold themselves. Subclasses of the classes above are written
+// as these.
 //
 // One pass, and no memory but that of the result.
 KELVANE_EXPORT PropertyListBytes writePropertyList(const NSObject& root);

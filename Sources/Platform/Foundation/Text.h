@@ -9,7 +9,8 @@
 namespace kelvane {
 
 // Text is UTF-16, and every length, index and range in the library counts UTF-16 code units. A text may hold anything,
-// NUL characters and unpaired surrogates included; nothing but a conversion to another encoding looks at well-formedness.
+// NUL characters and unpaired surrogates included; nothing but a conversion to another encoding looks at
+// well-formedness.
 //
 // Operations take views and, where the result is a slice of what they were given, return views: they are valid as long
 // as the text that they were taken from is neither changed nor destroyed.

@@ -18,11 +18,11 @@ inline constexpr NSStringCompareOptions NSLiteralSearch = 2;
 inline constexpr NSStringCompareOptions NSBackwardsSearch = 4;
 
 // Looks for one needle in one text, time and again. Searches compare code units: there is no equivalence of composed
-// characters, and a match may begin or end inside CR LF or a surrogate pair. Without regard to case, characters are equal
-// whose simple Unicode case foldings are ("ß" and "ẞ", but not "ß" and "ss").
+// characters, and a match may begin or end inside CR LF or a surrogate pair. Without regard to case, characters are
+// equal whose simple Unicode case foldings are ("ß" and "ẞ", but not "ß" and "ss").
 //
-// Each search takes time proportional to the text that it passes over plus the needle, whatever the two hold. Views what
-// it is given, which must outlive it. One thread at a time.
+// Each search takes time proportional to the text that it passes over plus the needle, whatever the two hold. Views
+// what it is given, which must outlive it. One thread at a time.
 class KELVANE_EXPORT TextFinder {
  public:
   TextFinder(TextView text, TextView needle, NSStringCompareOptions options = 0);
@@ -52,8 +52,8 @@ class KELVANE_EXPORT TextFinder {
 // rangeOfString:  The first match of `needle` in `text`; nothing when there is none or the needle is empty.
 KELVANE_EXPORT std::optional<NSRange> rangeOfString(TextView text, TextView needle, NSStringCompareOptions options = 0);
 
-// rangeOfString:options:range:  The same within `range`, which must lie within the text: std::out_of_range otherwise. Without
-// regard to case the range is folded at each call: to go on and on in one text, make a TextFinder.
+// rangeOfString:options:range:  The same within `range`, which must lie within the text: std::out_of_range otherwise.
+// Without regard to case the range is folded at each call: to go on and on in one text, make a TextFinder.
 KELVANE_EXPORT std::optional<NSRange> rangeOfString(TextView text, TextView needle, NSStringCompareOptions options,
                                                     NSRange range);
 

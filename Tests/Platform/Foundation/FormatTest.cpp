@@ -65,7 +65,8 @@ TEST(Format, PrintsEachKind) {
       {format(u"%x %X %lx", 0xBEEFU, 0xBEEFU, std::uint64_t{1} << 40), u"beef BEEF 10000000000"},
       {format(u"%c%c", u'\xD83D', u'\xDE00'), u"\xD83D\xDE00"},
       {format(u"%p %p", address, static_cast<void*>(nullptr)), u"0xbeef 0x0"},
-      {format(u"%.0f %.1f %f %.99f", 2.5, 0.25, 1.5F, 0.0), u"2 0.2 1.500000 0." + Text(99, u'0')}};
+      {format(u"%.0f %.1f %f %.99f", 2.5, 0.25, 1.5F, 0.0), u"2 0.2 1.500000 0." + Text(99, u'0')},
+  };
   for (const auto& row : rows) EXPECT_EQ(row.actual, row.expected);
   EXPECT_EQ(format(u"%@", object.get()), u"nested %@");
   EXPECT_EQ(format(u"%p", static_cast<const NSObject*>(object.get())), format(u"%p", static_cast<void*>(object.get())));
@@ -110,20 +111,22 @@ TEST(Format, LaysNumbersOutAsC) {
 }
 
 TEST(Format, TextWithoutArgumentsLosesItsConversions) {
-  const std::pair<TextView, TextView> rows[] = {{u"", u""},
-                                                {u"50%% of %d", u"50% of "},
-                                                {u"%@%s%05.2f%lu|", u"|"},
-                                                {u"%1$@ and %-5.2lf", u" and "},
-                                                {u"%", u""},
-                                                {u"a%", u"a"},
-                                                {u"a%%%", u"a%"},
-                                                {u"a%05", u"a"},
-                                                {u"a%.", u"a"},
-                                                {u"%%%%d", u"%%d"},
-                                                {u"a\0%%"sv, u"a\0%"sv},
-                                                {u"%\xD83D\xDE00.", u"."},
-                                                {u"%\xD83D", u""},
-                                                {u"100% sure", u"100ure"}};
+  const std::pair<TextView, TextView> rows[] = {
+      {u"", u""},
+      {u"50%% of %d", u"50% of "},
+      {u"%@%s%05.2f%lu|", u"|"},
+      {u"%1$@ and %-5.2lf", u" and "},
+      {u"%", u""},
+      {u"a%", u"a"},
+      {u"a%%%", u"a%"},
+      {u"a%05", u"a"},
+      {u"a%.", u"a"},
+      {u"%%%%d", u"%%d"},
+      {u"a\0%%"sv, u"a\0%"sv},
+      {u"%\xD83D\xDE00.", u"."},
+      {u"%\xD83D", u""},
+      {u"100% sure", u"100ure"},
+  };
   for (const auto& [message, expected] : rows) EXPECT_EQ(formatWithoutArguments(message), expected) << utf8(message);
 }
 

@@ -31,24 +31,26 @@ TEST(NSNumber, ConvertsEachKindToEachKind) {
     std::uint64_t natural;
     double real;
     TextView text;
-  } rows[] = {{NSNumber(true), 1, 1, 1, 1, u"1"},
-              {NSNumber(false), 0, 0, 0, 0, u"0"},
-              {NSNumber(-1), -1, -1, highest, -1, u"-1"},
-              {NSNumber(std::int8_t{-128}), -128, -128, highest - 127, -128, u"-128"},
-              {NSNumber(4294967297), 1, 4294967297, 4294967297, 4294967297, u"4294967297"},
-              {NSNumber(low64), 0, low64, 9223372036854775808U, -0x1p63, u"-9223372036854775808"},
-              {NSNumber(highest), -1, -1, highest, 0x1p64, u"18446744073709551615"},
-              {NSNumber(3e9), high32, 3000000000, 3000000000, 3e9, u"3e+09"},
-              {NSNumber(-2.9), -2, -2, 0, -2.9, u"-2.9"},
-              {NSNumber(-0.0), 0, 0, 0, 0, u"-0"},
-              {NSNumber(3.0F), 3, 3, 3, 3, u"3"},
-              {NSNumber(0.1F), 0, 0, 0, double{0.1F}, u"0.1"},
-              {NSNumber(-0x1p31), low32, -0x80000000L, 0, -0x1p31, u"-2147483648"},
-              {NSNumber(0x1p63), high32, high64, 9223372036854775808U, 0x1p63, u"9223372036854775808"},
-              {NSNumber(-0x1p63), low32, low64, 0, -0x1p63, u"-9223372036854775808"},
-              {NSNumber(0x1p64), high32, high64, highest, 0x1p64, u"18446744073709551616"},
-              {NSNumber(infinity), high32, high64, highest, infinity, u"inf"},
-              {NSNumber(-infinity), low32, low64, 0, -infinity, u"-inf"}};
+  } rows[] = {
+      {NSNumber(true), 1, 1, 1, 1, u"1"},
+      {NSNumber(false), 0, 0, 0, 0, u"0"},
+      {NSNumber(-1), -1, -1, highest, -1, u"-1"},
+      {NSNumber(std::int8_t{-128}), -128, -128, highest - 127, -128, u"-128"},
+      {NSNumber(4294967297), 1, 4294967297, 4294967297, 4294967297, u"4294967297"},
+      {NSNumber(low64), 0, low64, 9223372036854775808U, -0x1p63, u"-9223372036854775808"},
+      {NSNumber(highest), -1, -1, highest, 0x1p64, u"18446744073709551615"},
+      {NSNumber(3e9), high32, 3000000000, 3000000000, 3e9, u"3e+09"},
+      {NSNumber(-2.9), -2, -2, 0, -2.9, u"-2.9"},
+      {NSNumber(-0.0), 0, 0, 0, 0, u"-0"},
+      {NSNumber(3.0F), 3, 3, 3, 3, u"3"},
+      {NSNumber(0.1F), 0, 0, 0, double{0.1F}, u"0.1"},
+      {NSNumber(-0x1p31), low32, -0x80000000L, 0, -0x1p31, u"-2147483648"},
+      {NSNumber(0x1p63), high32, high64, 9223372036854775808U, 0x1p63, u"9223372036854775808"},
+      {NSNumber(-0x1p63), low32, low64, 0, -0x1p63, u"-9223372036854775808"},
+      {NSNumber(0x1p64), high32, high64, highest, 0x1p64, u"18446744073709551616"},
+      {NSNumber(infinity), high32, high64, highest, infinity, u"inf"},
+      {NSNumber(-infinity), low32, low64, 0, -infinity, u"-inf"},
+  };
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::PrintToString(row.text));
     EXPECT_EQ(row.number.intValue(), row.narrow);
@@ -95,7 +97,8 @@ TEST(NSNumber, EqualityIsByValue) {
       {NSNumber(0.1F), NSNumber(double{0.1F})},
       {NSNumber(infinity), NSNumber(std::numeric_limits<float>::infinity())},
       {NSNumber(-infinity)},
-      {NSNumber(nan), NSNumber(-nan), NSNumber(std::numeric_limits<float>::quiet_NaN())}};
+      {NSNumber(nan), NSNumber(-nan), NSNumber(std::numeric_limits<float>::quiet_NaN())},
+  };
   for (const auto& group : groups)
     for (const NSNumber& a : group)
       for (const auto& other : groups)

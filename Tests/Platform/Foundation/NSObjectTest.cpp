@@ -65,7 +65,6 @@ class Pilot : public Person {
 template <class T>
 struct Outer {
   class Inner : public NSObject {};
-  class Pair : public T {};
 };
 template <class T>
 class Holder : public NSObject {};
@@ -117,7 +116,8 @@ TEST(NSObject, PropertiesAreReadAndWrittenByKey) {
       {u"friend", nullptr, bob, bob},
       {u"friend", bob, nullptr, nullptr},
       {u"notes", nullptr, box(1), box(1)},
-      {u"nick", box(u""), box(u"a nick too long to be kept in place"), box(u"~a nick too long to be kept in place")}};
+      {u"nick", box(u""), box(u"a nick too long to be kept in place"), box(u"~a nick too long to be kept in place")},
+  };
   const auto person = std::make_shared<Person>();
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::PrintToString(row.key));
@@ -175,16 +175,18 @@ TEST(NSObject, KeyPathsFollowObjectsAndCollections) {
   ann->setValueForKey(bob, u"friend");
   const auto people = NSArray::arrayWithObjects({ann, bob});
   const auto root = NSDictionary::dictionaryWithEntries({{u"people", people}, {u"boss", ann}, {u"", ann}});
-  const std::pair<TextView, TextView> rows[] = {{u"boss.name", u"Ann"},
-                                                {u"boss.friend.name", u"Bob"},
-                                                {u"boss.friend.name.length", u"3"},
-                                                {u"boss.friend.friend.name", u"(null)"},
-                                                {u"nobody.name.length", u"(null)"},
-                                                {u"people.name", u"(Ann, Bob)"},
-                                                {u"people.friend.@count", u"2"},
-                                                {u"people.@count", u"2"},
-                                                {u"@count", u"3"},
-                                                {u".name", u"Ann"}};
+  const std::pair<TextView, TextView> rows[] = {
+      {u"boss.name", u"Ann"},
+      {u"boss.friend.name", u"Bob"},
+      {u"boss.friend.name.length", u"3"},
+      {u"boss.friend.friend.name", u"(null)"},
+      {u"nobody.name.length", u"(null)"},
+      {u"people.name", u"(Ann, Bob)"},
+      {u"people.friend.@count", u"2"},
+      {u"people.@count", u"2"},
+      {u"@count", u"3"},
+      {u".name", u"Ann"},
+  };
   for (const auto& [path, expected] : rows) {
     EXPECT_EQ(description(root->valueForKeyPath(path)), expected) << testing::PrintToString(path);
   }

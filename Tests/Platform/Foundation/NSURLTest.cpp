@@ -33,7 +33,8 @@ TEST(NSURL, ReadsComponents) {
       {u"#", {}, {}, {}, {}, u""},
       {u"/%e2%82%AC/%2F%25?%41", {}, {}, u"/\x20AC//%", u"%41", {}},
       {u"/\xE9\xD83D\xDE00", {}, {}, u"/\xE9\xD83D\xDE00", {}, {}},
-      {u"/%ff%00", {}, {}, Text(u"/\xDCFF\0", 3), {}, {}}};
+      {u"/%ff%00", {}, {}, Text(u"/\xDCFF\0", 3), {}, {}},
+  };
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::PrintToString(row.text));
     const Ref<NSURL> url = NSURL::URLWithString(row.text);
@@ -65,15 +66,17 @@ TEST(NSURL, FileURLsEqualityAndCopies) {
 }
 
 TEST(NSURL, RemovesPercentEncoding) {
-  const std::pair<TextView, std::optional<Text>> rows[] = {{u"", u""},
-                                                           {u"a+b%20c", u"a+b c"},
-                                                           {u"%C3%A9%c3", u"\xE9\xDCC3"},
-                                                           {u"\xDCC3%A9", u"\xE9"},
-                                                           {u"%2525", u"%25"},
-                                                           {u"%", std::nullopt},
-                                                           {u"%4", std::nullopt},
-                                                           {u"%%41", std::nullopt},
-                                                           {u"%4 1", std::nullopt}};
+  const std::pair<TextView, std::optional<Text>> rows[] = {
+      {u"", u""},
+      {u"a+b%20c", u"a+b c"},
+      {u"%C3%A9%c3", u"\xE9\xDCC3"},
+      {u"\xDCC3%A9", u"\xE9"},
+      {u"%2525", u"%25"},
+      {u"%", std::nullopt},
+      {u"%4", std::nullopt},
+      {u"%%41", std::nullopt},
+      {u"%4 1", std::nullopt},
+  };
   for (const auto& [text, expected] : rows)
     EXPECT_EQ(stringByRemovingPercentEncoding(text), expected) << testing::PrintToString(text);
 }

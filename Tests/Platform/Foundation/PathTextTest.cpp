@@ -14,35 +14,6 @@
 namespace kelvane {
 namespace {
 
-TEST(PathText, StandardizesPaths) {
-  setenv("HOME", "/home/ann", 1);
-  const std::pair<TextView, TextView> rows[] = {{u"", u""},
-                                                {u"/", u"/"},
-                                                {u"//", u"/"},
-                                                {u".", u"."},
-                                                {u"./", u"."},
-                                                {u"..", u".."},
-                                                {u"/..", u"/"},
-                                                {u"a/..", u"."},
-                                                {u"a/../..", u".."},
-                                                {u"../a/../../b", u"../../b"},
-                                                {u"/a//b/./c/", u"/a/b/c"},
-                                                {u"/../a", u"/a"},
-                                                {u"./a", u"a"},
-                                                {u"a/../../b", u"../b"},
-                                                {u".../..a/a../.b", u".../..a/a../.b"},
-                                                {u"~/x/./y", u"/home/ann/x/y"},
-                                                {u"~", u"/home/ann"},
-                                                {u"~/../../..", u"/"},
-                                                {u"a/~", u"a/~"},
-                                                {u"./~ann", u"./~ann"},
-                                                {u"x/../~/y", u"./~/y"},
-                                                {u"/~/x", u"/~/x"},
-                                                {u"~no-such-user/../x", u"x"},
-                                                {u"\xDCFF/\xD800/..", u"\xDCFF"}};
-  for (const auto& [path, expected] : rows) EXPECT_EQ(stringByStandardizingPath(path), expected) << utf8(path);
-}
-
 // The standard library's normal form is the same, but for slashes at the end, which it keeps.
 TEST(PathText, StandardizesLikeTheStandardLibrary) {
   std::mt19937 random(5);
@@ -53,6 +24,22 @@ TEST(PathText, StandardizesLikeTheStandardLibrary) {
     while (expected.size() > 1 && expected.ends_with('/')) expected.pop_back();
     ASSERT_EQ(utf8(stringByStandardizingPath(textFromUTF8(path))), expected) << path;
   }
+}
+
+TEST(PathText, StandardizesBehindTildes) {
+  setenv("HOME", "/home/ann", 1);
+  const std::pair<TextView, TextView> rows[] = {
+      {u"", u""},
+      {u"~", u"/home/ann"},
+      {u"~/x/./y", u"/home/ann/x/y"},
+      {u"~/../../..", u"/"},
+      {u"a/~", u"a/~"},
+      {u"./~ann", u"./~ann"},
+      {u"x/../~/y", u"./~/y"},
+      {u"~no-such-user/../x", u"x"},
+      {u"\xDCFF/\xD800/..", u"\xDCFF"},
+  };
+  for (const auto& [path, expected] : rows) EXPECT_EQ(stringByStandardizingPath(path), expected) << utf8(path);
 }
 
 TEST(PathText, ExpandsTildes) {
