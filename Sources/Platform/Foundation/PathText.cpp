@@ -45,7 +45,8 @@ Text stringByStandardizingPath(TextView path) {
   }
   if (result.empty()) return isAbsolute ? u"/" : u".";
   // A "~" that came to the front is a name like any other, and is to stay one.
-  if (result.front() == u'~' && path.front() != u'~') result.insert(0, u"./");
+  const auto firstComponent = [](TextView whole) { return whole.substr(0, findUnit(whole, u'/')); };
+  if (result.front() == u'~' && firstComponent(result) != firstComponent(rest)) result.insert(0, u"./");
   return result;
 }
 

@@ -37,6 +37,7 @@ TEST(PathText, StandardizesBehindTildes) {
       {u"./~ann", u"./~ann"},
       {u"x/../~/y", u"./~/y"},
       {u"~no-such-user/../x", u"x"},
+      {u"~no-such-user/../~root", u"./~root"},
       {u"\xDCFF/\xD800/..", u"\xDCFF"},
   };
   for (const auto& [path, expected] : rows) EXPECT_EQ(stringByStandardizingPath(path), expected) << utf8(path);
