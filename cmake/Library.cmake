@@ -2,6 +2,7 @@
 
 find_package(ICU REQUIRED COMPONENTS uc i18n)
 find_package(pugixml REQUIRED)
+find_package(hwy REQUIRED)
 
 file(GLOB_RECURSE sources RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/Sources/*.cpp")
 list(FILTER sources EXCLUDE REGEX "^Sources/Qt/")
@@ -19,7 +20,7 @@ set_target_properties(
              POSITION_INDEPENDENT_CODE ON)
 target_compile_features(KelvaneFoundation PUBLIC cxx_std_20)
 target_include_directories(KelvaneFoundation PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/Sources>")
-target_link_libraries(KelvaneFoundation PRIVATE ICU::uc ICU::i18n pugixml::pugixml)
+target_link_libraries(KelvaneFoundation PRIVATE ICU::uc ICU::i18n pugixml::pugixml hwy::hwy)
 kelvane_warnings(KelvaneFoundation)
 
 # A forgotten body is to fail here and not in the host. Sanitizers leave their run-time to the program, hence the

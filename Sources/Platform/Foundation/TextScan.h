@@ -18,8 +18,7 @@ class UnitSet {
   consteval UnitSet(std::initializer_list<char16_t> units) {
     if (units.size() == 0 || units.size() > myUnits.size()) throw "a unit set holds one to eight code units";
     myUnits.fill(*units.begin());
-    std::size_t place = 0;
-    for (const char16_t unit : units) myUnits[place++] = unit;
+    for (const char16_t unit : units) myUnits[mySize++] = unit;
   }
 
   constexpr bool contains(char16_t unit) const {
@@ -28,9 +27,11 @@ class UnitSet {
     return found;
   }
   constexpr const std::array<char16_t, 8>& units() const { return myUnits; }
+  constexpr std::size_t size() const { return mySize; }
 
  private:
   std::array<char16_t, 8> myUnits{};
+  std::size_t mySize = 0;
 };
 
 // The index of the first code unit at or behind `from` that is in `set`; the text's length when there is none.
