@@ -1,8 +1,8 @@
 #include "Platform/Foundation/TextEncoding.h"
 
-#include <cstdint>
-#include <cstring>
+#include <algorithm>
 
+#include "Platform/Foundation/ASCIIRuns.h"
 #include "Platform/Foundation/Overwrite.h"
 
 namespace kelvane {
@@ -44,10 +44,19 @@ constexpr Lead leadOf(unsigned char byte) {
   return {0, 0, 0};
 }
 
+constexpr bool isContinuation(unsigned char byte) { return (byte & 0xC0) == 0x80; }
+
 Sequence decodeSequence(const unsigned char* bytes, std::size_t available) {
-  const Lead lead = leadOf(bytes[0]);
+  // The well-formed sequences of most scripts, which need no look at narrower bounds.
+  const unsigned char first = bytes[0];
+  if (first >= 0xC2 && first <= 0xDF && available > 1 && isContinuation(bytes[1]))
+    return {((first & 0x1FU) << 6) | (bytes[1] & 0x3FU), 2, true};
+  if (first > 0xE0 && first < 0xED && available > 2 && isContinuation(bytes[1]) && isContinuation(bytes[2]))
+    return {((first & 0x0FU) << 12) | ((bytes[1] & 0x3FU) << 6) | (bytes[2] & 0x3FU), 3, true};
+
+  const Lead lead = leadOf(first);
   if (lead.length == 0) return {};
-  char32_t character = bytes[0] & (0xFFU >> (lead.length + 1));
+  char32_t character = first & (0xFFU >> (lead.length + 1));
   for (std::size_t i = 1; i < lead.length; ++i) {
     const unsigned char low = i == 1 ? lead.secondLow : 0x80;
     const unsigned char high = i == 1 ? lead.secondHigh : 0xBF;
@@ -67,17 +76,8 @@ char16_t* appendCharacter(char16_t* out, char32_t character) {
   return out;
 }
 
-// The number of bytes below 0x80 at the start, found eight at a time.
-std::size_t asciiPrefix(const unsigned char* bytes, std::size_t count) {
-  std::size_t i = 0;
-  for (; i + 8 <= count; i += 8) {
-    std::uint64_t word;
-    std::memcpy(&word, bytes + i, sizeof word);
-    if (word & 0x8080808080808080ULL) break;
-  }
-  while (i < count && bytes[i] < 0x80) ++i;
-  return i;
-}
+// ASCII runs up to this length are converted on the spot, which is cheaper than a call.
+constexpr std::size_t shortRun = 12;
 
 Text decode(std::string_view source, IllFormed policy) {
   const auto* bytes = reinterpret_cast<const unsigned char*>(source.data());
@@ -87,10 +87,13 @@ Text decode(std::string_view source, IllFormed policy) {
     char16_t* out = begin;
     std::size_t i = 0;
     while (i < count) {
-      const std::size_t ascii = asciiPrefix(bytes + i, count - i);
-      for (std::size_t k = 0; k < ascii; ++k) out[k] = bytes[i + k];
-      out += ascii;
-      i += ascii;
+      const std::size_t shortEnd = std::min(count, i + shortRun);
+      while (i < shortEnd && bytes[i] < 0x80) *out++ = bytes[i++];
+      if (i == shortEnd) {
+        const std::size_t ascii = widenASCII(source.substr(i), out);
+        out += ascii;
+        i += ascii;
+      }
       while (i < count && bytes[i] >= 0x80) {
         const Sequence sequence = decodeSequence(bytes + i, count - i);
         if (sequence.wellFormed) {
@@ -133,19 +136,27 @@ std::size_t encodedSizeLimit(TextView text) {
 }
 
 char* encodeInto(char* out, TextView text, IllFormed policy) {
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char16_t unit = text[i];
-    if (unit < 0x80) {
-      *out++ = static_cast<char>(unit);
-    } else if (!isSurrogate(unit)) {
-      out = encodeCharacter(out, unit);
-    } else if (isHighSurrogate(unit) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
-      const char32_t low = text[++i];
-      out = encodeCharacter(out, (char32_t{unit} << 10) + low - 0x35FDC00);
-    } else if (policy == IllFormed::KeepStrayBytes && isStrayByte(unit)) {
-      *out++ = static_cast<char>(static_cast<unsigned char>(unit - strayByteBase));
-    } else {
-      out = encodeCharacter(out, replacementCharacter);
+  std::size_t i = 0;
+  while (i < text.size()) {
+    const std::size_t shortEnd = std::min(text.size(), i + shortRun);
+    while (i < shortEnd && text[i] < 0x80) *out++ = static_cast<char>(text[i++]);
+    if (i == shortEnd) {
+      const std::size_t ascii = narrowASCII(text.substr(i), out);
+      out += ascii;
+      i += ascii;
+    }
+    for (; i < text.size() && text[i] >= 0x80; ++i) {
+      const char16_t unit = text[i];
+      if (!isSurrogate(unit)) {
+        out = encodeCharacter(out, unit);
+      } else if (isHighSurrogate(unit) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
+        const char32_t low = text[++i];
+        out = encodeCharacter(out, (char32_t{unit} << 10) + low - 0x35FDC00);
+      } else if (policy == IllFormed::KeepStrayBytes && isStrayByte(unit)) {
+        *out++ = static_cast<char>(static_cast<unsigned char>(unit - strayByteBase));
+      } else {
+        out = encodeCharacter(out, replacementCharacter);
+      }
     }
   }
   return out;
