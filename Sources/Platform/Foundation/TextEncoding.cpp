@@ -1,6 +1,8 @@
 #include "Platform/Foundation/TextEncoding.h"
 
-#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <cstring>
 
 #include "Platform/Foundation/ASCIIRuns.h"
 #include "Platform/Foundation/Overwrite.h"
@@ -76,8 +78,28 @@ char16_t* appendCharacter(char16_t* out, char32_t character) {
   return out;
 }
 
-// ASCII runs up to this length are converted on the spot, which is cheaper than a call.
-constexpr std::size_t shortRun = 12;
+// How many of the units behind a word's first ones are zero in `marks`, where each unit takes `bits`.
+constexpr std::size_t unitsBeforeMark(std::uint64_t marks, std::size_t bits) {
+  constexpr bool isLittle = std::endian::native == std::endian::little;
+  return static_cast<std::size_t>(isLittle ? std::countr_zero(marks) : std::countl_zero(marks)) / bits;
+}
+
+// Widens the ASCII bytes that the next eight begin with, and returns how many they are. All eight are written, without
+// a branch; those behind the ASCII ones are written again by what comes next.
+std::size_t widenEight(const unsigned char* bytes, char16_t* out) {
+  std::uint64_t word;
+  std::memcpy(&word, bytes, sizeof word);
+  for (std::size_t k = 0; k < sizeof word; ++k) out[k] = bytes[k];
+  return unitsBeforeMark(word & 0x8080808080808080U, 8);
+}
+
+// Narrows the ASCII code units that the next four begin with, likewise.
+std::size_t narrowFour(const char16_t* units, char* out) {
+  std::uint64_t word;
+  std::memcpy(&word, units, sizeof word);
+  for (std::size_t k = 0; k < 4; ++k) out[k] = static_cast<char>(units[k]);
+  return unitsBeforeMark(word & 0xFF80FF80FF80FF80U, 16);
+}
 
 Text decode(std::string_view source, IllFormed policy) {
   const auto* bytes = reinterpret_cast<const unsigned char*>(source.data());
@@ -87,13 +109,11 @@ Text decode(std::string_view source, IllFormed policy) {
     char16_t* out = begin;
     std::size_t i = 0;
     while (i < count) {
-      const std::size_t shortEnd = std::min(count, i + shortRun);
-      while (i < shortEnd && bytes[i] < 0x80) *out++ = bytes[i++];
-      if (i == shortEnd) {
-        const std::size_t ascii = widenASCII(source.substr(i), out);
-        out += ascii;
-        i += ascii;
-      }
+      // Most runs are short, and done before a longer one's call would be.
+      std::size_t ascii = count - i >= 8 ? widenEight(bytes + i, out) : 0;
+      if (ascii == 8 || count - i < 8) ascii += widenASCII(source.substr(i + ascii), out + ascii);
+      out += ascii;
+      i += ascii;
       while (i < count && bytes[i] >= 0x80) {
         const Sequence sequence = decodeSequence(bytes + i, count - i);
         if (sequence.wellFormed) {
@@ -138,13 +158,11 @@ std::size_t encodedSizeLimit(TextView text) {
 char* encodeInto(char* out, TextView text, IllFormed policy) {
   std::size_t i = 0;
   while (i < text.size()) {
-    const std::size_t shortEnd = std::min(text.size(), i + shortRun);
-    while (i < shortEnd && text[i] < 0x80) *out++ = static_cast<char>(text[i++]);
-    if (i == shortEnd) {
-      const std::size_t ascii = narrowASCII(text.substr(i), out);
-      out += ascii;
-      i += ascii;
-    }
+    const std::size_t left = text.size() - i;
+    std::size_t ascii = left >= 4 ? narrowFour(text.data() + i, out) : 0;
+    if (ascii == 4 || left < 4) ascii += narrowASCII(text.substr(i + ascii), out + ascii);
+    out += ascii;
+    i += ascii;
     for (; i < text.size() && text[i] >= 0x80; ++i) {
       const char16_t unit = text[i];
       if (!isSurrogate(unit)) {
