@@ -9,6 +9,7 @@
 #include "Platform/Foundation/PathText.h"
 #include "Platform/Foundation/Raise.h"
 #include "Platform/Foundation/RandomBytes.h"
+#include "Platform/Foundation/TextRewrite.h"
 #include "Platform/Foundation/TextScan.h"
 
 namespace kelvane {
@@ -33,22 +34,6 @@ Text keepingUnits(TextView text, Predicate keeps) {
     }
     return count;
   });
-}
-
-// The text with the units of `special` replaced by what `append(out, unit)` appends, the runs between them copied
-// whole.
-template <class Append>
-Text rewriting(TextView text, const UnitSet& special, Append append) {
-  Text out;
-  out.reserve(text.size());
-  std::size_t place = 0;
-  while (place < text.size()) {
-    const std::size_t found = findAnyOf(text, special, place);
-    out.append(text, place, found - place);
-    if (found < text.size()) append(out, text[found]);
-    place = found + 1;
-  }
-  return out;
 }
 
 // Replaces each match of `key` within `range` of `current`, and makes the range as long as what stands there then.
@@ -189,14 +174,20 @@ Text removeCommentedLines(TextView text) {
 Text escapeFilesystemCharacters(TextView text) { return replacingUnit(text, u'/', u':'); }
 
 Text escapeQuots(TextView text) {
-  return rewriting(text, quotes, [](Text& out, char16_t quote) {
-    out += u'\\';
-    out += quote;
+  return overwritten<Text>(text.size() + countAnyOf(text, quotes), [text](char16_t* begin) {
+    char16_t* end = rewrite(text, quotes, begin, [](char16_t* out, char16_t quote) {
+      *out++ = u'\\';
+      *out++ = quote;
+      return out;
+    });
+    return end - begin;
   });
 }
 
 Text removeQuots(TextView text) {
-  return rewriting(text, quotes, [](Text&, char16_t) {});
+  return overwritten<Text>(text.size(), [text](char16_t* begin) {
+    return rewrite(text, quotes, begin, [](char16_t* out, char16_t) { return out; }) - begin;
+  });
 }
 
 std::optional<Text> normalizePath(TextView text) {

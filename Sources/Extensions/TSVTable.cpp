@@ -3,31 +3,53 @@
 #include <unordered_map>
 
 #include "Platform/Foundation/TextLines.h"
-#include "Platform/Foundation/TextScan.h"
+#include "Platform/Foundation/TextPlaces.h"
 
 namespace kelvane {
+namespace {
 
+constexpr UnitSet cellEnds{u'\t', u'\n', u'\r', u'\x85', u'\x2028', u'\x2029'};
+static_assert(cellEnds.size() == 1 + lineTerminators.size());
+
+}  // namespace
+
+// One walk over the tabs and line ends of the text. That CR LF is one line end and not two makes no difference here: the
+// line between them is empty, and empty lines do not count.
 TSVTable::TSVTable(Text text) : myText(std::move(text)) {
-  bool hasHeader = false;
-  const Lines lines(myText);
-  for (auto line = lines.begin(); line != lines.end(); ++line) {
-    const NSRange range{line.start(), line.contentsEnd() - line.start()};
-    if (range.length == 0 || myText[range.location] == u'#') continue;
-    if (hasHeader)
-      addRow(range);
+  UnitPlaces ends(myText, cellEnds);
+  for (std::size_t line = 0; line < myText.size();) {
+    const bool isComment = myText[line] == u'#';
+    if (isComment)
+      line = skipLine(ends);
+    else if (myColumns.empty())
+      line = addHeader(line, ends);
     else
-      addHeader(range);
-    hasHeader = true;
+      line = addRow(line, ends);
   }
 }
 
-void TSVTable::addHeader(NSRange line) {
-  const TextView names = slice(line);
-  for (std::size_t place = 0; place <= names.size();) {
-    const std::size_t end = findUnit(names, u'\t', place);
-    myColumns.push_back({NSRange{line.location + place, end - place}});
+// Each of these three consumes the ends of a line and returns where the next line starts.
+std::size_t TSVTable::skipLine(UnitPlaces& ends) {
+  std::size_t end = ends.next();
+  while (isTab(end)) end = ends.next();
+  return end + 1;
+}
+
+std::size_t TSVTable::addHeader(std::size_t line, UnitPlaces& ends) {
+  std::size_t place = line;
+  std::size_t end = ends.next();
+  const bool isEmpty = end == line && !isTab(end);
+  if (isEmpty) return end + 1;
+  for (; isTab(end); end = ends.next()) {
+    myColumns.push_back({NSRange{place, end - place}});
     place = end + 1;
   }
+  myColumns.push_back({NSRange{place, end - place}});
+  linkColumnsOfOneName();
+  return end + 1;
+}
+
+void TSVTable::linkColumnsOfOneName() {
   // From the last column to the first, so that each finds the next one of its name.
   std::unordered_map<TextView, std::size_t> next;
   for (std::size_t column = myColumns.size(); column-- > 0;) {
@@ -38,23 +60,28 @@ void TSVTable::addHeader(NSRange line) {
   }
 }
 
-void TSVTable::addRow(NSRange line) {
-  const TextView cells = slice(line);
+std::size_t TSVTable::addRow(std::size_t line, UnitPlaces& ends) {
   const std::size_t firstStart = myCellStarts.size();
   bool hasEntry = false;
-  std::size_t place = 0;
-  for (std::size_t column = 0; column < myColumns.size() && place <= cells.size(); ++column) {
-    const std::size_t end = findUnit(cells, u'\t', place);
-    myCellStarts.push_back(line.location + place);
-    hasEntry |= end > place;
-    place = end + 1;
+  std::size_t place = line;
+  std::size_t columnsLeft = myColumns.size();
+  for (;;) {
+    const std::size_t end = ends.next();
+    if (columnsLeft > 0) {
+      myCellStarts.push_back(place);
+      hasEntry |= end > place;
+      place = end + 1;
+      --columnsLeft;
+    }
+    if (isTab(end)) continue;
+    if (hasEntry) {
+      myCellStarts.push_back(place);
+      myRows.push_back(firstStart);
+    } else {
+      myCellStarts.resize(firstStart);
+    }
+    return end + 1;
   }
-  if (!hasEntry) {
-    myCellStarts.resize(firstStart);
-    return;
-  }
-  myCellStarts.push_back(line.location + place);
-  myRows.push_back(firstStart);
 }
 
 std::vector<TextView> TSVTable::columnNames() const& {

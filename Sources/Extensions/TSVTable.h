@@ -11,6 +11,8 @@
 
 namespace kelvane {
 
+class UnitPlaces;
+
 // A table of tab-separated values: a row of column names and rows of cells, made by `arrayFromTSV`. It owns its text,
 // and its rows are dictionaries from column name to cell:
 //
@@ -89,8 +91,11 @@ class KELVANE_EXPORT TSVTable {
     std::size_t next = noColumn;
   };
 
-  void addHeader(NSRange line);
-  void addRow(NSRange line);
+  std::size_t skipLine(UnitPlaces& ends);
+  std::size_t addHeader(std::size_t line, UnitPlaces& ends);
+  void linkColumnsOfOneName();
+  std::size_t addRow(std::size_t line, UnitPlaces& ends);
+  bool isTab(std::size_t place) const { return place < myText.size() && myText[place] == u'\t'; }
   TextView slice(NSRange range) const { return TextView(myText).substr(range.location, range.length); }
 
   Text myText;

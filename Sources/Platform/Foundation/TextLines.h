@@ -5,6 +5,7 @@
 
 #include "Platform/Foundation/Export.h"
 #include "Platform/Foundation/Text.h"
+#include "Platform/Foundation/TextPlaces.h"
 #include "Platform/Foundation/TextScan.h"
 
 namespace kelvane {
@@ -37,8 +38,9 @@ class Lines {
     using difference_type = std::ptrdiff_t;
 
     Iterator() = default;
-    explicit Iterator(TextView text) : myText(text), myIsDone(text.empty()) {
-      if (!myIsDone) findEnd();
+    explicit Iterator(TextView text)
+        : myText(text), myTerminators(text, lineTerminators), myIsDone(text.empty()) {
+      if (!myIsDone) myContentsEnd = myTerminators.next();
     }
 
     TextView operator*() const { return myText.substr(myStart, myContentsEnd - myStart); }
@@ -63,14 +65,18 @@ class Lines {
     friend bool operator==(const Iterator& i, std::default_sentinel_t) { return i.myIsDone; }
 
    private:
-    void findEnd() { myContentsEnd = findAnyOf(myText, lineTerminators, myStart); }
     void startNext() {
-      const bool isPair = myText.substr(myContentsEnd, 2) == u"\r\n";
-      myStart = myContentsEnd + (isPair ? 2 : 1);
-      findEnd();
+      myStart = myContentsEnd + 1;
+      myContentsEnd = myTerminators.next();
+      const bool isPair = myContentsEnd == myStart && myText[myStart - 1] == u'\r' &&
+                          myStart < myText.size() && myText[myStart] == u'\n';
+      if (!isPair) return;
+      ++myStart;
+      myContentsEnd = myTerminators.next();
     }
 
     TextView myText;
+    UnitPlaces myTerminators;
     std::size_t myStart = 0;
     std::size_t myContentsEnd = 0;
     bool myIsDone = true;

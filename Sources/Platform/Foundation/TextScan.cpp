@@ -1,6 +1,9 @@
 #include "Platform/Foundation/TextScan.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstdint>
+#include <cstring>
 
 #include "Platform/Foundation/Overwrite.h"
 
@@ -21,30 +24,44 @@ using Units = hn::ScalableTag<std::uint16_t>;
 
 const std::uint16_t* unitsOf(TextView text) { return reinterpret_cast<const std::uint16_t*>(text.data()); }
 
-// `Size` compile-time comparisons per vector: most sets hold two units, the largest five.
+std::uint16_t laneOf(char16_t unit) { return static_cast<std::uint16_t>(unit); }
+
+// Which lanes hold a member of a set, by `Size` comparisons: most sets hold two units, the largest six.
 template <std::size_t Size>
-std::size_t findAnyOfSized(TextView text, const UnitSet& set, std::size_t from) {
-  const Units d;
-  const std::size_t lanes = hn::Lanes(d);
-  const std::uint16_t* units = unitsOf(text);
-  const auto member = [&](std::size_t i) { return hn::Set(d, static_cast<std::uint16_t>(set.units()[i])); };
-  const auto isMember = [&](auto vector) {
-    auto found = hn::Eq(vector, member(0));
-    for (std::size_t i = 1; i < Size; ++i) found = hn::Or(found, hn::Eq(vector, member(i)));
+struct Membership {
+  template <class Vector>
+  auto operator()(Vector vector) const {
+    const Units d;
+    auto found = hn::Eq(vector, hn::Set(d, laneOf(set.units()[0])));
+    for (std::size_t i = 1; i < Size; ++i) found = hn::Or(found, hn::Eq(vector, hn::Set(d, laneOf(set.units()[i]))));
     return found;
-  };
-  for (; from + lanes <= text.size(); from += lanes) {
-    const std::intptr_t first = hn::FindFirstTrue(d, isMember(hn::LoadU(d, units + from)));
-    if (first >= 0) return from + static_cast<std::size_t>(first);
   }
-  while (from < text.size() && !set.contains(text[from])) ++from;
-  return from;
+
+  const UnitSet& set;
+};
+
+// Calls `operation` with the membership that takes the fewest comparisons.
+template <class Operation>
+auto withMembership(const UnitSet& set, Operation operation) {
+  if (set.size() <= 1) return operation(Membership<1>{set});
+  if (set.size() <= 2) return operation(Membership<2>{set});
+  if (set.size() <= 4) return operation(Membership<4>{set});
+  return set.size() <= 6 ? operation(Membership<6>{set}) : operation(Membership<8>{set});
 }
 
 std::size_t findAnyOfHere(TextView text, const UnitSet& set, std::size_t from) {
-  if (set.size() <= 1) return findAnyOfSized<1>(text, set, from);
-  if (set.size() <= 2) return findAnyOfSized<2>(text, set, from);
-  return set.size() <= 5 ? findAnyOfSized<5>(text, set, from) : findAnyOfSized<8>(text, set, from);
+  const std::uint16_t* units = unitsOf(text);
+  return withMembership(set, [&](auto isMember) {
+    const Units d;
+    const std::size_t lanes = hn::Lanes(d);
+    std::size_t i = from;
+    for (; i + lanes <= text.size(); i += lanes) {
+      const std::intptr_t first = hn::FindFirstTrue(d, isMember(hn::LoadU(d, units + i)));
+      if (first >= 0) return i + static_cast<std::size_t>(first);
+    }
+    while (i < text.size() && !set.contains(text[i])) ++i;
+    return i;
+  });
 }
 
 std::size_t findUnitHere(TextView text, char16_t unit, std::size_t from) {
@@ -60,16 +77,69 @@ std::size_t findUnitHere(TextView text, char16_t unit, std::size_t from) {
   return from;
 }
 
-std::size_t countUnitHere(TextView text, char16_t unit) {
+// The last units of a text, fewer than a vector has, with lanes behind them that count for nothing.
+auto loadLast(const std::uint16_t* units, std::size_t count) {
+  HWY_ALIGN std::uint16_t lanes[HWY_MAX_BYTES / sizeof(std::uint16_t)];
+  std::memcpy(lanes, units, count * sizeof(std::uint16_t));
+  return hn::Load(Units(), lanes);
+}
+
+template <class IsMarked>
+std::size_t countLanes(TextView text, IsMarked isMarked) {
   const Units d;
   const std::size_t lanes = hn::Lanes(d);
   const std::uint16_t* units = unitsOf(text);
-  const auto wanted = hn::Set(d, static_cast<std::uint16_t>(unit));
   std::size_t count = 0;
   std::size_t i = 0;
-  for (; i + lanes <= text.size(); i += lanes) count += hn::CountTrue(d, hn::Eq(hn::LoadU(d, units + i), wanted));
-  for (; i < text.size(); ++i) count += text[i] == unit;
-  return count;
+  for (; i + lanes <= text.size(); i += lanes) count += hn::CountTrue(d, isMarked(hn::LoadU(d, units + i)));
+  const std::size_t left = text.size() - i;
+  return left == 0 ? count : count + hn::CountTrue(d, hn::And(hn::FirstN(d, left), isMarked(loadLast(units + i, left))));
+}
+
+std::size_t countUnitHere(TextView text, char16_t unit) {
+  const auto wanted = hn::Set(Units(), laneOf(unit));
+  return countLanes(text, [&](auto vector) { return hn::Eq(vector, wanted); });
+}
+
+std::size_t countAnyOfHere(TextView text, const UnitSet& set) {
+  return withMembership(set, [&](auto isMember) { return countLanes(text, isMember); });
+}
+
+// Marks the places of which `isMarked(load, place)` says so; it loads the vectors that it looks at by `load(units)`.
+template <class IsMarked>
+void markPlaces(std::size_t count, std::uint64_t* marks, IsMarked isMarked) {
+  const Units d;
+  const std::size_t lanes = hn::Lanes(d);
+  const auto put = [&](std::size_t i, auto mask) {
+    std::uint64_t bits = 0;
+    hn::StoreMaskBits(d, mask, reinterpret_cast<std::uint8_t*>(&bits));
+    marks[i / 64] |= bits << (i % 64);
+  };
+  std::fill_n(marks, (count + 63) / 64, 0);
+  std::size_t i = 0;
+  for (; i + lanes <= count; i += lanes) put(i, isMarked([&](const std::uint16_t* units) { return hn::LoadU(d, units); }, i));
+  const std::size_t left = count - i;
+  if (left == 0) return;
+  const auto loadFew = [&](const std::uint16_t* units) { return loadLast(units, left); };
+  put(i, hn::And(hn::FirstN(d, left), isMarked(loadFew, i)));
+}
+
+void markAnyOfHere(TextView text, const UnitSet& set, std::uint64_t* marks) {
+  const std::uint16_t* units = unitsOf(text);
+  withMembership(set, [&](auto isMember) {
+    markPlaces(text.size(), marks, [&](auto load, std::size_t i) { return isMember(load(units + i)); });
+  });
+}
+
+void markEndsHere(TextView text, TextView needle, std::uint64_t* marks) {
+  const Units d;
+  const std::uint16_t* firsts = unitsOf(text);
+  const std::uint16_t* lasts = firsts + needle.size() - 1;
+  const auto first = hn::Set(d, laneOf(needle.front()));
+  const auto last = hn::Set(d, laneOf(needle.back()));
+  markPlaces(text.size() - needle.size() + 1, marks, [&](auto load, std::size_t i) {
+    return hn::And(hn::Eq(load(firsts + i), first), hn::Eq(load(lasts + i), last));
+  });
 }
 
 void replaceUnitHere(TextView text, char16_t from, char16_t to, char16_t* out) {
@@ -100,6 +170,9 @@ namespace {
 HWY_EXPORT(findAnyOfHere);
 HWY_EXPORT(findUnitHere);
 HWY_EXPORT(countUnitHere);
+HWY_EXPORT(countAnyOfHere);
+HWY_EXPORT(markAnyOfHere);
+HWY_EXPORT(markEndsHere);
 HWY_EXPORT(replaceUnitHere);
 
 }  // namespace
@@ -115,6 +188,19 @@ std::size_t findUnit(TextView text, char16_t unit, std::size_t from) {
 }
 
 std::size_t countUnit(TextView text, char16_t unit) { return HWY_DYNAMIC_DISPATCH(countUnitHere)(text, unit); }
+
+std::size_t countAnyOf(TextView text, const UnitSet& set) { return HWY_DYNAMIC_DISPATCH(countAnyOfHere)(text, set); }
+
+// The marks of a vector are stored byte by byte, lowest first.
+static_assert(std::endian::native == std::endian::little);
+
+void markAnyOf(TextView text, const UnitSet& set, std::uint64_t* marks) {
+  HWY_DYNAMIC_DISPATCH(markAnyOfHere)(text, set, marks);
+}
+
+void markEnds(TextView text, TextView needle, std::uint64_t* marks) {
+  HWY_DYNAMIC_DISPATCH(markEndsHere)(text, needle, marks);
+}
 
 Text replacingUnit(TextView text, char16_t from, char16_t to) {
   return overwritten<Text>(text.size(), [&](char16_t* out) {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 
 #include "Platform/Foundation/Export.h"
@@ -42,6 +43,17 @@ KELVANE_EXPORT std::size_t findUnit(TextView text, char16_t unit, std::size_t fr
 
 // How many code units of `text` equal `unit`.
 KELVANE_EXPORT std::size_t countUnit(TextView text, char16_t unit);
+
+// How many code units of `text` are in `set`.
+KELVANE_EXPORT std::size_t countAnyOf(TextView text, const UnitSet& set);
+
+// Sets the bit of each place in `text` where a member of `set` stands, and clears the others: bit 0 of `marks[0]` is
+// the first code unit's. `marks` has a bit for each code unit; those behind the last one are cleared.
+KELVANE_EXPORT void markAnyOf(TextView text, const UnitSet& set, std::uint64_t* marks);
+
+// The same for each place where `needle` may begin: where its first code unit stands, and its last one where it would
+// end. `needle` is not empty and no longer than `text`, and `marks` has a bit for each place where it fits.
+KELVANE_EXPORT void markEnds(TextView text, TextView needle, std::uint64_t* marks);
 
 // `text` with every `from` replaced by `to`.
 KELVANE_EXPORT Text replacingUnit(TextView text, char16_t from, char16_t to);

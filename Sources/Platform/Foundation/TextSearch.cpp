@@ -49,15 +49,22 @@ std::optional<NSRange> TextFinder::find(std::size_t from, std::size_t end) {
 
 std::size_t TextFinder::findForwards(std::size_t from, std::size_t end) {
   if (!myPrefixTable.empty()) return findByPrefixTable(from, end);
-  const TextView within = myText.substr(0, end);
-  const std::size_t last = end - myNeedle.size();
+  // A search that goes on where the last one ended goes on walking.
+  if (from < myWalkedTo || end != myWalkEnd) {
+    myPlaces = NeedlePlaces(myText.substr(0, end), myNeedle, from);
+    myWalkEnd = end;
+  }
+  const std::size_t places = end - myNeedle.size() + 1;
   std::size_t comparisons = 0;
-  for (std::size_t place = from; (place = within.find(myNeedle.front(), place)) <= last; ++place) {
-    const std::size_t equal = commonPrefix(myNeedle, within.substr(place));
+  for (std::size_t place = myPlaces.next(); place < places; place = myPlaces.next()) {
+    if (place < from) continue;
+    myWalkedTo = place + 1;
+    const std::size_t equal = commonPrefix(myNeedle, myText.substr(place));
     if (equal == myNeedle.size()) return place;
     comparisons += equal;
     if (comparisons > comparisonsPerUnit * (place - from + 64)) return findByPrefixTable(place + 1, end);
   }
+  myWalkedTo = places;
   return TextView::npos;
 }
 

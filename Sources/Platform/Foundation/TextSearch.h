@@ -7,6 +7,7 @@
 
 #include "Platform/Foundation/Export.h"
 #include "Platform/Foundation/Text.h"
+#include "Platform/Foundation/TextPlaces.h"
 
 namespace kelvane {
 
@@ -45,6 +46,11 @@ class KELVANE_EXPORT TextFinder {
   TextView myText;
   TextView myNeedle;
   bool myGoesBackwards;
+  // The plain search's walk over the places before `myWalkEnd` where the needle may stand; those before `myWalkedTo`
+  // lie behind it.
+  NeedlePlaces myPlaces;
+  std::size_t myWalkEnd = 0;
+  std::size_t myWalkedTo = 0;
   // The Knuth-Morris-Pratt table of the needle, made when the plain search makes too many comparisons.
   std::vector<std::size_t> myPrefixTable;
 };
