@@ -37,12 +37,15 @@ Text keepingUnits(TextView text, Predicate keeps) {
 }
 
 // Replaces each match of `key` within `range` of `current`, and makes the range as long as what stands there then.
-void replaceWithin(Text& current, NSRange& range, TextView key, TextView value, NSStringCompareOptions options) {
+// Nothing when there is no match, so that no text is copied in vain.
+std::optional<Text> replaceWithin(TextView current, NSRange& range, TextView key, TextView value,
+                                  NSStringCompareOptions options) {
   TextFinder finder(current, key, options);
   std::optional<NSRange> match = finder.find(range.location, range.end());
-  if (!match) return;
+  if (!match) return std::nullopt;
   Text out;
-  out.reserve(current.size());
+  // Room for the text growing by some more than its size; what grows beyond is left to the string.
+  out.reserve(current.size() + std::max(value.size(), key.size()) - key.size());
   out.append(current, 0, range.location);
   std::size_t place = range.location;
   for (; match; match = finder.find(place, range.end())) {
@@ -54,7 +57,7 @@ void replaceWithin(Text& current, NSRange& range, TextView key, TextView value, 
   const std::size_t newLength = out.size() - range.location;
   out.append(current, range.end());
   range.length = newLength;
-  current = std::move(out);
+  return out;
 }
 
 }  // namespace
@@ -203,7 +206,8 @@ Text replaceAllTextFromDictionary(TextView text, const NSDictionary& replacement
   Text current(text);
   if (replacements.count() == 0) return current;
   requireRange("replaceAllTextFromDictionary:options:range:", range, text.size());
-  for (const auto& [key, value] : replacements) replaceWithin(current, range, key, value->description(), options);
+  for (const auto& [key, value] : replacements)
+    if (auto replaced = replaceWithin(current, range, key, value->description(), options)) current = std::move(*replaced);
   return current;
 }
 
@@ -216,10 +220,9 @@ Text replaceAllTextFromDictionary(TextView text, const NSDictionary& replacement
 }
 
 Text replaceAllOccurencesOfString(TextView text, TextView target, TextView withString) {
-  Text current(text);
   NSRange range{0, text.size()};
-  replaceWithin(current, range, target, withString, 0);
-  return current;
+  auto replaced = replaceWithin(text, range, target, withString, 0);
+  return replaced ? std::move(*replaced) : Text(text);
 }
 
 std::optional<Text> blockFormatString(TextView) { return std::nullopt; }

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "Platform/Foundation/ASCIIRuns.h"
+#include "Platform/Foundation/UTF8Runs.h"
 #include "Platform/Foundation/Overwrite.h"
 
 namespace kelvane {
@@ -101,6 +101,14 @@ std::size_t narrowFour(const char16_t* units, char* out) {
   return unitsBeforeMark(word & 0xFF80FF80FF80FF80U, 16);
 }
 
+// Scripts whose characters take three bytes each come in long runs; a look a few characters ahead tells whether one may
+// begin here, so that lone characters are not slowed down.
+bool beginsThreeByteRun(const unsigned char* bytes, std::size_t available) {
+  return available > 48 && (bytes[0] & 0xF0) == 0xE0 && (bytes[12] & 0xF0) == 0xE0;
+}
+
+bool beginsThreeByteRun(TextView text) { return text.size() > 48 && text[0] >= 0x800 && text[4] >= 0x800; }
+
 Text decode(std::string_view source, IllFormed policy) {
   const auto* bytes = reinterpret_cast<const unsigned char*>(source.data());
   const std::size_t count = source.size();
@@ -115,6 +123,12 @@ Text decode(std::string_view source, IllFormed policy) {
       out += ascii;
       i += ascii;
       while (i < count && bytes[i] >= 0x80) {
+        if (beginsThreeByteRun(bytes + i, count - i)) {
+          const std::size_t units = decodeThreeByteRun(source.substr(i), out);
+          out += units;
+          i += 3 * units;
+          if (units > 0) continue;
+        }
         const Sequence sequence = decodeSequence(bytes + i, count - i);
         if (sequence.wellFormed) {
           out = appendCharacter(out, sequence.character);
@@ -148,13 +162,6 @@ char* encodeCharacter(char* out, char32_t character) {
   return out;
 }
 
-// At least as many bytes as `encodeInto` writes; exact but for pairs of surrogates, which take four of these six.
-std::size_t encodedSizeLimit(TextView text) {
-  std::size_t size = text.size();
-  for (const char16_t unit : text) size += std::size_t{unit >= 0x80} + std::size_t{unit >= 0x800};
-  return size;
-}
-
 char* encodeInto(char* out, TextView text, IllFormed policy) {
   std::size_t i = 0;
   while (i < text.size()) {
@@ -163,12 +170,18 @@ char* encodeInto(char* out, TextView text, IllFormed policy) {
     if (ascii == 4 || left < 4) ascii += narrowASCII(text.substr(i + ascii), out + ascii);
     out += ascii;
     i += ascii;
-    for (; i < text.size() && text[i] >= 0x80; ++i) {
-      const char16_t unit = text[i];
+    while (i < text.size() && text[i] >= 0x80) {
+      if (beginsThreeByteRun(text.substr(i))) {
+        const std::size_t units = encodeThreeByteRun(text.substr(i), out);
+        out += 3 * units;
+        i += units;
+        if (units > 0) continue;
+      }
+      const char16_t unit = text[i++];
       if (!isSurrogate(unit)) {
         out = encodeCharacter(out, unit);
-      } else if (isHighSurrogate(unit) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
-        const char32_t low = text[++i];
+      } else if (isHighSurrogate(unit) && i < text.size() && isLowSurrogate(text[i])) {
+        const char32_t low = text[i++];
         out = encodeCharacter(out, (char32_t{unit} << 10) + low - 0x35FDC00);
       } else if (policy == IllFormed::KeepStrayBytes && isStrayByte(unit)) {
         *out++ = static_cast<char>(static_cast<unsigned char>(unit - strayByteBase));
@@ -181,7 +194,7 @@ char* encodeInto(char* out, TextView text, IllFormed policy) {
 }
 
 std::string encode(TextView text, IllFormed policy) {
-  return overwritten<std::string>(encodedSizeLimit(text),
+  return overwritten<std::string>(utf8SizeLimit(text),
                                   [&](char* begin) { return encodeInto(begin, text, policy) - begin; });
 }
 

@@ -1,6 +1,5 @@
 #include "Platform/Foundation/TextScan.h"
 
-#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -105,23 +104,31 @@ std::size_t countAnyOfHere(TextView text, const UnitSet& set) {
   return withMembership(set, [&](auto isMember) { return countLanes(text, isMember); });
 }
 
+// The bits of the lanes that are set.
+template <class Mask>
+std::uint64_t bitsOf(Mask mask) {
+  std::uint64_t bits = 0;
+  hn::StoreMaskBits(Units(), mask, reinterpret_cast<std::uint8_t*>(&bits));
+  return bits;
+}
+
 // Marks the places of which `isMarked(load, place)` says so; it loads the vectors that it looks at by `load(units)`.
 template <class IsMarked>
 void markPlaces(std::size_t count, std::uint64_t* marks, IsMarked isMarked) {
   const Units d;
   const std::size_t lanes = hn::Lanes(d);
-  const auto put = [&](std::size_t i, auto mask) {
+  const auto loadWhole = [](const std::uint16_t* units) { return hn::LoadU(Units(), units); };
+  for (std::size_t word = 0; word < count; word += 64) {
     std::uint64_t bits = 0;
-    hn::StoreMaskBits(d, mask, reinterpret_cast<std::uint8_t*>(&bits));
-    marks[i / 64] |= bits << (i % 64);
-  };
-  std::fill_n(marks, (count + 63) / 64, 0);
-  std::size_t i = 0;
-  for (; i + lanes <= count; i += lanes) put(i, isMarked([&](const std::uint16_t* units) { return hn::LoadU(d, units); }, i));
-  const std::size_t left = count - i;
-  if (left == 0) return;
-  const auto loadFew = [&](const std::uint16_t* units) { return loadLast(units, left); };
-  put(i, hn::And(hn::FirstN(d, left), isMarked(loadFew, i)));
+    std::size_t i = word;
+    for (; i + lanes <= count && i < word + 64; i += lanes) bits |= bitsOf(isMarked(loadWhole, i)) << (i - word);
+    const std::size_t left = count - i;
+    if (i < word + 64 && left > 0) {
+      const auto loadRest = [left](const std::uint16_t* units) { return loadLast(units, left); };
+      bits |= bitsOf(hn::And(hn::FirstN(d, left), isMarked(loadRest, i))) << (i - word);
+    }
+    marks[word / 64] = bits;
+  }
 }
 
 void markAnyOfHere(TextView text, const UnitSet& set, std::uint64_t* marks) {
