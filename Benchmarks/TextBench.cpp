@@ -85,7 +85,9 @@ const Subject rewriting([] {
   Row("escapeQuots")
       .ours([] { return escapeQuots(mixedText()); })
 #ifdef BENCH_QT
-      .peer("Qt", [] { return QString(qtText()).replace(u'"', QStringLiteral("\\\"")).replace(u'\'', QStringLiteral("\\'")); })
+      .peer(
+          "Qt",
+          [] { return QString(qtText()).replace(u'"', QStringLiteral("\\\"")).replace(u'\'', QStringLiteral("\\'")); })
 #endif
       .limit("memcpy", copy)
       .reach(15)

@@ -2,7 +2,7 @@
 
 find_package(ICU REQUIRED COMPONENTS uc i18n)
 find_package(pugixml REQUIRED)
-find_package(hwy REQUIRED)
+find_path(HWY_INCLUDE_DIR hwy/highway.h REQUIRED)
 
 file(GLOB_RECURSE sources RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/Sources/*.cpp")
 list(FILTER sources EXCLUDE REGEX "^Sources/Qt/")
@@ -20,7 +20,10 @@ set_target_properties(
              POSITION_INDEPENDENT_CODE ON)
 target_compile_features(KelvaneFoundation PUBLIC cxx_std_20)
 target_include_directories(KelvaneFoundation PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/Sources>")
-target_link_libraries(KelvaneFoundation PRIVATE ICU::uc ICU::i18n pugixml::pugixml hwy::hwy)
+target_link_libraries(KelvaneFoundation PRIVATE ICU::uc ICU::i18n pugixml::pugixml)
+# Highway's headers alone: VectorTargets.cpp says why its library is not linked. VBMI2 is worth its own copy of the loops.
+target_include_directories(KelvaneFoundation SYSTEM PRIVATE "${HWY_INCLUDE_DIR}")
+target_compile_definitions(KelvaneFoundation PRIVATE HWY_WANT_AVX3_DL)
 kelvane_warnings(KelvaneFoundation)
 
 # A forgotten body is to fail here and not in the host. Sanitizers leave their run-time to the program, hence the

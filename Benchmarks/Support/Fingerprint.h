@@ -9,8 +9,8 @@
 #include "Platform/Foundation/Text.h"
 
 // A number by which results of different libraries are found to be the same: texts with the same code units, bytes with
-// the same bytes, lists of equal elements in the same order and dictionaries of equal entries in any order have the same
-// one, whatever their types are called. No library has to be included for that.
+// the same bytes, lists of equal elements in the same order and dictionaries of equal entries in any order have the
+// same one, whatever their types are called. No library has to be included for that.
 namespace kelvane::bench {
 
 inline std::uint64_t mixed(std::uint64_t a, std::uint64_t b) {
@@ -22,13 +22,21 @@ std::uint64_t fingerprint(const T& value);
 
 // Qt's and ICU's texts, by what only they have.
 template <class T>
-concept QtText = requires(const T& text) { text.utf16(); };
+concept QtText = requires(const T& text) {
+  text.utf16();
+};
 template <class T>
-concept ICUText = requires(const T& text) { text.getBuffer(); };
+concept ICUText = requires(const T& text) {
+  text.getBuffer();
+};
 template <class T>
-concept QtBytes = requires(const T& bytes) { { bytes.constData() } -> std::same_as<const char*>; };
+concept QtBytes = requires(const T& bytes) {
+  { bytes.constData() } -> std::same_as<const char*>;
+};
 template <class T>
-concept QtDictionary = requires(const T& dictionary) { dictionary.keyValueBegin(); };
+concept QtDictionary = requires(const T& dictionary) {
+  dictionary.keyValueBegin();
+};
 template <class T>
 concept Pair = requires(const T& pair) {
   pair.first;

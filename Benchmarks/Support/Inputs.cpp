@@ -11,10 +11,11 @@ namespace {
 constexpr TextView englishWords[] = {u"the",   u"a",       u"of",     u"to",     u"and",      u"in",    u"garden",
                                      u"is",    u"meeting", u"letter", u"street", u"possible", u"about", u"their",
                                      u"don't", u"\"yes\"", u"number", u"2026",   u"because",  u"it's"};
-constexpr TextView otherWords[] = {u"für",       u"Straße", u"garçon", u"señor",       u"Ελλάδα", u"Москва",
-                                   u"привет",    u"東京",   u"你好",   u"naïve",       u"Ærø",    u"„so“",
-                                   u"\xD83D\xDE00", u"café",   u"Łódź",   u"weiß", u"—",      u"€"};
-constexpr TextView chineseWords[] = {u"人生", u"自由", u"平等的", u"尊严", u"和", u"权利", u"他们", u"赋有理性", u"良心", u"并应"};
+constexpr TextView otherWords[] = {u"für",          u"Straße", u"garçon", u"señor", u"Ελλάδα", u"Москва",
+                                   u"привет",       u"東京",   u"你好",   u"naïve", u"Ærø",    u"„so“",
+                                   u"\xD83D\xDE00", u"café",   u"Łódź",   u"weiß",  u"—",      u"€"};
+constexpr TextView chineseWords[] = {u"人生", u"自由", u"平等的",   u"尊严", u"和",
+                                     u"权利", u"他们", u"赋有理性", u"良心", u"并应"};
 
 // The standard's own distributions differ from library to library, this engine does not.
 class Words {
@@ -27,7 +28,8 @@ class Words {
 };
 
 // Lines of words, of which `otherPercent` of a hundred are taken from the others, up to the whole length.
-Text prose(std::span<const TextView> words, std::span<const TextView> others, std::size_t otherPercent, TextView blank) {
+Text prose(std::span<const TextView> words, std::span<const TextView> others, std::size_t otherPercent,
+           TextView blank) {
   Words random;
   Text text;
   text.reserve(inputUnits + 256);

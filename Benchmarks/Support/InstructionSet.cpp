@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "Platform/Foundation/VectorTargets.h"
+
 namespace kelvane::bench {
 namespace {
 
@@ -13,15 +15,15 @@ bool isComparing = false;
 }  // namespace
 
 bool compareWithAVX2() {
-  const std::int64_t targets = hwy::SupportedTargets();
+  const std::int64_t targets = supportedVectorTargets();
   isComparing = (targets & aboveAVX2) != 0 && (targets & HWY_AVX2) != 0;
   return isComparing;
 }
 
 bool comparesWithAVX2() { return isComparing; }
 
-HeldAtAVX2::HeldAtAVX2() { hwy::GetChosenTarget().Update(hwy::SupportedTargets() & ~aboveAVX2); }
+HeldAtAVX2::HeldAtAVX2() { useVectorTargets(supportedVectorTargets() & ~aboveAVX2); }
 
-HeldAtAVX2::~HeldAtAVX2() { hwy::GetChosenTarget().Update(hwy::SupportedTargets()); }
+HeldAtAVX2::~HeldAtAVX2() { useVectorTargets(supportedVectorTargets()); }
 
 }  // namespace kelvane::bench

@@ -7,8 +7,7 @@ namespace kelvane::bench {
 bool compareWithAVX2();
 bool comparesWithAVX2();
 
-// As long as it lives, the library takes nothing above AVX2. Highway keeps its choice in one place for the process, and
-// reads it at each call. What others choose, such as memcpy, stays.
+// As long as it lives, the library takes nothing above AVX2. What others choose, such as memcpy, stays.
 class HeldAtAVX2 {
  public:
   HeldAtAVX2();

@@ -176,22 +176,9 @@ Text removeCommentedLines(TextView text) {
 
 Text escapeFilesystemCharacters(TextView text) { return replacingUnit(text, u'/', u':'); }
 
-Text escapeQuots(TextView text) {
-  return overwritten<Text>(text.size() + countAnyOf(text, quotes), [text](char16_t* begin) {
-    char16_t* end = rewrite(text, quotes, begin, [](char16_t* out, char16_t quote) {
-      *out++ = u'\\';
-      *out++ = quote;
-      return out;
-    });
-    return end - begin;
-  });
-}
+Text escapeQuots(TextView text) { return prefixingAnyOf(text, quotes, u'\\'); }
 
-Text removeQuots(TextView text) {
-  return overwritten<Text>(text.size(), [text](char16_t* begin) {
-    return rewrite(text, quotes, begin, [](char16_t* out, char16_t) { return out; }) - begin;
-  });
-}
+Text removeQuots(TextView text) { return removingAnyOf(text, quotes); }
 
 std::optional<Text> normalizePath(TextView text) {
   if (!text.starts_with(u"file:")) return stringByStandardizingPath(text);
@@ -207,7 +194,8 @@ Text replaceAllTextFromDictionary(TextView text, const NSDictionary& replacement
   if (replacements.count() == 0) return current;
   requireRange("replaceAllTextFromDictionary:options:range:", range, text.size());
   for (const auto& [key, value] : replacements)
-    if (auto replaced = replaceWithin(current, range, key, value->description(), options)) current = std::move(*replaced);
+    if (auto replaced = replaceWithin(current, range, key, value->description(), options))
+      current = std::move(*replaced);
   return current;
 }
 

@@ -13,8 +13,8 @@ static_assert(cellEnds.size() == 1 + lineTerminators.size());
 
 }  // namespace
 
-// One walk over the tabs and line ends of the text. That CR LF is one line end and not two makes no difference here: the
-// line between them is empty, and empty lines do not count.
+// One walk over the tabs and line ends of the text. That CR LF is one line end and not two makes no difference here:
+// the line between them is empty, and empty lines do not count.
 TSVTable::TSVTable(Text text) : myText(std::move(text)) {
   UnitPlaces ends(myText, cellEnds);
   for (std::size_t line = 0; line < myText.size();) {

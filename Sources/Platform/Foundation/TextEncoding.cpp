@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "Platform/Foundation/UTF8Runs.h"
 #include "Platform/Foundation/Overwrite.h"
+#include "Platform/Foundation/UTF8Runs.h"
 
 namespace kelvane {
 namespace {
@@ -194,8 +194,15 @@ char* encodeInto(char* out, TextView text, IllFormed policy) {
 }
 
 std::string encode(TextView text, IllFormed policy) {
-  return overwritten<std::string>(utf8SizeLimit(text),
-                                  [&](char* begin) { return encodeInto(begin, text, policy) - begin; });
+  // Most texts are ASCII throughout, and done then. In others what is not stands near the beginning.
+  std::size_t ascii = 0;
+  auto narrowed = overwritten<std::string>(text.size(), [&](char* out) { return ascii = narrowASCII(text, out); });
+  if (ascii == text.size()) return narrowed;
+  const TextView rest = text.substr(ascii);
+  return overwritten<std::string>(ascii + utf8SizeLimit(rest), [&](char* begin) {
+    std::memcpy(begin, narrowed.data(), ascii);
+    return encodeInto(begin + ascii, rest, policy) - begin;
+  });
 }
 
 }  // namespace

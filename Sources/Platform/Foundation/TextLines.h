@@ -38,8 +38,7 @@ class Lines {
     using difference_type = std::ptrdiff_t;
 
     Iterator() = default;
-    explicit Iterator(TextView text)
-        : myText(text), myTerminators(text, lineTerminators), myIsDone(text.empty()) {
+    explicit Iterator(TextView text) : myText(text), myTerminators(text, lineTerminators), myIsDone(text.empty()) {
       if (!myIsDone) myContentsEnd = myTerminators.next();
     }
 
@@ -68,8 +67,8 @@ class Lines {
     void startNext() {
       myStart = myContentsEnd + 1;
       myContentsEnd = myTerminators.next();
-      const bool isPair = myContentsEnd == myStart && myText[myStart - 1] == u'\r' &&
-                          myStart < myText.size() && myText[myStart] == u'\n';
+      const bool isPair = myContentsEnd == myStart && myText[myStart - 1] == u'\r' && myStart < myText.size() &&
+                          myText[myStart] == u'\n';
       if (!isPair) return;
       ++myStart;
       myContentsEnd = myTerminators.next();

@@ -91,8 +91,7 @@ class UnitPlaces : public MarkedPlaces<UnitMarker> {
 class NeedlePlaces : public MarkedPlaces<NeedleMarker> {
  public:
   NeedlePlaces() = default;
-  NeedlePlaces(TextView text, TextView needle, std::size_t from = 0)
-      : MarkedPlaces(NeedleMarker{text, needle}, from) {}
+  NeedlePlaces(TextView text, TextView needle, std::size_t from = 0) : MarkedPlaces(NeedleMarker{text, needle}, from) {}
 };
 
 }  // namespace kelvane

@@ -92,7 +92,8 @@ std::size_t countLanes(TextView text, IsMarked isMarked) {
   std::size_t i = 0;
   for (; i + lanes <= text.size(); i += lanes) count += hn::CountTrue(d, isMarked(hn::LoadU(d, units + i)));
   const std::size_t left = text.size() - i;
-  return left == 0 ? count : count + hn::CountTrue(d, hn::And(hn::FirstN(d, left), isMarked(loadLast(units + i, left))));
+  return left == 0 ? count
+                   : count + hn::CountTrue(d, hn::And(hn::FirstN(d, left), isMarked(loadLast(units + i, left))));
 }
 
 std::size_t countUnitHere(TextView text, char16_t unit) {
@@ -164,6 +165,58 @@ void replaceUnitHere(TextView text, char16_t from, char16_t to, char16_t* out) {
   for (; i < text.size(); ++i) out[i] = text[i] == from ? to : text[i];
 }
 
+#if HWY_TARGET == HWY_AVX3_DL
+
+// One instruction puts the lanes that are kept next to each other. On other machines that takes so many that copying
+// the runs between the special units is faster.
+char16_t* removeAnyOfHere(TextView& text, const UnitSet& set, char16_t* out) {
+  const std::uint16_t* units = unitsOf(text);
+  auto* written = reinterpret_cast<std::uint16_t*>(out);
+  const std::size_t done = withMembership(set, [&](auto isMember) {
+    const Units d;
+    const std::size_t lanes = hn::Lanes(d);
+    std::size_t i = 0;
+    for (; i + lanes <= text.size(); i += lanes) {
+      const auto vector = hn::LoadU(d, units + i);
+      written += hn::CompressStore(vector, hn::Not(isMember(vector)), d, written);
+    }
+    return i;
+  });
+  text.remove_prefix(done);
+  return reinterpret_cast<char16_t*>(written);
+}
+
+// Each code unit is widened to a pair with the prefix before it, and the prefixes that are not wanted are left out.
+char16_t* prefixAnyOfHere(TextView& text, const UnitSet& set, char16_t prefix, char16_t* out) {
+  const std::uint16_t* units = unitsOf(text);
+  auto* written = reinterpret_cast<std::uint16_t*>(out);
+  const std::size_t done = withMembership(set, [&](auto isMember) {
+    const Units d;
+    const hn::RepartitionToWide<Units> dPairs;
+    const std::size_t pairs = hn::Lanes(dPairs);
+    const auto prefixes = hn::Set(dPairs, std::uint32_t{prefix});
+    const auto isUnit = hn::Ne(hn::BitCast(d, hn::Set(dPairs, 0xFFFF0000U)), hn::Zero(d));
+    std::size_t i = 0;
+    // Whole vectors are stored, so there must be room for one more behind the last.
+    for (; i + 2 * pairs <= text.size(); i += pairs) {
+      const auto low = hn::PromoteTo(dPairs, hn::LoadU(hn::Half<Units>(), units + i));
+      const auto high = hn::ShiftLeft<16>(low);
+      const auto isKept = hn::Or(isUnit, isMember(hn::BitCast(d, hn::Or(low, high))));
+      written += hn::CompressStore(hn::BitCast(d, hn::Or(prefixes, high)), isKept, d, written);
+    }
+    return i;
+  });
+  text.remove_prefix(done);
+  return reinterpret_cast<char16_t*>(written);
+}
+
+#else
+
+char16_t* removeAnyOfHere(TextView&, const UnitSet&, char16_t* out) { return out; }
+char16_t* prefixAnyOfHere(TextView&, const UnitSet&, char16_t, char16_t* out) { return out; }
+
+#endif
+
 }  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kelvane
@@ -181,6 +234,8 @@ HWY_EXPORT(countAnyOfHere);
 HWY_EXPORT(markAnyOfHere);
 HWY_EXPORT(markEndsHere);
 HWY_EXPORT(replaceUnitHere);
+HWY_EXPORT(removeAnyOfHere);
+HWY_EXPORT(prefixAnyOfHere);
 
 }  // namespace
 
@@ -214,6 +269,14 @@ Text replacingUnit(TextView text, char16_t from, char16_t to) {
     HWY_DYNAMIC_DISPATCH(replaceUnitHere)(text, from, to, out);
     return text.size();
   });
+}
+
+char16_t* removeAnyOfByVectors(TextView& text, const UnitSet& set, char16_t* out) {
+  return HWY_DYNAMIC_DISPATCH(removeAnyOfHere)(text, set, out);
+}
+
+char16_t* prefixAnyOfByVectors(TextView& text, const UnitSet& set, char16_t prefix, char16_t* out) {
+  return HWY_DYNAMIC_DISPATCH(prefixAnyOfHere)(text, set, prefix, out);
 }
 
 }  // namespace kelvane

@@ -58,4 +58,12 @@ KELVANE_EXPORT void markEnds(TextView text, TextView needle, std::uint64_t* mark
 // `text` with every `from` replaced by `to`.
 KELVANE_EXPORT Text replacingUnit(TextView text, char16_t from, char16_t to);
 
+// Writes the beginning of `text` without the members of `set`, as far as the machine does it fast by vectors (most
+// cannot, and write nothing), and takes it from `text`. Returns the end of what is written; `out` must have room for
+// all of it.
+char16_t* removeAnyOfByVectors(TextView& text, const UnitSet& set, char16_t* out);
+
+// The same with `prefix` put before each member. `out` must have room for the whole text and its prefixes.
+char16_t* prefixAnyOfByVectors(TextView& text, const UnitSet& set, char16_t prefix, char16_t* out);
+
 }  // namespace kelvane

@@ -1,51 +1,162 @@
 #include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <bit>
+#include <random>
 
+#include "Platform/Foundation/TextEncoding.h"
+#include "Platform/Foundation/TextPlaces.h"
+#include "Platform/Foundation/TextRewrite.h"
 #include "Platform/Foundation/TextScan.h"
+#include "Platform/Foundation/TextSearch.h"
+#include "Platform/Foundation/VectorTargets.h"
 #include "Support/TextPrinting.h"
 
 namespace kelvane {
 namespace {
 
-// Every place in texts of every length up to a few machine words; the neighbours of a unit differ from it in one byte.
-TEST(TextScan, FindsAUnitAtEveryPlaceOfEveryLength) {
-  static constexpr UnitSet full{u'\n', u'\r', u'\x85', u'\x2028', u'\x2029', u'"', u'\xD800', u'\0'};
-  static constexpr UnitSet single{u'\x2028'};
-  for (std::size_t length = 0; length <= 70; ++length) {
-    Text text(length, u'\x2128');
-    for (std::size_t i = 0; i < length; ++i)
-      if (i % 3 == 0) text[i] = u'\x2027';
-    ASSERT_EQ(findAnyOf(text, full), length);
-    ASSERT_EQ(findAnyOf(text, full, length + 5), length);
-    ASSERT_EQ(findUnit(text, u'\x2028', length + 5), length);
-    for (std::size_t place = 0; place < length; ++place) {
-      const char16_t kept = text[place];
-      text[place] = full.units()[place % 8];
-      const Text before = text;
-      ASSERT_EQ(findAnyOf(text, full), place);
-      ASSERT_EQ(findAnyOf(text, full, place), place);
-      ASSERT_EQ(findAnyOf(text, full, place + 1), length);
-      text[place] = u'\x2028';
-      ASSERT_EQ(findAnyOf(text, single), place);
-      ASSERT_EQ(findUnit(text, u'\x2028'), place);
-      ASSERT_EQ(findUnit(text, u'\x2028', place + 1), length);
-      text[place] = kept;
+constexpr UnitSet sets[] = {{u'\x2028'},
+                            {u'"', u'\''},
+                            {u'\n', u'\r', u'\x85', u'\x2028'},
+                            {u'\n', u'\r', u'\x85', u'\x2028', u'\x2029', u'\t'},
+                            {u'\n', u'\r', u'\x85', u'\x2028', u'\x2029', u'"', u'\xD800', u'\0'}};
+
+// Runs each test on every instruction set that the machine has.
+class TextScan : public testing::TestWithParam<std::int64_t> {
+ protected:
+  void SetUp() override { useVectorTargets(GetParam()); }
+  void TearDown() override { useVectorTargets(supportedVectorTargets()); }
+};
+
+std::vector<std::int64_t> supportedTargets() {
+  std::vector<std::int64_t> targets;
+  for (std::int64_t left = supportedVectorTargets(); left != 0; left &= left - 1) targets.push_back(left & -left);
+  return targets;
+}
+
+INSTANTIATE_TEST_SUITE_P(Targets, TextScan, testing::ValuesIn(supportedTargets()), [](const auto& row) {
+  return "bit" + std::to_string(std::countr_zero(static_cast<std::uint64_t>(row.param)));
+});
+
+// A text at the very end of readable memory: whatever reads behind it ends the program.
+class TextBeforeAGap {
+ public:
+  explicit TextBeforeAGap(TextView text) : mySize(2 * static_cast<std::size_t>(sysconf(_SC_PAGESIZE))) {
+    myPages = static_cast<char*>(mmap(nullptr, mySize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+    mprotect(myPages + mySize / 2, mySize / 2, PROT_NONE);
+    auto* start = reinterpret_cast<char16_t*>(myPages + mySize / 2) - text.size();
+    std::copy(text.begin(), text.end(), start);
+    myText = TextView(start, text.size());
+  }
+  ~TextBeforeAGap() { munmap(myPages, mySize); }
+  TextBeforeAGap(const TextBeforeAGap&) = delete;
+  TextBeforeAGap& operator=(const TextBeforeAGap&) = delete;
+
+  TextView text() const { return myText; }
+
+ private:
+  std::size_t mySize;
+  char* myPages;
+  TextView myText;
+};
+
+// Everything that the loops tell of one text, against loops of one line each.
+void expectAsPlainLoops(TextView text, const UnitSet& set) {
+  const auto isMember = [&](char16_t unit) { return set.contains(unit); };
+  std::vector<std::size_t> expected;
+  Text without, prefixed, replaced;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (isMember(text[i])) expected.push_back(i);
+    if (isMember(text[i])) prefixed += u'\\';
+    if (!isMember(text[i])) without += text[i];
+    prefixed += text[i];
+    replaced += text[i] == u'"' ? u'\'' : text[i];
+  }
+  std::vector<std::size_t> found;
+  UnitPlaces places(text, set);
+  for (std::size_t place = places.next(); place != text.size(); place = places.next()) found.push_back(place);
+  ASSERT_EQ(found, expected);
+  ASSERT_EQ(places.next(), text.size());
+  ASSERT_EQ(findAnyOf(text, set), expected.empty() ? text.size() : expected.front());
+  ASSERT_EQ(
+      findAnyOf(text, set, text.size() / 2),
+      std::find_if(text.begin() + static_cast<std::ptrdiff_t>(text.size() / 2), text.end(), isMember) - text.begin());
+  ASSERT_EQ(findAnyOf(text, set, text.size() + 5), text.size());
+  ASSERT_EQ(findUnit(text, u'"'), std::min(text.find(u'"'), text.size()));
+  ASSERT_EQ(countAnyOf(text, set), expected.size());
+  ASSERT_EQ(countUnit(text, u'"'), static_cast<std::size_t>(std::count(text.begin(), text.end(), u'"')));
+  ASSERT_EQ(replacingUnit(text, u'"', u'\''), replaced);
+  ASSERT_EQ(removingAnyOf(text, set), without);
+  ASSERT_EQ(prefixingAnyOf(text, set, u'\\'), prefixed);
+}
+
+// Texts of the members of all sets and of units that differ from one of them in a bit or a byte.
+Text randomText(std::mt19937& random, std::size_t length, std::uint32_t membersOfAHundred) {
+  constexpr TextView others = u"ab\x220A\x0A0A\x2027\x202A\x8500\x0085\x2228\xD801\xFFFF";
+  Text text;
+  for (std::size_t i = 0; i < length; ++i)
+    text += random() % 100 < membersOfAHundred ? u"\n\r\x85\x2028\x2029\t\"'\xD800"[random() % 9]
+                                               : others[random() % others.size()];
+  return text;
+}
+
+TEST_P(TextScan, TellsWhatPlainLoopsTell) {
+  std::mt19937 random(4711);
+  for (std::size_t length = 0; length <= 150; ++length)
+    for (const std::uint32_t membersOfAHundred : {0U, 3U, 30U, 100U}) {
+      const TextBeforeAGap text(randomText(random, length, membersOfAHundred));
+      for (const UnitSet& set : sets) expectAsPlainLoops(text.text(), set);
+    }
+  // Beyond what is marked, rewritten and copied at a time.
+  for (const std::size_t length : {255U, 256U, 257U, 511U, 513U, 5000U})
+    for (const std::uint32_t membersOfAHundred : {0U, 1U, 50U}) {
+      const Text text = randomText(random, length, membersOfAHundred);
+      for (const UnitSet& set : sets) expectAsPlainLoops(text, set);
+    }
+}
+
+// The first places of matches, searched by hand.
+TEST_P(TextScan, FindsNeedlesOfEveryLengthWhereverTheyBegin) {
+  std::mt19937 random(42);
+  for (std::size_t length = 0; length <= 300; length += 1 + length / 40) {
+    Text text;
+    for (std::size_t i = 0; i < length; ++i) text += u"ab"[random() % 2];
+    const TextBeforeAGap guarded(text);
+    for (const TextView needle :
+         {u"a", u"ab", u"aba", u"abbab", u"aaaaaaaaaa", u"bababababbababababbababababbababababb"}) {
+      TextFinder finder(guarded.text(), needle);
+      for (std::size_t from = 0;;) {
+        const std::size_t expected = text.find(needle, from);
+        const auto found = finder.find(from, length);
+        ASSERT_EQ(found.has_value(), expected != Text::npos);
+        if (!found) break;
+        ASSERT_EQ(found->location, expected);
+        from = found->end();
+      }
     }
   }
 }
 
-TEST(TextScan, CountsAndReplacesEveryUnit) {
-  for (std::size_t length = 0; length <= 70; ++length) {
+// What is written is read back, whatever runs of one, two, three and four bytes follow each other.
+TEST_P(TextScan, TranscodesRunsOfEveryLength) {
+  constexpr TextView kinds[] = {u"a", u"é", u"中", u"\xFFFD", u"\xD83D\xDE00", u"ࠀ"};
+  constexpr std::string_view bytes[] = {"a", "é", "中", "\xEF\xBF\xBD", "\xF0\x9F\x98\x80", "ࠀ"};
+  std::mt19937 random(7);
+  for (int round = 0; round < 400; ++round) {
     Text text;
-    for (std::size_t i = 0; i < length; ++i) text += i % 3 == 0 ? u'\x161' : u'a';
-    Text expected = text;
-    std::replace(expected.begin(), expected.end(), u'a', u'\x161');
-    ASSERT_EQ(countUnit(text, u'a'), length - (length + 2) / 3);
-    ASSERT_EQ(replacingUnit(text, u'a', u'\x161'), expected);
-    ASSERT_EQ(replacingUnit(text, u'b', u'c'), text);
+    std::string expected;
+    while (text.size() < 200) {
+      const std::size_t kind = random() % std::size(kinds);
+      for (std::size_t run = 1 + random() % (round % 2 ? 60 : 5); run > 0; --run) {
+        text += kinds[kind];
+        expected += bytes[kind];
+      }
+    }
+    ASSERT_EQ(utf8(text), expected);
+    ASSERT_EQ(textFromUTF8(expected), text);
   }
-  EXPECT_EQ(countUnit(Text(70000, u'x'), u'x'), 70000U);
 }
 
 }  // namespace
