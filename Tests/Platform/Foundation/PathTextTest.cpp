@@ -58,6 +58,47 @@ TEST(PathText, ExpandsTildes) {
     EXPECT_EQ(NSHomeDirectoryForUser(name), std::nullopt) << utf8(name);
 }
 
+TEST(PathText, TakesPathsApart) {
+  const struct {
+    TextView path, last, above, extension, withoutExtension;
+  } rows[] = {
+      {u"/a/b.tar.gz", u"b.tar.gz", u"/a", u"gz", u"/a/b.tar"},
+      {u"/a//b.d///", u"b.d", u"/a", u"d", u"/a//b"},
+      {u"a.b/c", u"c", u"a.b", u"", u"a.b/c"},
+      {u"/a", u"a", u"/", u"", u"/a"},
+      {u"//a", u"a", u"/", u"", u"//a"},
+      {u"a", u"a", u"", u"", u"a"},
+      {u"/", u"/", u"/", u"", u"/"},
+      {u"//", u"/", u"/", u"", u"/"},
+      {u"", u"", u"", u"", u""},
+      {u".profile", u".profile", u"", u"", u".profile"},
+      {u"/.profile.bak", u".profile.bak", u"/", u"bak", u"/.profile"},
+      {u"b.", u"b.", u"", u"", u"b."},
+      {u"/a/..", u"..", u"/a", u"", u"/a/.."},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(utf8(row.path));
+    EXPECT_EQ(lastPathComponent(row.path), row.last);
+    EXPECT_EQ(stringByDeletingLastPathComponent(row.path), row.above);
+    EXPECT_EQ(pathExtension(row.path), row.extension);
+    EXPECT_EQ(stringByDeletingPathExtension(row.path), row.withoutExtension);
+  }
+  static_assert(std::same_as<decltype(lastPathComponent(Text())), Text>, "no view of what is gone");
+}
+
+TEST(PathText, PutsPathsTogether) {
+  const TextView joined[][3] = {{u"/a", u"b", u"/a/b"}, {u"/a//", u"//b/c//", u"/a/b/c"},
+                                {u"/", u"b", u"/b"},    {u"", u"b", u"b"},
+                                {u"a", u"", u"a"},      {u"/", u"/", u"/"}};
+  for (const auto& [path, component, expected] : joined)
+    EXPECT_EQ(stringByAppendingPathComponent(path, component), expected) << utf8(path);
+  const TextView extended[][3] = {
+      {u"/a/b", u"txt", u"/a/b.txt"}, {u"b/", u"d", u"b.d"}, {u"/", u"d", u"/"}, {u"", u"d", u""}};
+  for (const auto& [path, extension, expected] : extended)
+    EXPECT_EQ(stringByAppendingPathExtension(path, extension), expected) << utf8(path);
+  EXPECT_TRUE(isAbsolutePath(u"/a") && isAbsolutePath(u"~") && !isAbsolutePath(u"a/") && !isAbsolutePath(u""));
+}
+
 TEST(HomeDirectory, ComesFromTheUserDatabaseUnlessHOMEIsAbsolute) {
   const passwd* entry = getpwuid(geteuid());
   const Text expected = entry ? textFromFileSystem(entry->pw_dir) : u"/";
