@@ -87,7 +87,7 @@ void appendArgument(Text& out, const FormatConversion& conversion, const FormatA
       out += description(argument.object());
       break;
     case FormatArgument::Kind::Bytes:
-      out += argument.bytes() ? textFromUTF8(argument.bytes()) : Text(u"(null)");
+      out += textFromUTF8(argument.bytes());
       break;
     case FormatArgument::Kind::Address:
       appendAddress(out, argument.address());

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
+#include <string_view>
 #include <type_traits>
 
 #include "Platform/Foundation/Export.h"
@@ -20,7 +22,7 @@
 // every "%" begins a conversion. Text from elsewhere can only be an argument. The result is the same in every locale.
 //
 //   %@                  Text, a view, an optional one or an object (its description); nil prints "(null)"
-//   %s                  bytes that end with NUL, read as UTF-8; null prints "(null)"
+//   %s                  bytes read as UTF-8: std::string, std::string_view, or up to NUL; null prints "(null)"
 //   %d  %ld             signed integers of up to 32 and 64 bits (also truth values: 1 or 0)
 //   %u %x %X  %lu %lx   unsigned integers of up to 32 and 64 bits
 //   %c                  one code unit
@@ -48,7 +50,9 @@ class KELVANE_EXPORT FormatArgument {
   FormatArgument(const Ref<T>& object) : FormatArgument(static_cast<const NSObject*>(object.get())) {}
   FormatArgument(const NSObject* object) : myKind(Kind::Object), myAddress(object) {}
   FormatArgument(const NSObject& object) : FormatArgument(&object) {}
-  FormatArgument(const char* bytes) : myKind(Kind::Bytes), myAddress(bytes) {}
+  FormatArgument(const char* bytes) : FormatArgument(bytes ? std::string_view(bytes) : std::string_view("(null)")) {}
+  FormatArgument(const std::string& bytes) : FormatArgument(std::string_view(bytes)) {}
+  FormatArgument(std::string_view bytes) : myKind(Kind::Bytes), myBytes(bytes) {}
   template <std::signed_integral T>
   FormatArgument(T number) : myKind(Kind::Signed), mySigned(number) {}
   template <std::unsigned_integral T>
@@ -61,7 +65,7 @@ class KELVANE_EXPORT FormatArgument {
   Kind kind() const { return myKind; }
   TextView text() const { return myText; }
   const NSObject* object() const { return static_cast<const NSObject*>(myAddress); }
-  const char* bytes() const { return static_cast<const char*>(myAddress); }
+  std::string_view bytes() const { return myBytes; }
   const void* address() const { return myAddress; }
   std::int64_t signedNumber() const { return mySigned; }
   std::uint64_t unsignedNumber() const { return myUnsigned; }
@@ -71,6 +75,7 @@ class KELVANE_EXPORT FormatArgument {
   Kind myKind;
   union {
     TextView myText;
+    std::string_view myBytes;
     const void* myAddress;
     std::int64_t mySigned;
     std::uint64_t myUnsigned;
@@ -132,7 +137,7 @@ constexpr bool printsType(const FormatConversion& conversion) {
   constexpr bool isNull = std::same_as<Value, std::nullptr_t>;
   constexpr bool isText = std::convertible_to<Value, TextView> || std::same_as<Value, std::optional<Text>> ||
                           std::same_as<Value, std::optional<TextView>>;
-  constexpr bool isBytes = std::convertible_to<Value, const char*> && !isNull;
+  constexpr bool isBytes = std::convertible_to<Value, std::string_view> && !isNull;
   constexpr bool isObject = std::convertible_to<Value, Ref<const NSObject>> || std::derived_from<Value, NSObject> ||
                             std::convertible_to<Value, const NSObject*>;
   constexpr bool isUnit = std::same_as<Value, char16_t>;

@@ -26,8 +26,8 @@ static_assert(prints<int>(u"%d") && prints<bool>(u"%d") && prints<long>(u"%ld") 
 static_assert(!prints<long>(u"%d") && !prints<unsigned>(u"%d") && !prints<double>(u"%d") && !prints<char16_t>(u"%d"));
 static_assert(prints<unsigned char>(u"%02x") && prints<std::size_t>(u"%lu") && prints<std::uint32_t>(u"%-9X"));
 static_assert(!prints<int>(u"%u") && !prints<std::size_t>(u"%x") && !prints<bool>(u"%u") && !prints<char16_t>(u"%x"));
-static_assert(prints<const char*>(u"%s") && prints<char[4]>(u"%s") && !prints<Text>(u"%s") &&
-              !prints<std::string>(u"%s"));
+static_assert(prints<const char*>(u"%s") && prints<char[4]>(u"%s") && prints<std::string>(u"%s") &&
+              prints<std::string_view>(u"%s") && !prints<Text>(u"%s"));
 static_assert(prints<Text>(u"%@") && prints<char16_t[4]>(u"%@") && prints<std::optional<TextView>>(u"%@") &&
               prints<Ref<NSString>>(u"%@") && prints<const NSObject*>(u"%@") && prints<std::nullptr_t>(u"%@"));
 static_assert(!prints<int>(u"%@") && !prints<const char*>(u"%@") && !prints<void*>(u"%@") &&
@@ -57,6 +57,7 @@ TEST(Format, PrintsEachKind) {
       {format(u"'%@' '%@' '%@'", Text(), TextView(), std::optional<Text>(u"t")), u"'' '' 't'"},
       {format(u"%@", Text(u"a\0b", 3)), Text(u"a\0b", 3)},
       {format(u"%@ %@ %s", object, *object, noBytes), u"nested %@ nested %@ (null)"},
+      {format(u"%s|%s", std::string("a\0b", 3), std::string_view()), Text(u"a\0b|", 4)},
       {format(u"%@ %@ %@ %@", nothing, noObject, std::optional<TextView>(), nullptr), u"(null) (null) (null) (null)"},
       {format(u"%d %d %ld", true, static_cast<signed char>(-1), -5L), u"1 -1 -5"},
       {format(u"%ld %d", std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int32_t>::min()),
