@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Platform/Foundation/CollectionDescription.h"
 #include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/NSNumber.h"
 #include "Platform/Foundation/Raise.h"
@@ -29,15 +30,14 @@ const Ref<NSObject>& NSArray::objectAtIndex(std::size_t index) const {
 }
 
 std::size_t NSArray::indexOfObject(const Ref<NSObject>& object) const {
-  const auto place =
-      std::find_if(begin(), end(), [&](const auto& element) { return kelvane::isEqual(element, object); });
+  const auto place = std::find_if(begin(), end(), [&](const auto& element) { return areEqual(element, object); });
   return place == end() ? NSNotFound : static_cast<std::size_t>(place - begin());
 }
 
 bool NSArray::isEqual(const NSObject& other) const {
   const NSArray* array = as<NSArray>(&other);
   return array && std::equal(begin(), end(), array->begin(), array->end(),
-                             [](const auto& a, const auto& b) { return kelvane::isEqual(a, b); });
+                             [](const auto& a, const auto& b) { return areEqual(a, b); });
 }
 
 std::size_t NSArray::hash() const {
@@ -47,13 +47,19 @@ std::size_t NSArray::hash() const {
 }
 
 Text NSArray::description() const {
-  Text text = u"(";
-  for (const Ref<NSObject>& element : myElements) {
-    if (&element != &myElements.front()) text += u", ";
-    text += element->description();
-  }
-  text += u')';
+  Text text;
+  appendDescription(text, {});
   return text;
+}
+
+void NSArray::appendDescription(Text& out, const DescriptionNesting& within) const {
+  CollectionDescription lines(out, *this, within, u'(', u')');
+  for (const Ref<NSObject>& element : myElements) {
+    if (!lines.startLine()) break;
+    element->appendDescription(out, lines.nesting());
+    if (&element != &myElements.back()) out += u',';
+  }
+  lines.end();
 }
 
 Ref<NSObject> NSArray::copy() const {

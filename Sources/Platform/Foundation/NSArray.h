@@ -29,12 +29,14 @@ class KELVANE_EXPORT NSArray : public NSObject {
   auto begin() const { return myElements.begin(); }
   auto end() const { return myElements.end(); }
 
-  static constexpr std::size_t NSNotFound = static_cast<std::size_t>(-1);
+  static constexpr std::size_t NSNotFound = kelvane::NSNotFound;
 
   bool isEqual(const NSObject& other) const override;
   std::size_t hash() const override;
-  // "(a, b, c)".
+  // One element to a line, indented by 4 blanks, between "(" and ")", with commas between them; "()" when there are
+  // none. An array that holds itself shows as "(...)" within.
   Text description() const override;
+  void appendDescription(Text& out, const DescriptionNesting& within) const override;
   Ref<NSObject> copy() const override;
   Ref<NSObject> mutableCopy() const override;
   // The values that the elements have for the key, in an array; null objects for nil. "@count" is the number of

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "Platform/Foundation/CollectionDescription.h"
 #include "Platform/Foundation/NSNumber.h"
 #include "Platform/Foundation/Raise.h"
 
@@ -32,9 +33,8 @@ std::vector<Text> NSDictionary::allKeys() const {
 bool NSDictionary::isEqual(const NSObject& other) const {
   const NSDictionary* dictionary = as<NSDictionary>(&other);
   return dictionary &&
-         std::equal(begin(), end(), dictionary->begin(), dictionary->end(), [](const auto& a, const auto& b) {
-           return a.first == b.first && kelvane::isEqual(a.second, b.second);
-         });
+         std::equal(begin(), end(), dictionary->begin(), dictionary->end(),
+                    [](const auto& a, const auto& b) { return a.first == b.first && areEqual(a.second, b.second); });
 }
 
 std::size_t NSDictionary::hash() const {
@@ -44,15 +44,21 @@ std::size_t NSDictionary::hash() const {
 }
 
 Text NSDictionary::description() const {
-  Text text = u"{";
-  for (const auto& [key, value] : myEntries) {
-    text += key;
-    text += u" = ";
-    text += value->description();
-    text += u"; ";
-  }
-  text += u'}';
+  Text text;
+  appendDescription(text, {});
   return text;
+}
+
+void NSDictionary::appendDescription(Text& out, const DescriptionNesting& within) const {
+  CollectionDescription lines(out, *this, within, u'{', u'}');
+  for (const auto& [key, value] : myEntries) {
+    if (!lines.startLine()) break;
+    appendQuotedUnlessWord(out, key);
+    out += u" = ";
+    value->appendDescription(out, lines.nesting());
+    out += u';';
+  }
+  lines.end();
 }
 
 Ref<NSObject> NSDictionary::copy() const {

@@ -32,8 +32,18 @@ class KELVANE_EXPORT NSDictionary : public NSObject {
 
   bool isEqual(const NSObject& other) const override;
   std::size_t hash() const override;
-  // "{a = 1; b = 2; }".
+  // One "key = value;" to a line, indented by 4 blanks, between "{" and "}"; "{}" when there are none. A dictionary
+  // that holds itself shows as "{...}" within.
+  //
+  //   {
+  //       name = "Ann B";
+  //       numbers = (
+  //           1,
+  //           2
+  //       );
+  //   }
   Text description() const override;
+  void appendDescription(Text& out, const DescriptionNesting& within) const override;
   Ref<NSObject> copy() const override;
   Ref<NSObject> mutableCopy() const override;
   // The object under the key, or nil. "@count" is the number of entries; any other key that begins with "@" is a

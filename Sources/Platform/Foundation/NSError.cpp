@@ -35,8 +35,7 @@ Text NSError::localizedDescription() const {
 
 bool NSError::isEqual(const NSObject& other) const {
   const NSError* error = as<NSError>(&other);
-  return error && error->myDomain == myDomain && error->myCode == myCode &&
-         kelvane::isEqual(error->myUserInfo, myUserInfo);
+  return error && error->myDomain == myDomain && error->myCode == myCode && areEqual(error->myUserInfo, myUserInfo);
 }
 
 std::size_t NSError::hash() const { return std::hash<Text>()(myDomain) * 31 + static_cast<std::size_t>(myCode); }

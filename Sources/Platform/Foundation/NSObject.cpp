@@ -46,6 +46,8 @@ Text NSObject::description() const {
   return u"<" + className() + u": 0x" + textFromISOLatin1({digits, end}) + u">";
 }
 
+void NSObject::appendDescription(Text& out, const DescriptionNesting&) const { out += description(); }
+
 Text NSObject::className() const {
   int status = 0;
   char* demangled = abi::__cxa_demangle(typeid(*this).name(), nullptr, nullptr, &status);

@@ -10,7 +10,14 @@
 
 namespace kelvane {
 
+class NSObject;
 class PropertyTable;
+
+// Where an object stands in the description of collections: within `object`, which itself stands within `outer`.
+struct DescriptionNesting {
+  const NSObject* object = nullptr;
+  const DescriptionNesting* outer = nullptr;
+};
 
 // What all objects share: equality, a text form, copying, and reading and writing of properties by name.
 //
@@ -41,6 +48,9 @@ class KELVANE_EXPORT NSObject : public std::enable_shared_from_this<NSObject> {
   virtual std::size_t hash() const;
   // What "%@" prints: "<ClassName: 0x...>", unless a class says otherwise.
   virtual Text description() const;
+  // Appends what stands for this object in the description of a collection: its own description, unless a class says
+  // otherwise. Text is put in quotes there, and a collection in a collection is indented by 4 blanks more.
+  virtual void appendDescription(Text& out, const DescriptionNesting& within) const;
   // The class's own name, without namespaces.
   Text className() const;
 
@@ -92,7 +102,8 @@ Ref<T> as(const Ref<U>& object) {
   return std::dynamic_pointer_cast<T>(object);
 }
 
-// Equality of references: nil equals nil and nothing else.
+// Equality of references: nil equals nil and nothing else. Within a class that overrides the member of the same name,
+// which hides this one, it is to be had as `areEqual`.
 KELVANE_EXPORT bool isEqual(const NSObject* a, const NSObject* b);
 template <class T, class U>
 bool isEqual(const Ref<T>& a, const Ref<U>& b) {
@@ -103,11 +114,21 @@ bool isEqual(const Ref<T>& a, std::nullptr_t) {
   return a == nullptr;
 }
 
-// The description of what a reference holds; "(null)" for nil.
+template <class A, class B>
+bool areEqual(const A& a, const B& b) {
+  return isEqual(a, b);
+}
+
+// The description of what a reference holds; "(null)" for nil. Within a class that overrides the member of the same
+// name it is to be had as `descriptionOf`.
 KELVANE_EXPORT Text description(const NSObject* object);
 template <class T>
 Text description(const Ref<T>& object) {
   return description(object.get());
+}
+template <class Reference>
+Text descriptionOf(const Reference& object) {
+  return description(object);
 }
 
 }  // namespace kelvane

@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "Platform/Foundation/CollectionDescription.h"
 #include "Platform/Foundation/NSNumber.h"
 #include "Platform/Foundation/TextNumbers.h"
 
@@ -19,6 +20,8 @@ bool NSString::isEqual(const NSObject& other) const {
 }
 
 std::size_t NSString::hash() const { return std::hash<TextView>()(myText); }
+
+void NSString::appendDescription(Text& out, const DescriptionNesting&) const { appendQuotedUnlessWord(out, myText); }
 
 Ref<NSObject> NSString::copy() const {
   return selfOr([this] { return std::make_shared<NSString>(myText); });

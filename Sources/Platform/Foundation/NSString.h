@@ -29,6 +29,9 @@ class KELVANE_EXPORT NSString : public NSObject {
   bool isEqual(const NSObject& other) const override;
   std::size_t hash() const override;
   Text description() const override { return myText; }
+  // The text in double quotes, with a backslash before double quotes and backslashes; as it stands when it is nothing
+  // but ASCII letters, digits and "_".
+  void appendDescription(Text& out, const DescriptionNesting& within) const override;
   // A mutable string gives an immutable one of the same text.
   Ref<NSObject> copy() const override;
   Ref<NSObject> mutableCopy() const override;

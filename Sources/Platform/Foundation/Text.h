@@ -27,6 +27,9 @@ struct NSRange {
   friend constexpr bool operator==(const NSRange&, const NSRange&) = default;
 };
 
+// The index of what is nowhere.
+inline constexpr std::size_t NSNotFound = static_cast<std::size_t>(-1);
+
 // A Text that is about to go. What would return a view of it refuses to take one.
 template <class T>
 concept TemporaryText = std::same_as<std::remove_const_t<T>, Text>;

@@ -76,12 +76,12 @@ TEST_F(NSUserDefaultsTest, KeepsCopiesAndRefusesWhatCannotBeSaved) {
   list->addObject(inner);
   defaults.setObject(list, u"list");
   inner->addObject(box(1));
-  EXPECT_EQ(description(defaults.objectForKey(u"list")), u"(())");
+  EXPECT_EQ(description(defaults.objectForKey(u"list")), u"(\n    ()\n)");
   for (const Ref<NSObject>& object : {Ref<NSObject>(NSNull::null()), Ref<NSObject>(box(Text(u"a\0b", 3))),
                                       Ref<NSObject>(NSArray::arrayWithObjects({NSNull::null()}))})
     EXPECT_THROW(defaults.setObject(object, u"list"), std::invalid_argument);
   EXPECT_THROW(defaults.setObject(box(1), u"\x01"), std::invalid_argument);
-  EXPECT_EQ(description(defaults.objectForKey(u"list")), u"(())");
+  EXPECT_EQ(description(defaults.objectForKey(u"list")), u"(\n    ()\n)");
   EXPECT_TRUE(defaults.synchronize());
 }
 
