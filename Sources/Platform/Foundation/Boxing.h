@@ -6,6 +6,7 @@
 #include <limits>
 #include <optional>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include "Platform/Foundation/Geometry.h"
@@ -17,20 +18,35 @@
 //
 //   dictionary->setObject(box(u"Ann"), u"name");
 //   dictionary->setObject(box(30), u"age");
+//   const int age = unbox<int>(dictionary->objectForKey(u"age"));
+//
+// Numbers, truth values, enumerations (as their numbers), text, geometry and ranges, objects that are held by value
+// (NSDate), references, and std::optional of all these, whose nothing is nil.
 namespace kelvane {
 
 inline Ref<NSString> box(Text text) { return std::make_shared<NSString>(std::move(text)); }
 inline Ref<NSString> box(TextView text) { return std::make_shared<NSString>(text); }
 inline Ref<NSObject> box(std::nullptr_t) { return nullptr; }
 inline Ref<NSString> box(const char16_t* text) { return std::make_shared<NSString>(text); }
+// Bytes are no text: give u"..." or textFromUTF8(...).
+Ref<NSString> box(const char* bytes) = delete;
 template <class T>
 requires std::integral<T> || std::floating_point<T> Ref<NSNumber> box(T number) {
   return std::make_shared<NSNumber>(number);
+}
+template <class T>
+requires std::is_enum_v<T> Ref<NSNumber> box(T value) {
+  return std::make_shared<NSNumber>(static_cast<std::underlying_type_t<T>>(value));
 }
 inline Ref<NSValue> box(const CGPoint& point) { return std::make_shared<NSValue>(point); }
 inline Ref<NSValue> box(const CGSize& size) { return std::make_shared<NSValue>(size); }
 inline Ref<NSValue> box(const CGRect& rect) { return std::make_shared<NSValue>(rect); }
 inline Ref<NSValue> box(const NSRange& range) { return std::make_shared<NSValue>(range); }
+// A copy of an object that is held by value.
+template <std::derived_from<NSObject> T>
+Ref<T> box(const T& object) {
+  return std::make_shared<T>(object);
+}
 // What is an object already stays the very one; nothing is nil.
 template <std::derived_from<NSObject> T>
 Ref<T> box(Ref<T> object) {
@@ -44,7 +60,10 @@ Ref<NSObject> box(const std::optional<T>& value) {
 namespace detail {
 
 template <class T>
-struct Unboxer;
+struct Unboxer {
+  static_assert(!std::same_as<T, T>, "no object holds a plain value of this type; Boxing.h lists those that do");
+  static T unbox(const Ref<NSObject>& object);
+};
 
 [[noreturn]] KELVANE_EXPORT void raiseWrongKind(const NSObject* object, std::string_view wanted);
 
@@ -67,6 +86,14 @@ struct Unboxer<T> {
   }
 };
 
+template <class T>
+requires std::is_enum_v<T>
+struct Unboxer<T> {
+  static T unbox(const Ref<NSObject>& object) {
+    return static_cast<T>(Unboxer<std::underlying_type_t<T>>::unbox(object));
+  }
+};
+
 template <>
 struct Unboxer<Text> {
   static Text unbox(const Ref<NSObject>& object) {
@@ -83,6 +110,15 @@ struct Unboxer<T> {
     const NSValue* value = as<NSValue>(object.get());
     if (!value || !value->get<T>()) raiseWrongKind(object.get(), "a geometry value");
     return *value->get<T>();
+  }
+};
+
+template <std::derived_from<NSObject> T>
+struct Unboxer<T> {
+  static T unbox(const Ref<NSObject>& object) {
+    const T* value = as<T>(object.get());
+    if (!value) raiseWrongKind(object.get(), "an object of the property's class");
+    return *value;
   }
 };
 
@@ -105,7 +141,8 @@ struct Unboxer<std::optional<T>> {
 }  // namespace detail
 
 // The plain value in `object`. Numbers convert among their kinds as NSNumber says, narrower integers keep their low
-// bits; std::invalid_argument when the object is of another kind, or nil where T has no nil.
+// bits, and an enumeration takes any number that its underlying type can hold; std::invalid_argument when the object is
+// of another kind, or nil where T has no nil.
 template <class T>
 T unbox(const Ref<NSObject>& object) {
   return detail::Unboxer<T>::unbox(object);
