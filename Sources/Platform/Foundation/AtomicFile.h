@@ -36,9 +36,9 @@ KELVANE_EXPORT FileContents readFile(const std::string& path, std::size_t limit,
 // temporary file in the same folder: ".kelvane-save-" and 16 hexadecimal digits. An error means the same, except that
 // the temporary file is removed (unless that fails too):
 //  - before and at the renaming: the old file is untouched, or there is still none;
-//  - in flushing the folder: the new file is there whole, but a loss of power may bring the old one back. Saving again
-//  is
-//    the remedy for both. File systems that cannot flush a folder (EINVAL) are no failure.
+//  - in flushing the folder: the new file is there whole, but a loss of power may bring the old one back.
+//
+// Saving again is the remedy for both. File systems that cannot flush a folder (EINVAL) are no failure.
 //
 // A symbolic link at `path` stays, and its target is replaced, or created if there is none. As for the system, 40 links
 // in a row are followed and more are std::errc::too_many_symbolic_link_levels. What is neither a regular file nor

@@ -18,13 +18,12 @@ namespace kelvane {
 //
 // Reading finds what was set, else what is registered as default. Setting changes the memory; `synchronize` makes it
 // durable. A save never loses what was there:
-//  - it writes beside, flushes and renames (AtomicFile.h), so that a crash leaves the old file or the new one whole;
-//  - it reads the file again under a lock, and writes only the keys that were changed here on top, so that processes
-//  that
-//    save at the same time lose no key that only one of them changed. Of a key that both changed the later save counts.
+//
+//  - it writes beside, flushes and renames (AtomicFile.h): a crash leaves the old file or the new one whole;
+//  - it reads the file again under a lock and writes only the keys that were changed here on top: of processes that
+//    save at the same time none loses a key that it alone changed, and of a key that several changed the last counts.
 //    The lock is a file beside, "NAME.plist.lock", which stays;
-//  - a file that cannot be read is set aside as "NAME.plist.damaged-1", reported to the system log, and never
-//  overwritten.
+//  - a file that makes no sense is set aside as "NAME.plist.damaged-1" and reported to the system log.
 //
 // Any thread. Observers are called on the thread that makes a change, without any lock held.
 class KELVANE_EXPORT NSUserDefaults {
