@@ -29,17 +29,11 @@ constexpr bool splits = requires(T text) {
   componentsSeparatedByLineSeparators(std::forward<T>(text));
 };
 template <class T>
-constexpr bool givesFirstLine = requires(T text) {
+constexpr bool cuts = requires(T text) {
   firstLine(std::forward<T>(text));
-};
-template <class T>
-constexpr bool cutsToToken = requires(T text) {
-  substringToToken(std::forward<T>(text), u"="sv);
-};
-template <class T>
-constexpr bool cutsFromToken = requires(T text) {
-  substringFromToken(std::forward<T>(text), u"="sv);
-};
+}
+|| requires(T text) { substringToToken(std::forward<T>(text), u"="sv); }
+|| requires(T text) { substringFromToken(std::forward<T>(text), u"="sv); };
 
 static_assert(trims<Text> && trims<Text&> && trims<const Text&> && trims<TextView> && trims<const char16_t*>);
 static_assert(std::same_as<decltype(trim(Text())), Text>);
@@ -47,45 +41,20 @@ static_assert(std::same_as<decltype(stringByRemovingSurroundingWhitespace(Text()
 static_assert(std::same_as<decltype(trim(std::declval<const Text&>())), TextView>);
 static_assert(std::same_as<decltype(trim(u" x ")), TextView>);
 static_assert(!splits<Text> && splits<Text&> && splits<TextView> && splits<const char16_t*>);
-static_assert(!givesFirstLine<Text> && givesFirstLine<Text&> && givesFirstLine<TextView>);
-static_assert(!cutsToToken<Text> && cutsToToken<Text&> && cutsToToken<TextView>);
-static_assert(!cutsFromToken<Text> && cutsFromToken<Text&> && cutsFromToken<TextView>);
+static_assert(!cuts<Text> && cuts<Text&> && cuts<TextView>);
 
 // A view that was trimmed or cut is a slice of the receiver, not a copy.
 bool isSliceOf(TextView slice, TextView whole) {
   return slice.data() >= whole.data() && slice.data() + slice.size() <= whole.data() + whole.size();
 }
 
-TEST(NSStringLines, SplitWhereLinesEnd) {
-  const struct {
-    const char* name;
-    TextView text;
-    std::vector<TextView> lines;
-  } rows[] = {
-      {"empty", u""sv, {}},
-      {"one line", u"a"sv, {u"a"sv}},
-      {"terminator at the end", u"a\n"sv, {u"a"sv, u""sv}},
-      {"only terminators", u"\n\n"sv, {u""sv, u""sv, u""sv}},
-      {"CR LF is one", u"a\r\nb"sv, {u"a"sv, u"b"sv}},
-      {"LF CR is two", u"a\n\rb"sv, {u"a"sv, u""sv, u"b"sv}},
-      {"CR CR LF is two", u"\r\r\n"sv, {u""sv, u""sv, u""sv}},
-      {"CR at the end", u"a\r"sv, {u"a"sv, u""sv}},
-      {"NEL and the separators",
-       u"a\x85"
-       u"b\x2028"
-       u"c\x2029"
-       u"d"sv,
-       {u"a"sv, u"b"sv, u"c"sv, u"d"sv}},
-      {"VT, FF, NUL and lone surrogates end nothing", u"a\v\f\0\xD800\xDC00\xDBFF"sv, {u"a\v\f\0\xD800\xDC00\xDBFF"sv}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    const auto lines = componentsSeparatedByLineSeparators(row.text);
-    EXPECT_EQ(lines, row.lines);
-    EXPECT_EQ(numberOfLines(row.text), static_cast<std::int64_t>(row.lines.size()));
-    EXPECT_EQ(firstLine(row.text), row.lines.empty() ? u""sv : row.lines.front());
-    for (const TextView line : lines) EXPECT_TRUE(isSliceOf(line, row.text));
-  }
+// How lines are split stands in TextLinesTest.
+TEST(NSStringLines, AreSlices) {
+  const Text text = u"a\r\n\nb\x2028";
+  EXPECT_EQ(componentsSeparatedByLineSeparators(text), (std::vector<TextView>{u"a", u"", u"b", u""}));
+  EXPECT_EQ(numberOfLines(text), 4);
+  EXPECT_TRUE(firstLine(text) == u"a" && isSliceOf(firstLine(text), text));
+  EXPECT_TRUE(componentsSeparatedByLineSeparators(u"").empty() && firstLine(u"").empty() && numberOfLines(u"") == 0);
 }
 
 TEST(NSStringLines, AMillionOfThem) {
@@ -99,11 +68,8 @@ TEST(NSStringTrim, TakesFourBlanksAndNoOthers) {
     const char* name;
     TextView text, trimmed;
   } rows[] = {
-      {"empty", u""sv, u""sv},
       {"nothing but blanks", u" \t\r\n"sv, u""sv},
-      {"nothing to do", u"x"sv, u"x"sv},
       {"both ends", u"\r\n\t a b \t\n"sv, u"a b"sv},
-      {"one end", u"a "sv, u"a"sv},
       {"other blanks stay", u"\xA0 \v\f\x2028\x85"sv, u"\xA0 \v\f\x2028\x85"sv},
       {"NUL is no blank", u" \0 "sv, u"\0"sv},
   };
@@ -131,15 +97,10 @@ TEST(NSStringTokens, MissingTokensAreAnsweredDifferently) {
 }
 
 TEST(NSStringContains, ComparesCodeUnits) {
-  EXPECT_TRUE(containsString(u"abc", u"bc"sv));
-  EXPECT_FALSE(containsString(u"abc", u"BC"sv));
-  EXPECT_FALSE(containsString(u"abc", u""sv));
-  EXPECT_FALSE(containsString(u"abc", std::nullopt));
-  EXPECT_FALSE(containsString(u"e\x301", u"\xE9"sv));
-  EXPECT_TRUE(containsString(u"\r\n", u"\n"sv));
-  EXPECT_TRUE(containsString(u"\xD83D\xDE00", u"\xDE00"sv));
-  EXPECT_TRUE(isEmpty(u""));
-  EXPECT_FALSE(isEmpty(u" "));
+  EXPECT_TRUE(containsString(u"abc", u"bc"sv) && containsString(u"\xD83D\xDE00", u"\xDE00"sv));
+  for (const OptionalText needle : {OptionalText(u"BC"sv), OptionalText(u""sv), OptionalText()})
+    EXPECT_FALSE(containsString(u"abc", needle));
+  EXPECT_TRUE(isEmpty(u"") && !isEmpty(u" "));
 }
 
 TEST(NSStringRemoval, OfBlanksLinebreaksAndWhatIsNoDigit) {
@@ -150,26 +111,20 @@ TEST(NSStringRemoval, OfBlanksLinebreaksAndWhatIsNoDigit) {
   EXPECT_EQ(digitsOnly(u"+49 (30) 1-\x0663\xFF17\xB2\xBD\xD835\xDFCE"), u"49301\x0663\xFF17"sv);
   const auto vowels = NSCharacterSet::characterSetWithCharactersInString(u"aeiou");
   EXPECT_EQ(stringByRemovingCharactersInCharacterSet(u"education", vowels), u"dctn"sv);
-  EXPECT_EQ(stringByRemovingCharactersInCharacterSet(u"education", vowels.invertedSet()), u"euaio"sv);
-  EXPECT_EQ(stringByRemovingCharactersInCharacterSet(u"", vowels), u""sv);
 }
 
 TEST(NSStringNormalizeTrailing0, CutsBothEnds) {
-  const std::pair<TextView, TextView> rows[] = {
-      {u"2.50", u"2.5"}, {u"1.500", u"1.5"},  {u"3.000", u"3.0"},    {u"7.0", u"7.0"}, {u"0.25", u".25"},
-      {u"100", u"1"},    {u"10", u"1"},       {u"0", u""},           {u"", u""},       {u"000", u""},
-      {u"0.0", u".0"},   {u"-0.50", u"-0.5"}, {u"1.0e10", u"1.0e1"},
-  };
+  const std::pair<TextView, TextView> rows[] = {{u"2.50", u"2.5"},   {u"3.000", u"3.0"},   {u"0.25", u".25"},
+                                                {u"100", u"1"},      {u"0", u""},          {u"0.0", u".0"},
+                                                {u"-0.50", u"-0.5"}, {u"1.0e10", u"1.0e1"}};
   for (const auto& [text, normalized] : rows) EXPECT_EQ(normalizeTrailing0(text), normalized) << utf8(text);
 }
 
 TEST(NSStringMaking, RepeatsAndBlanks) {
   EXPECT_EQ(NSStringExtensions::stringWithSequenz(u"ab", 3), u"ababab"sv);
-  EXPECT_EQ(NSStringExtensions::stringWithSequenz(u"ab", 0), u""sv);
   EXPECT_EQ(NSStringExtensions::stringWithSequenz(u"", ~std::uint64_t{0}), u""sv);
   EXPECT_THROW(NSStringExtensions::stringWithSequenz(u"ab", ~std::uint64_t{0} / 2 + 1), std::length_error);
   EXPECT_EQ(NSStringExtensions::stringWithWhiteSpace(3), u"   "sv);
-  EXPECT_EQ(NSStringExtensions::stringWithWhiteSpace(0), u""sv);
   EXPECT_EQ(NSStringExtensions::stringWithWhiteSpace(std::numeric_limits<std::int64_t>::min()), u""sv);
   Text text = u"a";
   appendStringLn(text, u"b");
@@ -192,20 +147,8 @@ TEST(NSStringUniqueString, IsARandomUUID) {
 TEST(NSStringComments, AreRemovedByLines) {
   EXPECT_EQ(removeCommentedLines(u"a\r\n  # b\r\n\t#\rc#\x2028 d \n"), u"a\nc#\n d \n"sv);
   EXPECT_EQ(removeCommentedLines(u"#a\n #b"), u""sv);
-  EXPECT_EQ(removeCommentedLines(u"#a\n"), u""sv);
   EXPECT_EQ(removeCommentedLines(u"\n#a\n\n"), u"\n\n"sv);
-  EXPECT_EQ(removeCommentedLines(u""), u""sv);
   EXPECT_EQ(removeCommentedLines(u"\xA0#a"), u"\xA0#a"sv);
-}
-
-TEST(NSStringQuotes, AreEscapedAndRemoved) {
-  EXPECT_EQ(escapeQuots(u"\"x'"), u"\\\"x\\'"sv);
-  EXPECT_EQ(escapeQuots(u"\\\""), u"\\\\\""sv);
-  EXPECT_EQ(removeQuots(u"\"x'"), u"x"sv);
-  EXPECT_EQ(removeQuots(u"''\"\""), u""sv);
-  EXPECT_EQ(removeQuots(u"\x2019\xFF02"), u"\x2019\xFF02"sv);
-  EXPECT_EQ(escapeQuots(u""), u""sv);
-  EXPECT_EQ(escapeFilesystemCharacters(u"/a/b:c\\"), u":a:b:c\\"sv);
 }
 
 // The plain way judges the way that copies whole runs: every length around the vector widths, quotes at every place.
@@ -214,7 +157,7 @@ TEST(NSStringQuotes, AgreeWithThePlainWay) {
   for (std::size_t length = 0; length < 70; ++length) {
     for (int turn = 0; turn < 20; ++turn) {
       Text text;
-      for (std::size_t i = 0; i < length; ++i) text += u"ab\"'\x2222\x0127"[random() % 6];
+      for (std::size_t i = 0; i < length; ++i) text += u"a\\\"'\x2222\x0127"[random() % 6];
       Text escaped, removed;
       for (const char16_t unit : text) {
         const bool isQuote = unit == u'"' || unit == u'\'';
@@ -226,6 +169,7 @@ TEST(NSStringQuotes, AgreeWithThePlainWay) {
       ASSERT_EQ(removeQuots(text), removed);
     }
   }
+  EXPECT_EQ(escapeFilesystemCharacters(u"/a/b:c\\"), u":a:b:c\\"sv);
 }
 
 TEST(NSStringNormalizePath, ReadsPathsAndFileURLs) {
@@ -237,20 +181,12 @@ TEST(NSStringNormalizePath, ReadsPathsAndFileURLs) {
       {u"file:///tmp/a%20b/", u"/tmp/a b"sv},
       {u"file://host/tmp/x?q#f", u"/tmp/x"sv},
       {u"file:/a/%2E%2E/b", u"/b"sv},
-      {u"file:a/b", u"a/b"sv},
-      {u"file:///a%FFb",
-       u"/a\xDCFF"
-       u"b"sv},
+      {u"file:///a%FF", u"/a\xDCFF"sv},
       {u"file:", std::nullopt},
-      {u"file://host", std::nullopt},
       {u"file:///a b", std::nullopt},
       {u"file:///a%2", std::nullopt},
-      {u"file:///a%zz", std::nullopt},
       {u"FILE:///a", u"FILE:/a"sv},
-      {u"~/x/./y", u"/home/ann/x/y"sv},
       {u"~", u"/home/ann"sv},
-      {u"~no-such-user-here/x", u"~no-such-user-here/x"sv},
-      {u"/a//b/../c/", u"/a/c"sv},
       {u"", u""sv},
   };
   for (const auto& row : rows) EXPECT_EQ(normalizePath(row.text), row.path) << utf8(row.text);

@@ -30,29 +30,12 @@ TEST(NSCharacterSet, PredefinedSets) {
 
 TEST(NSCharacterSet, MadeSetsHoldWhatTheyAreMadeFrom) {
   using Set = NSCharacterSet;
-  const Text all = membersOf(Set::characterSetWithRange({0, 0x10000}));
-  constexpr std::size_t huge = SIZE_MAX;
-  const struct {
-    const char* name;
-    Set set;
-    Text members;
-  } rows[] = {
-      {"no units", Set::characterSetWithCharactersInString(u""), u""},
-      {"units across words", Set::characterSetWithCharactersInString(u"\xFFFF?@a?"), u"?@a\xFFFF"},
-      {"a range", Set::characterSetWithRange({0x3E, 4}), u">?@A"},
-      {"an empty range", Set::characterSetWithRange({0x41, 0}), u""},
-      {"a range that overflows", Set::characterSetWithRange({0xFFFE, huge}), u"\xFFFE\xFFFF"},
-      {"a range beyond all", Set::characterSetWithRange({0x10041, 1}), u""},
-      {"a range far beyond all", Set::characterSetWithRange({huge, huge}), u""},
-      {"a predicate", Set::characterSetWithUnitsWhere([](char16_t unit) { return unit % 0x4000 == 1; }),
-       u"\x1\x4001\x8001\xC001"},
-      {"an inverted set", Set::characterSetWithRange({1, 0xFFFE}).invertedSet(), Text(u"\0\xFFFF", 2)},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(membersOf(row.set), row.members) << row.name;
-    EXPECT_EQ(membersOf(row.set).size() + membersOf(row.set.invertedSet()).size(), all.size()) << row.name;
-  }
-  EXPECT_EQ(all.size(), 0x10000U);
+  const Set units = Set::characterSetWithCharactersInString(u"\xFFFF?@a?");
+  EXPECT_EQ(membersOf(units), u"?@a\xFFFF");
+  EXPECT_EQ(membersOf(units.invertedSet()).size(), 0x10000U - 4);
+  EXPECT_EQ(membersOf(Set::characterSetWithRange({0x3E, 4})), u">?@A");
+  EXPECT_EQ(membersOf(Set::characterSetWithRange({0xFFFE, NSNotFound})), u"\xFFFE\xFFFF");
+  EXPECT_EQ(membersOf(Set::characterSetWithRange({0x10041, 1})), u"");
 }
 
 }  // namespace

