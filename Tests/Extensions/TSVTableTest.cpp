@@ -38,13 +38,10 @@ TEST(TSVTable, ReadsLinesAsRows) {
     TextView text;
     std::vector<Entries> rows;
   } rows[] = {
-      {"only comments and empty lines", u"#a\n\n#b\n"sv, {}},
       {"comment, empty cell, cell too many",
        u"# people\nname\tage\n\nBob\t\nAnn\t30\textra"sv,
        {{{u"name"sv, u"Bob"sv}}, {{u"name"sv, u"Ann"sv}, {u"age"sv, u"30"sv}}}},
-      {"a comment begins at the line's start only", u"a\n #x\n#y"sv, {{{u"a"sv, u" #x"sv}}}},
       {"blanks and quotes stay", u"a\tb\n \"x\" \t'\n"sv, {{{u"a"sv, u" \"x\" "sv}, {u"b"sv, u"'"sv}}}},
-      {"rows without a cell are none", u"a\tb\n\t\n\t\t\tx\n"sv, {}},
       {"empty names are names", u"\tb\nx\ty\n"sv, {{{u""sv, u"x"sv}, {u"b"sv, u"y"sv}}}},
       {"a later column of the same name counts", u"a\ta\n1\t2\n"sv, {{{u"a"sv, u"2"sv}}}},
       {"unless its cell is empty", u"a\tb\ta\n1\t2\t\n"sv, {{{u"a"sv, u"1"sv}, {u"b"sv, u"2"sv}}}},
@@ -89,7 +86,7 @@ TEST(TSVTable, AgreesWithThePlainWay) {
   std::mt19937 random(20260131);
   for (int turn = 0; turn < 3000; ++turn) {
     Text text;
-    for (std::size_t length = random() % 40; text.size() < length;) text += u"ab\t\t\n\r#\x2029"[random() % 8];
+    for (std::size_t length = random() % 40; text.size() < length;) text += u"ab\t\t\n\r# \x2029"[random() % 9];
     std::vector<std::map<TextView, TextView>> expected;
     std::optional<std::vector<TextView>> header;
     for (const TextView line : componentsSeparatedByLineSeparators(text)) {

