@@ -5,7 +5,8 @@
 #include "Platform/Foundation/Export.h"
 #include "Platform/Foundation/Text.h"
 
-// The failures that are thrown and not answered with nil. Every message names the operation and the value, in UTF-8.
+// The failures that are thrown and not answered with nil. Every message names the operation and the value, in UTF-8; an
+// operation that ends with ":" is not given another one. Any thread.
 namespace kelvane {
 
 // Throws std::invalid_argument with "operation: reason".

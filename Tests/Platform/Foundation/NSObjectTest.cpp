@@ -162,6 +162,9 @@ TEST(NSObject, WhatCannotBeReadOrWrittenIsRefused) {
   refused(box(u"x"), u"ratio");
   refused(box(u"x"), u"shout");
   refused(box(NSDate()), u"born");
+  EXPECT_THAT([&] { person.setValueForKey(nullptr, u"age"); },
+              ThrowsMessage<std::invalid_argument>(
+                  std::string("setValue:forKey: unbox: a number is wanted, not '(null)', for key 'age'")));
   for (const TextView key : {u"", u"Name", u"nam", u"names", u"n\xE4me"}) {
     const auto names = [key](const char* operation) {
       return ThrowsMessage<std::invalid_argument>(
