@@ -25,13 +25,10 @@ constexpr bool trims = requires(T text) {
   trim(std::forward<T>(text));
 };
 template <class T>
-constexpr bool splits = requires(T text) {
-  componentsSeparatedByLineSeparators(std::forward<T>(text));
-};
-template <class T>
 constexpr bool cuts = requires(T text) {
   firstLine(std::forward<T>(text));
 }
+|| requires(T text) { componentsSeparatedByLineSeparators(std::forward<T>(text)); }
 || requires(T text) { substringToToken(std::forward<T>(text), u"="sv); }
 || requires(T text) { substringFromToken(std::forward<T>(text), u"="sv); };
 
@@ -40,7 +37,6 @@ static_assert(std::same_as<decltype(trim(Text())), Text>);
 static_assert(std::same_as<decltype(stringByRemovingSurroundingWhitespace(Text())), Text>);
 static_assert(std::same_as<decltype(trim(std::declval<const Text&>())), TextView>);
 static_assert(std::same_as<decltype(trim(u" x ")), TextView>);
-static_assert(!splits<Text> && splits<Text&> && splits<TextView> && splits<const char16_t*>);
 static_assert(!cuts<Text> && cuts<Text&> && cuts<TextView>);
 
 // A view that was trimmed or cut is a slice of the receiver, not a copy.
