@@ -59,9 +59,9 @@ std::size_t TextFinder::findForwards(std::size_t from, std::size_t end) {
   for (std::size_t place = myPlaces.next(); place < places; place = myPlaces.next()) {
     if (place < from) continue;
     myWalkedTo = place + 1;
-    const std::size_t equal = commonPrefix(myNeedle, myText.substr(place));
-    if (equal == myNeedle.size()) return place;
-    comparisons += equal;
+    const TextView candidate = myText.substr(place, myNeedle.size());
+    if (candidate == myNeedle) return place;
+    comparisons += commonPrefix(myNeedle, candidate);
     if (comparisons > comparisonsPerUnit * (place - from + 64)) return findByPrefixTable(place + 1, end);
   }
   myWalkedTo = places;
@@ -108,6 +108,11 @@ Text foldCase(TextView text) {
   std::size_t i = 0;
   while (i < folded.size()) {
     const std::size_t start = i;
+    if (folded[i] < 0x80) {
+      if (folded[i] >= u'A' && folded[i] <= u'Z') folded[i] |= 0x20;
+      ++i;
+      continue;
+    }
     char32_t character;
     U16_NEXT(folded.data(), i, folded.size(), character);
     if (U_IS_SURROGATE(character)) continue;
