@@ -90,7 +90,8 @@ def read(path):
         name, _, promise = key.partition("|")
         if promise and name in rows:
             rows[name].promises[promise] = value
-    return sorted(rows.values(), key=lambda row: row.promise("order"))
+    # In the order of the sources; what only shows the machine stands at the end.
+    return sorted(rows.values(), key=lambda row: (not row.times["ours"], row.promise("order")))
 
 
 def verdict_text(verdict):
