@@ -91,7 +91,8 @@ LogFile writeLinesAlsoToSystemLog() {
 
 // The same bytes by bare system calls, that many at a time.
 void writeBytes(int count, std::size_t linesAtATime) {
-  const std::string line = "INFO moveFileToTrash:120 - Moved '/home/ann/Documents/letters/landlord.txt' after 123456 tries.\n";
+  const std::string line =
+      "INFO moveFileToTrash:120 - Moved '/home/ann/Documents/letters/landlord.txt' after 123456 tries.\n";
   std::string bytes;
   for (std::size_t i = 0; i < linesAtATime; ++i) bytes += line;
   const int file = open(logPath().c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
@@ -142,7 +143,8 @@ const Subject files([] {
   Row("log to a file, buffered")
       .ours([] { return writeLines(million, false); }, contentsOf)
 #ifdef BENCH_SPDLOG
-      .peer("spdlog", [] { return writeLines(fileLogger(false), million); }, contentsOf)
+      .peer(
+          "spdlog", [] { return writeLines(fileLogger(false), million); }, contentsOf)
 #endif
       .limit("write(2) of 64 KiB", [] { writeBytes(million, 690); })
       .per("line", million)
@@ -151,7 +153,8 @@ const Subject files([] {
   Row("log to a file, each line flushed")
       .ours([] { return writeLines(million, true); }, contentsOf)
 #ifdef BENCH_SPDLOG
-      .peer("spdlog", [] { return writeLines(fileLogger(true), million); }, contentsOf)
+      .peer(
+          "spdlog", [] { return writeLines(fileLogger(true), million); }, contentsOf)
 #endif
       .limit("write(2)", [] { writeBytes(million, 1); })
       .per("line", million)

@@ -137,15 +137,17 @@ const Subject propertyList([] {
   Row("property list: read")
       .ours([] { return readPropertyList(document()); }, counted)
 #ifdef BENCH_LIBPLIST
-      .peer("libplist", [] { return parsed(document()); }, counted)
+      .peer(
+          "libplist", [] { return parsed(document()); }, counted)
 #endif
       .reach(3);
 
   Row("property list: write")
       .ours([] { return writePropertyList(preferences()).bytes; }, counted)
 #ifdef BENCH_LIBPLIST
-      .peer("libplist", [root = std::shared_ptr<Plist>(new Plist(parsed(document())))] { return PlistBytes(*root); },
-            [](const PlistBytes& bytes) { return countOf(bytes.view()); })
+      .peer(
+          "libplist", [root = std::shared_ptr<Plist>(new Plist(parsed(document())))] { return PlistBytes(*root); },
+          [](const PlistBytes& bytes) { return countOf(bytes.view()); })
 #endif
       .reach(3);
 });
@@ -190,8 +192,9 @@ const Subject loading([] {
   Row("preferences: load")
       .ours([] { return std::make_unique<NSUserDefaults>(textFromUTF8(loadedPath)); }, isThere)
 #ifdef BENCH_LIBPLIST
-      .peer("libplist", [] { return parsed(readFile(loadedPath, sizeLimit).bytes); },
-            [](const Plist& root) { return countOf(root) == keyCount; })
+      .peer(
+          "libplist", [] { return parsed(readFile(loadedPath, sizeLimit).bytes); },
+          [](const Plist& root) { return countOf(root) == keyCount; })
 #endif
 #ifdef BENCH_QT
       .peer(
@@ -302,7 +305,8 @@ const Subject reading([] {
     for (const Text& key : keys()) made.push_back(qt(key));
     return made;
   }();
-  row.peer("QSettings", [store = std::shared_ptr<QSettings>(qtSettings(qtFile("Read.ini")))] { return readByType(*store, qtKeys); });
+  row.peer("QSettings",
+           [store = std::shared_ptr<QSettings>(qtSettings(qtFile("Read.ini")))] { return readByType(*store, qtKeys); });
 #endif
 });
 

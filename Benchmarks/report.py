@@ -162,31 +162,38 @@ STYLE = """
 
 
 def plot(rows):
-    """Bars on a logarithmic scale: how many times as fast as the fastest peer; a mark where the row means to be."""
+    """Bars on a logarithmic scale, to the right of 1 where we are faster; a mark where the row means to be."""
     rows = [row for row in rows if row.ratio()]
-    left, right, step, top = 270, 60, 22, 28
-    scale = 430 / math.log10(max([10, *(row.ratio() for row in rows)]) * 2)
-    place = lambda ratio: left + max(0.0, math.log10(max(ratio, 0.5) * 2)) * scale
-    width, height = place(0.5) + 430 + right, top + step * len(rows) + 26
-    parts = [f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width:.0f} {height}" width="{width:.0f}" '
-             f'height="{height}" role="img"><title>Speed against the fastest peer</title><style>{STYLE}</style>',
-             f'<text x="{left}" y="14">times as fast as the fastest other library; the mark is where we mean to be</text>']
-    for tick in (1, 3, 10, 30, 100, 300, 1000):
-        if place(tick) <= width - right:
-            parts.append(f'<line class="axis" x1="{place(tick):.1f}" x2="{place(tick):.1f}" y1="{top - 4}" '
-                         f'y2="{height - 22}" stroke-opacity="{0.9 if tick == 1 else 0.3}"/>'
-                         f'<text x="{place(tick):.1f}" y="{height - 8}" text-anchor="middle">{tick}x</text>')
+    values = [value for row in rows for value in (row.ratio(), row.promise("reach")) if value]
+    low, high = min([0.5, *values]), max([10, *values])
+    left, width, step, top = 250, 760, 22, 44
+    bottom = top + step * len(rows)
+
+    def place(ratio):
+        return left + math.log(ratio / low) / math.log(high / low) * (width - left - 60)
+
+    parts = [f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {bottom + 26}" width="{width}" '
+             f'height="{bottom + 26}" role="img"><title>Speed against the fastest other library</title>'
+             f"<style>{STYLE}</style>",
+             '<text x="8" y="16">How many times as fast as the fastest other library. '
+             "The mark is where we mean to be: green is met, amber is short.</text>"]
+    for tick in (0.1, 0.3, 1, 3, 10, 30, 100, 300, 1000):
+        if low <= tick <= high:
+            x = f"{place(tick):.1f}"
+            parts.append(f'<line class="axis" x1="{x}" x2="{x}" y1="{top - 8}" y2="{bottom + 4}" '
+                         f'stroke-opacity="{1 if tick == 1 else 0.3}"/>'
+                         f'<text x="{x}" y="{bottom + 19}" text-anchor="middle">{tick:g}x</text>')
     for index, row in enumerate(rows):
         y = top + index * step
         kind = {True: "met", False: "short", None: "none"}[row.verdict()]
-        end = place(row.ratio())
-        parts.append(f'<text x="{left - 8}" y="{y + 13}" text-anchor="end">{escape(row.name)}</text>'
-                     f'<rect class="{kind}" x="{left}" y="{y + 2}" width="{max(1.0, end - left):.1f}" height="14" rx="2"/>')
+        start, end = sorted((place(1), place(row.ratio())))
+        parts.append(f'<text x="{left - 12}" y="{y + 13}" text-anchor="end">{escape(row.name)}</text>'
+                     f'<rect class="{kind}" x="{start:.1f}" y="{y + 2}" width="{max(1.0, end - start):.1f}" height="14"/>')
         if row.promise("reach"):
             mark = place(row.promise("reach"))
             parts.append(f'<line class="reach" x1="{mark:.1f}" x2="{mark:.1f}" y1="{y}" y2="{y + 18}"/>')
             end = max(end, mark)
-        parts.append(f'<text x="{end + 6:.1f}" y="{y + 13}">{row.ratio():.3g}x</text>')
+        parts.append(f'<text x="{end + 6:.1f}" y="{y + 13}">{row.ratio():.2g}x</text>')
     return "\n".join([*parts, "</svg>", ""])
 
 

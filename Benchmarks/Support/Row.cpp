@@ -56,13 +56,16 @@ std::size_t Row::heapBytes() {
 
 Row& Row::addOurs(const std::function<TryOut()>& tryOut, const Timing& timing) {
   add("ours", "ours", tryOut, timing);
-  if (comparesWithAVX2()) {
-    add("avx2", "ours at AVX2", tryOut, [timing](benchmark::State& state) {
-      const HeldAtAVX2 held;
-      timing(state);
-    });
-  }
-  return *this;
+  if (!comparesWithAVX2()) return *this;
+  const auto heldTryOut = [tryOut] {
+    const HeldAtAVX2 held;
+    return tryOut();
+  };
+  const auto heldTiming = [timing](benchmark::State& state) {
+    const HeldAtAVX2 held;
+    timing(state);
+  };
+  return add("avx2", "ours at AVX2", heldTryOut, heldTiming);
 }
 
 Row& Row::add(const std::string& kind, const std::string& name, std::function<TryOut()> tryOut, Timing timing) {

@@ -17,11 +17,12 @@ namespace kelvane::bench {
 // One line of the table that `./kelvane bench` prints. Each contestant does the same work on the same input and returns
 // what came of it; before anything is timed, all results of a row must be the same (Fingerprint.h).
 //
-//   const Subject text([] {
-//     Row("trim").ours([] { return trim(line()); })
-//                .peer("Qt", [] { return QStringView(line()).trimmed(); })
-//                .limit("memchr", [] { return scanned(line()); })
-//                .reach(1);
+//   const Subject trimming([] {
+//     Row("trim")
+//         .ours([] { return trim(mixedText()); })
+//         .peer("Qt", [] { return QStringView(mixedText()).trimmed(); })
+//         .limit("memchr", [] { return scanned(mixedText()); })
+//         .reach(1);
 //   });
 //
 // Making and destroying the result is timed, as its user pays for both; what a contestant captures is not. Peers are
@@ -41,7 +42,7 @@ class Row {
   Row& peer(const std::string& name, Work work, Compared compared = {}) {
     return add("peer", name, tryOutOf(work, compared), timingOf(work));
   }
-  // What the machine itself takes: memcpy, memchr, a bare system call. Its result is not compared.
+  // What the machine itself takes, of which Limits.h has some. Its result is not compared.
   template <class Work>
   Row& limit(const std::string& name, Work work) {
     return add("limit", name, nullptr, timingOf(work));
