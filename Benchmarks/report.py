@@ -99,7 +99,7 @@ def verdict_text(verdict):
 
 
 def times_text(row, kind):
-    return ", ".join(f"{name} {row.shown_time(time)}" for name, time in row.times[kind].items())
+    return ", ".join(f"{name} {row.shown_time(time)}" for name, time in sorted(row.times[kind].items()))
 
 
 def memory_line(row, with_avx2):
@@ -111,7 +111,7 @@ def memory_line(row, with_avx2):
         f"{row.name}: memory",
         size(held),
         *([""] if with_avx2 else []),
-        ", ".join(f"{name} {size(count)}" for name, count in peers.items()),
+        ", ".join(f"{name} {size(count)}" for name, count in sorted(peers.items())),
         "",
         f"{best / held:.2f}" if best else "",
         *([""] if with_avx2 else []),
@@ -154,9 +154,9 @@ def aligned(lines):
 
 
 STYLE = """
-  text { font: 12px system-ui, sans-serif; fill: #57606a }
+  text { font: 12px system-ui, sans-serif; fill: #6e7781 }
   .met { fill: #2da44e } .short { fill: #d4a72c } .none { fill: #8c959f }
-  .axis { stroke: #8c959f } .reach { stroke: #57606a; stroke-width: 2 }
+  .axis { stroke: #8c959f } .reach { stroke: #6e7781; stroke-width: 2 }
   @media (prefers-color-scheme: dark) { text { fill: #adbac7 } .reach { stroke: #adbac7 } }
 """
 
@@ -192,7 +192,8 @@ def plot(rows):
         if row.promise("reach"):
             mark = place(row.promise("reach"))
             parts.append(f'<line class="reach" x1="{mark:.1f}" x2="{mark:.1f}" y1="{y}" y2="{y + 18}"/>')
-            end = max(end, mark)
+            # The number stands beside its bar, and steps aside where the mark would cross it.
+            end = mark if end <= mark < end + 50 else end
         parts.append(f'<text x="{end + 6:.1f}" y="{y + 13}">{row.ratio():.2g}x</text>')
     return "\n".join([*parts, "</svg>", ""])
 
