@@ -91,7 +91,7 @@ def read(path):
         if promise and name in rows:
             rows[name].promises[promise] = value
     # In the order of the sources; what only shows the machine stands at the end.
-    return sorted(rows.values(), key=lambda row: (not row.times["ours"], row.promise("order")))
+    return sorted(rows.values(), key=lambda row: (not row.times["ours"], row.promise("order"))), measured["context"]
 
 
 def verdict_text(verdict):
@@ -123,7 +123,7 @@ def memory_line(row, with_avx2):
 def table(rows):
     """The lines of the table, the first being its head."""
     with_avx2 = any(row.times["avx2"] for row in rows)
-    head = ["work", "ours", "at AVX2", "others", "limit", "ratio", "at AVX2", "reach", ""]
+    head = ["work", "ours", "at AVX2", "others", "limit", "ratio", "at AVX2", "reach", "verdict"]
     if not with_avx2:
         head = [column for column in head if column != "at AVX2"]
     lines = [head]
@@ -146,6 +146,17 @@ def table(rows):
         if row.promise("memory"):
             lines.append(memory_line(row, with_avx2))
     return lines
+
+
+def records(rows):
+    """One line for each contestant, with plain numbers."""
+    yield "row", "kind", "contestant", "nanoseconds", "pieces", "held bytes", "ratio", "reach", "verdict"
+    for row in rows:
+        for kind, times in row.times.items():
+            for contestant, time in sorted(times.items()):
+                judged = (row.ratio(kind) or "", row.promise("reach") or "", verdict_text(row.verdict(kind)))
+                yield (row.name, kind, contestant, time, row.count(), row.held[kind, contestant],
+                       *(judged if kind in ("ours", "avx2") else ("", "", "")))
 
 
 def aligned(lines):
@@ -204,15 +215,15 @@ def main():
     parser.add_argument("--tsv", required=True)
     parser.add_argument("--plot")
     arguments = parser.parse_args()
-    rows = read(arguments.measured)
-    lines = table(rows)
+    rows, machine = read(arguments.measured)
     with open(arguments.tsv, "w", encoding="utf-8") as file:
-        file.writelines("\t".join(line) + "\n" for line in lines)
+        file.writelines("\t".join(map(str, record)) + "\n" for record in records(rows))
     if arguments.plot:
         with open(arguments.plot, "w", encoding="utf-8") as file:
             file.write(plot(rows))
-    print(aligned(lines))
+    print(aligned(table(rows)))
     print("\nMedians of processor time. ratio: the fastest other library's time by ours; reach: where we mean to be.")
+    print(f"{machine['num_cpus']} processors of {machine['mhz_per_cpu']} MHz, load {machine['load_avg'][0]:.1f} at the start")
 
 
 if __name__ == "__main__":
