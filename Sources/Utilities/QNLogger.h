@@ -18,6 +18,23 @@ enum class QNLogLevel : std::uint32_t { Debug = 0, Info = 1, Warn = 2, Error = 3
 // Kinds of events, one bit each.
 enum class QNLogEvent : std::uint32_t { Binding = 1, Database = 2, Memory = 4, Transport = 8, Ui = 16, Verbose = 32 };
 
+// A message on its way into the logger, made in silence from what is one. It views what it is made from; how long a
+// literal is, is only counted when the message is written.
+class LogMessage {
+ public:
+  LogMessage(const char16_t* text) : myText(text) {}
+  LogMessage(TextView text) : myText(text.data()), myLength(text.size()) {}
+  LogMessage(const Text& text) : LogMessage(TextView(text)) {}
+
+  TextView view() const { return myLength == unknown ? TextView(myText) : TextView(myText, myLength); }
+
+ private:
+  static constexpr std::size_t unknown = static_cast<std::size_t>(-1);
+
+  const char16_t* myText;
+  std::size_t myLength = unknown;
+};
+
 // The one place where the library and its host report what happens. A message that is at least as severe as the
 // threshold becomes one line, which goes to the system log and, when one is open, to the log file:
 //
@@ -74,22 +91,22 @@ class KELVANE_EXPORT QNLogger {
   // method, in UTF-8.
 
   // lineNumber:fileName:methodName:debug:
-  void debug(int lineNumber, const char* fileName, const char* methodName, TextView debug) {
+  void debug(int lineNumber, const char* fileName, const char* methodName, LogMessage debug) {
     message(QNLogLevel::Debug, lineNumber, fileName, methodName, debug);
   }
   // lineNumber:fileName:methodName:info:
-  void info(int lineNumber, const char* fileName, const char* methodName, TextView info) {
+  void info(int lineNumber, const char* fileName, const char* methodName, LogMessage info) {
     message(QNLogLevel::Info, lineNumber, fileName, methodName, info);
   }
   // lineNumber:fileName:methodName:warn:
   // lineNumber:fileName:methodName:warn:withException:
-  void warn(int lineNumber, const char* fileName, const char* methodName, TextView warn,
+  void warn(int lineNumber, const char* fileName, const char* methodName, LogMessage warn,
             const NSException* withException = nullptr) {
     message(QNLogLevel::Warn, lineNumber, fileName, methodName, warn, withException);
   }
   // lineNumber:fileName:methodName:error:
   // lineNumber:fileName:methodName:error:withException:
-  void error(int lineNumber, const char* fileName, const char* methodName, TextView error,
+  void error(int lineNumber, const char* fileName, const char* methodName, LogMessage error,
              const NSException* withException = nullptr) {
     message(QNLogLevel::Error, lineNumber, fileName, methodName, error, withException);
   }
@@ -97,12 +114,12 @@ class KELVANE_EXPORT QNLogger {
   // for null.
   void nsError(int lineNumber, const char* fileName, const char* methodName, const NSError* nsError);
   // lineNumber:fileName:methodName:fatal:showDialog:
-  void fatal(int lineNumber, const char* fileName, const char* methodName, TextView fatal,
+  void fatal(int lineNumber, const char* fileName, const char* methodName, LogMessage fatal,
              std::same_as<bool> auto showDialog) {
     message(QNLogLevel::Fatal, lineNumber, fileName, methodName, fatal, nullptr, showDialog);
   }
   // lineNumber:fileName:methodName:fatal:withException:
-  void fatal(int lineNumber, const char* fileName, const char* methodName, TextView fatal,
+  void fatal(int lineNumber, const char* fileName, const char* methodName, LogMessage fatal,
              const NSException* withException) {
     message(QNLogLevel::Fatal, lineNumber, fileName, methodName, fatal, withException);
   }
@@ -111,24 +128,24 @@ class KELVANE_EXPORT QNLogger {
   // the line, with the exception's reason when there is one, and then shows a modal alert with the message, on the
   // calling thread, which must be the main one. Below the threshold neither. The alert reads the message as a format
   // without arguments: "%%" gives "%", any other conversion nothing. A level above 4 has an empty label.
-  void message(QNLogLevel logLevel, int lineNumber, const char* fileName, const char* methodName, TextView message,
+  void message(QNLogLevel logLevel, int lineNumber, const char* fileName, const char* methodName, LogMessage message,
                const NSException* withException = nullptr) {
     this->message(logLevel, lineNumber, fileName, methodName, message, withException, false);
   }
-  void message(QNLogLevel logLevel, int lineNumber, const char* fileName, const char* methodName, TextView message,
+  void message(QNLogLevel logLevel, int lineNumber, const char* fileName, const char* methodName, LogMessage message,
                const NSException* withException, std::same_as<bool> auto showDialog) {
     if (myLogLevel > static_cast<std::uint32_t>(logLevel)) return;
-    writeMessage(logLevel, lineNumber, fileName, methodName, message, withException);
-    if (showDialog) showAlert(message);
+    writeMessage(logLevel, lineNumber, fileName, methodName, message.view(), withException);
+    if (showDialog) showAlert(message.view());
   }
 
   // lineNumber:fileName:methodName:event:message:  Writes an event to the system log, whatever the threshold, when a
   // bit of `event` is in the mask. With the bit of Binding the line tells method and line number, else with that of
   // Memory the method. Several bits at once, and bits beyond Verbose, have an empty label.
-  void event(int lineNumber, const char*, const char* methodName, std::uint32_t event, TextView message) {
-    if ((myEventLevel & event) != 0) writeEvent(lineNumber, methodName, event, message);
+  void event(int lineNumber, const char*, const char* methodName, std::uint32_t event, LogMessage message) {
+    if ((myEventLevel & event) != 0) writeEvent(lineNumber, methodName, event, message.view());
   }
-  void event(int lineNumber, const char* fileName, const char* methodName, QNLogEvent event, TextView message) {
+  void event(int lineNumber, const char* fileName, const char* methodName, QNLogEvent event, LogMessage message) {
     this->event(lineNumber, fileName, methodName, static_cast<std::uint32_t>(event), message);
   }
 

@@ -41,16 +41,16 @@ std::uint64_t magnitudeOf(std::int64_t number) {
 }
 
 void appendNumber(Text& out, const FormatConversion& conversion, const PrintedNumber& number) {
-  const std::string_view sign = number.isNegative ? "-" : conversion.showsPlus ? "+" : "";
+  const TextView sign = number.isNegative ? u"-" : conversion.showsPlus ? u"+" : u"";
   const std::size_t length = sign.size() + number.digits.size();
   const std::size_t padding = conversion.width > length ? conversion.width - length : 0;
   // As in C, no zeros before "inf" and "nan".
   const bool isFinite = number.digits.front() != 'i' && number.digits.front() != 'n';
   const bool zeros = conversion.padsWithZeros && !conversion.alignsLeft && isFinite;
   if (!zeros && !conversion.alignsLeft) out.append(padding, u' ');
-  out.append(sign.begin(), sign.end());
+  out += sign;
   if (zeros) out.append(padding, u'0');
-  out.append(number.digits.begin(), number.digits.end());
+  appendASCII(out, number.digits);
   if (conversion.alignsLeft) out.append(padding, u' ');
 }
 
@@ -72,7 +72,7 @@ void appendAddress(Text& out, const void* address) {
   NumberBuffer buffer;
   const auto digits = printUnsigned(buffer, reinterpret_cast<std::uintptr_t>(address), 16);
   out += u"0x";
-  out.append(digits.begin(), digits.end());
+  appendASCII(out, digits);
 }
 
 void appendArgument(Text& out, const FormatConversion& conversion, const FormatArgument& argument) {
@@ -87,7 +87,7 @@ void appendArgument(Text& out, const FormatConversion& conversion, const FormatA
       out += description(argument.object());
       break;
     case FormatArgument::Kind::Bytes:
-      out += textFromUTF8(argument.bytes());
+      appendUTF8(out, argument.bytes());
       break;
     case FormatArgument::Kind::Address:
       appendAddress(out, argument.address());
@@ -105,10 +105,24 @@ void appendArgument(Text& out, const FormatConversion& conversion, const FormatA
   }
 }
 
+// About as many code units as the result takes, so that most grow but once.
+std::size_t likelySize(TextView format, std::span<const FormatArgument> arguments) {
+  constexpr std::size_t numberSize = 12;
+  std::size_t size = format.size();
+  for (const FormatArgument& argument : arguments) {
+    if (argument.kind() == FormatArgument::Kind::String)
+      size += argument.text().size();
+    else
+      size += argument.kind() == FormatArgument::Kind::Bytes ? argument.bytes().size() : numberSize;
+  }
+  return size;
+}
+
 }  // namespace
 
 Text formatArguments(TextView format, std::span<const FormatArgument> arguments) {
   Text out;
+  out.reserve(likelySize(format, arguments));
   std::size_t used = 0;
   std::size_t place = 0;
   while (place < format.size()) {

@@ -1,5 +1,6 @@
 #include "Platform/Foundation/TextEncoding.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -211,16 +212,41 @@ std::string utf8(TextView text) { return encode(text, IllFormed::Replace); }
 
 Text textFromUTF8(std::string_view bytes) { return decode(bytes, IllFormed::Replace); }
 
-std::optional<std::string> isoLatin1(TextView text) {
+void appendASCII(Text& text, std::string_view bytes) {
+  // By pieces, since the string would make one of its own from bytes of another width.
+  constexpr std::size_t pieceSize = 64;
+  char16_t piece[pieceSize];
+  for (; !bytes.empty(); bytes.remove_prefix(std::min(pieceSize, bytes.size()))) {
+    const std::size_t count = std::min(pieceSize, bytes.size());
+    for (std::size_t i = 0; i < count; ++i) piece[i] = static_cast<unsigned char>(bytes[i]);
+    text.append(piece, count);
+  }
+}
+
+void appendUTF8(Text& text, std::string_view bytes) {
+  const bool isASCII = std::ranges::none_of(bytes, [](char byte) { return (byte & 0x80) != 0; });
+  if (isASCII)
+    appendASCII(text, bytes);
+  else
+    text += textFromUTF8(bytes);
+}
+
+bool narrowISOLatin1(TextView text, char* out) {
   char16_t all = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    all |= text[i];
+    out[i] = static_cast<char>(static_cast<unsigned char>(text[i]));
+  }
+  return all <= 0xFF;
+}
+
+std::optional<std::string> isoLatin1(TextView text) {
+  bool isLatin1 = false;
   auto bytes = overwritten<std::string>(text.size(), [&](char* out) {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-      all |= text[i];
-      out[i] = static_cast<char>(static_cast<unsigned char>(text[i]));
-    }
+    isLatin1 = narrowISOLatin1(text, out);
     return text.size();
   });
-  if (all > 0xFF) return std::nullopt;
+  if (!isLatin1) return std::nullopt;
   return bytes;
 }
 

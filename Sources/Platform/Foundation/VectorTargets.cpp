@@ -10,11 +10,11 @@ namespace {
 std::int64_t machineTargets() {
   __builtin_cpu_init();
   const bool hasSSSE3 = __builtin_cpu_supports("ssse3");
-  const bool hasSSE4 = hasSSSE3 && __builtin_cpu_supports("sse4.2") && __builtin_cpu_supports("pclmul") &&
-                       __builtin_cpu_supports("aes");
+  const bool hasSSE4 =
+      hasSSSE3 && __builtin_cpu_supports("sse4.2") && __builtin_cpu_supports("pclmul") && __builtin_cpu_supports("aes");
   // What has these has F16C and LZCNT too, which cannot be asked for everywhere.
-  const bool hasAVX2 = hasSSE4 && __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2") &&
-                       __builtin_cpu_supports("fma");
+  const bool hasAVX2 =
+      hasSSE4 && __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("fma");
   const bool hasAVX3 = hasAVX2 && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl") &&
                        __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq") &&
                        __builtin_cpu_supports("avx512cd");
