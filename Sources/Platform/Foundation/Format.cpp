@@ -65,7 +65,10 @@ void appendInteger(Text& out, const FormatConversion& conversion, const FormatAr
   if (conversion.letter == u'X')
     std::transform(buffer, buffer + digits.size(), buffer,
                    [](char digit) { return digit >= 'a' ? static_cast<char>(digit - 'a' + 'A') : digit; });
-  appendNumber(out, conversion, {false, digits});
+  // As in C, "+" is for signed numbers.
+  FormatConversion unsignedConversion = conversion;
+  unsignedConversion.showsPlus = false;
+  appendNumber(out, unsignedConversion, {false, digits});
 }
 
 void appendAddress(Text& out, const void* address) {

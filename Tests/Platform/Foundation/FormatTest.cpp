@@ -61,6 +61,7 @@ TEST(Format, PrintsEachKind) {
       {format(u"%ld %d", std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int32_t>::min()),
        u"-9223372036854775808 -2147483648"},
       {format(u"%lu %u", std::numeric_limits<std::uint64_t>::max(), std::uint8_t{255}), u"18446744073709551615 255"},
+      {format(u"%+u %+06x", 7U, 0xBEEFU), u"7 00beef"},
       {format(u"%x %X %lx", 0xBEEFU, 0xBEEFU, std::uint64_t{1} << 40), u"beef BEEF 10000000000"},
       {format(u"%c%c", u'\xD83D', u'\xDE00'), u"\xD83D\xDE00"},
       {format(u"%p %p", address, static_cast<void*>(nullptr)), u"0xbeef 0x0"},
