@@ -24,6 +24,12 @@ set(KELVANE_WARNINGS
 set(KELVANE_WARNINGS_MISTAKEN -Wno-restrict -Wno-error=array-bounds -Wno-error=maybe-uninitialized
                               -Wno-error=stringop-overflow -Wno-error=stringop-overread)
 
+# clang, which only builds the fuzzers, does not know all of these.
+if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  set(KELVANE_WARNINGS -Wall -Wextra)
+  set(KELVANE_WARNINGS_MISTAKEN)
+endif()
+
 function(kelvane_warnings target)
   target_compile_options(${target} PRIVATE ${KELVANE_WARNINGS} $<$<BOOL:${KELVANE_WERROR}>:-Werror>
                                            ${KELVANE_WARNINGS_MISTAKEN})

@@ -99,7 +99,8 @@ std::optional<Text> NSURL::path() const {
 
 bool NSURL::isFileURL() const {
   const std::string name = utf8(scheme().value_or(Text()));
-  return std::equal(name.begin(), name.end(), "file", "file" + 4, [](char a, char b) { return (a | 0x20) == b; });
+  constexpr std::string_view file = "file";
+  return std::ranges::equal(name, file, [](char a, char b) { return (a | 0x20) == b; });
 }
 
 bool NSURL::isEqual(const NSObject& other) const {
