@@ -1,6 +1,6 @@
 #include "Extensions/TSVTable.h"
 
-#include <unordered_map>
+#include <map>
 
 #include "Platform/Foundation/TextLines.h"
 #include "Platform/Foundation/TextPlaces.h"
@@ -50,8 +50,9 @@ std::size_t TSVTable::addHeader(std::size_t line, UnitPlaces& ends) {
 }
 
 void TSVTable::linkColumnsOfOneName() {
-  // From the last column to the first, so that each finds the next one of its name.
-  std::unordered_map<TextView, std::size_t> next;
+  // From the last column to the first, so that each finds the next one of its name. A hash table would take quadratic
+  // time for names that were chosen to have one hash.
+  std::map<TextView, std::size_t> next;
   for (std::size_t column = myColumns.size(); column-- > 0;) {
     const auto [known, isNew] = next.try_emplace(slice(myColumns[column].name), column);
     if (isNew) continue;

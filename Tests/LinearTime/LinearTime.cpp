@@ -7,7 +7,9 @@
 #include <valgrind/callgrind.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -91,6 +93,26 @@ auto distinctColumns() {
       cells += u"1\t";
     }
     return names + u'\n' + cells;
+  };
+}
+
+// Column names of eight units which all have the same hash in GNU's standard library: of its two rounds, the second
+// takes back what the first gave.
+auto columnsOfOneHash() {
+  return [](std::size_t size) {
+    constexpr std::uint64_t factor = 0xC6A4A7935BD1E995U;
+    std::uint64_t inverse = 1;
+    for (int step = 0; step < 6; ++step) inverse *= 2 - factor * inverse;
+    const auto mix = [](std::uint64_t number) { return number ^ (number >> 47U); };
+    Text names;
+    for (std::uint64_t first = 0x0041004100410041U; names.size() < size; first += 0x9E3779B97F4A7C15U) {
+      const std::uint64_t hash = (0xC70F6907U ^ (16 * factor) ^ (mix(first * factor) * factor)) * factor;
+      const std::uint64_t halves[] = {first, mix(hash * inverse) * inverse};
+      Text name(8, u' ');
+      std::memcpy(name.data(), halves, sizeof halves);
+      if (name.find_first_of(u"\t\n\r\x85\x2028\x2029") == Text::npos) names += name + u'\t';
+    }
+    return names + u"\n1";
   };
 }
 
@@ -222,6 +244,7 @@ const Row rows[] = {
     {"table: rows of tabs", text(u"a\tb\n", u"\t\t\t\t\n", u""), readTable},
     {"table: one name for all columns", wide(u"a\t", u"1\t"), readTable},
     {"table: one name, one late cell", wide(u"a\t", u"\t"), readTable},
+    {"table: names of one hash", columnsOfOneHash(), readTable},
     {"table: distinct names", distinctColumns(), readTable},
 
     {"search: half-length needle", haystack(u"a", u"", u"a", u"b"), search<0>},
