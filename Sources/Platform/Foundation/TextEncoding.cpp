@@ -213,14 +213,14 @@ std::string utf8(TextView text) { return encode(text, IllFormed::Replace); }
 Text textFromUTF8(std::string_view bytes) { return decode(bytes, IllFormed::Replace); }
 
 void appendASCII(Text& text, std::string_view bytes) {
-  // By pieces, since the string would make one of its own from bytes of another width.
-  constexpr std::size_t pieceSize = 64;
-  char16_t piece[pieceSize];
-  for (; !bytes.empty(); bytes.remove_prefix(std::min(pieceSize, bytes.size()))) {
-    const std::size_t count = std::min(pieceSize, bytes.size());
-    for (std::size_t i = 0; i < count; ++i) piece[i] = static_cast<unsigned char>(bytes[i]);
-    text.append(piece, count);
-  }
+  const std::size_t before = text.size();
+  text.append(bytes.size(), u'\0');
+  char16_t* out = text.data() + before;
+  const auto* in = reinterpret_cast<const unsigned char*>(bytes.data());
+  std::size_t i = 0;
+  for (; i + 8 <= bytes.size(); i += 8)
+    for (std::size_t k = 0; k < 8; ++k) out[i + k] = in[i + k];
+  for (; i < bytes.size(); ++i) out[i] = in[i];
 }
 
 void appendUTF8(Text& text, std::string_view bytes) {
