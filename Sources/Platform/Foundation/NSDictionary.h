@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Platform/Foundation/NSObject.h"
+#include "Platform/Foundation/TextOrder.h"
 
 namespace kelvane {
 
@@ -15,7 +16,7 @@ namespace kelvane {
 // copied.
 class KELVANE_EXPORT NSDictionary : public NSObject {
  public:
-  using Entries = std::map<Text, Ref<NSObject>, std::less<>>;
+  using Entries = std::map<Text, Ref<NSObject>, TextOrder>;
 
   NSDictionary() = default;
   explicit NSDictionary(Entries entries);
