@@ -28,6 +28,10 @@ class KELVANE_EXPORT Desktop {
   Desktop& operator=(const Desktop&) = delete;
   virtual ~Desktop();
 
+  // userSpaceScaleFactor  How many device pixels one unit has on the main screen, along each axis; 1.0 without a
+  // screen.
+  virtual double userSpaceScaleFactor() const { return 1.0; }
+
   // Shows the alert and returns when the user has closed it. The headless desktop prompts on the terminal and waits for
   // Return, when standard input and standard error are one; otherwise it writes the alert to standard error and goes
   // on.

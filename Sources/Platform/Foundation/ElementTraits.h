@@ -1,10 +1,12 @@
 #pragma once
 
+#include <compare>
 #include <concepts>
 #include <cstddef>
 #include <functional>
 #include <optional>
 
+#include "Platform/Foundation/NSNumber.h"
 #include "Platform/Foundation/NSObject.h"
 #include "Platform/Foundation/NSString.h"
 #include "Platform/Foundation/Text.h"
@@ -14,11 +16,17 @@ namespace kelvane {
 // What the collections ask of their elements: equality, hash, nil and text. Plain values with `==` and std::hash need
 // nothing; a host that keeps handles of its own in a collection specialises this for them.
 //
-//   equal(a, b)   whether two elements count as the same
-//   hash(a)       equal elements have equal hashes
-//   nil()         what an empty collection answers
-//   isNil(a)      whether an element is that; a type without a nil of its own never is
-//   text(a)       the text of an element that is text, nothing for any other
+//   equal(a, b)     whether two elements count as the same
+//   hash(a)         equal elements have equal hashes
+//   nil()           what an empty collection answers
+//   isNil(a)        whether an element is that; a type without a nil of its own never is
+//   text(a)         the text of an element that is text, nothing for any other
+//   description(a)  what is printed of an element
+//   compare(a, b)   the order of two elements
+//   copy(a)         what a collection keeps of an element that it takes for a key: the key must not change later
+//   isOnlyReference(a)  whether nothing but `a` refers to the object; what is not counted never says so
+//
+// A specialisation needs only what the collections in question ask.
 template <class T>
 struct ElementTraits {
   static bool equal(const T& a, const T& b) { return a == b; }
@@ -31,6 +39,15 @@ struct ElementTraits {
     else
       return std::nullopt;
   }
+  static Text description(const T& element) {
+    if constexpr (std::integral<T> || std::floating_point<T>)
+      return NSNumber(element).description();
+    else
+      return Text(TextView(element));
+  }
+  static std::weak_ordering compare(const T& a, const T& b) { return std::compare_weak_order_fallback(a, b); }
+  static T copy(const T& element) { return element; }
+  static bool isOnlyReference(const T&) { return false; }
 };
 
 // References to objects: `==` would mean identity, but collections mean equality.
@@ -44,6 +61,14 @@ struct ElementTraits<Ref<T>> {
     const NSString* string = as<NSString>(element.get());
     return string ? std::optional<TextView>(string->text()) : std::nullopt;
   }
+  static Text description(const Ref<T>& element) { return kelvane::description(element); }
+  static std::weak_ordering compare(const Ref<T>& a, const Ref<T>& b) { return kelvane::compare(a.get(), b.get()); }
+  // An object whose copy is of another class, as that of a mutable one, is kept itself where T is too narrow for it.
+  static Ref<T> copy(const Ref<T>& element) {
+    const Ref<T> copied = as<T>(element->copy());
+    return copied ? copied : element;
+  }
+  static bool isOnlyReference(const Ref<T>& element) { return element.use_count() == 1; }
 };
 
 // Plain pointers: identity, and null is nil.
@@ -54,6 +79,8 @@ struct ElementTraits<T*> {
   static T* nil() { return nullptr; }
   static bool isNil(const T* element) { return element == nullptr; }
   static std::optional<TextView> text(const T*) { return std::nullopt; }
+  static T* copy(T* element) { return element; }
+  static bool isOnlyReference(const T*) { return false; }
 };
 
 }  // namespace kelvane

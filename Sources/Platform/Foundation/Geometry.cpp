@@ -1,7 +1,6 @@
 #include "Platform/Foundation/Geometry.h"
 
 #include <charconv>
-#include <cmath>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,9 +10,6 @@
 
 namespace kelvane {
 namespace {
-
-double minimum(double a, double b) { return std::isnan(a) || a < b ? a : b; }
-double maximum(double a, double b) { return std::isnan(a) || a > b ? a : b; }
 
 CGRect rectBetween(double minX, double minY, double maxX, double maxY) {
   return {minX, minY, maxX - minX, maxY - minY};
@@ -83,21 +79,15 @@ std::optional<CGPoint> readPair(TextView text) {
 
 CGRect CGRectIntersection(const CGRect& a, const CGRect& b) {
   if (!CGRectIntersectsRect(a, b)) return CGRectNull;
-  return rectBetween(maximum(CGRectGetMinX(a), CGRectGetMinX(b)), maximum(CGRectGetMinY(a), CGRectGetMinY(b)),
-                     minimum(CGRectGetMaxX(a), CGRectGetMaxX(b)), minimum(CGRectGetMaxY(a), CGRectGetMaxY(b)));
+  return rectBetween(CGMax(CGRectGetMinX(a), CGRectGetMinX(b)), CGMax(CGRectGetMinY(a), CGRectGetMinY(b)),
+                     CGMin(CGRectGetMaxX(a), CGRectGetMaxX(b)), CGMin(CGRectGetMaxY(a), CGRectGetMaxY(b)));
 }
 
 CGRect CGRectUnion(const CGRect& a, const CGRect& b) {
   if (CGRectIsNull(a)) return b;
   if (CGRectIsNull(b)) return a;
-  return rectBetween(minimum(CGRectGetMinX(a), CGRectGetMinX(b)), minimum(CGRectGetMinY(a), CGRectGetMinY(b)),
-                     maximum(CGRectGetMaxX(a), CGRectGetMaxX(b)), maximum(CGRectGetMaxY(a), CGRectGetMaxY(b)));
-}
-
-CGRect CGRectIntegral(const CGRect& rect) {
-  if (CGRectIsNull(rect)) return rect;
-  return rectBetween(std::floor(CGRectGetMinX(rect)), std::floor(CGRectGetMinY(rect)), std::ceil(CGRectGetMaxX(rect)),
-                     std::ceil(CGRectGetMaxY(rect)));
+  return rectBetween(CGMin(CGRectGetMinX(a), CGRectGetMinX(b)), CGMin(CGRectGetMinY(a), CGRectGetMinY(b)),
+                     CGMax(CGRectGetMaxX(a), CGRectGetMaxX(b)), CGMax(CGRectGetMaxY(a), CGRectGetMaxY(b)));
 }
 
 Text NSStringFromPoint(const CGPoint& point) { return pairText(point.x, point.y); }

@@ -10,6 +10,29 @@
 // values; pure functions for any thread.
 namespace kelvane {
 
+namespace detail {
+
+// From 2^52 on, all numbers are whole.
+constexpr double cutToWhole(double number) {
+  if (!(number > -4503599627370496.0 && number < 4503599627370496.0)) return number;
+  return static_cast<double>(static_cast<std::int64_t>(number));
+}
+
+}  // namespace detail
+
+// Arithmetic that the standard library has not for constant expressions. A NaN among the numbers makes NaN; rounding
+// leaves infinities as they are.
+constexpr double CGMin(double a, double b) { return a != a || a < b ? a : b; }
+constexpr double CGMax(double a, double b) { return a != a || a > b ? a : b; }
+constexpr double CGFloor(double number) {
+  const double cut = detail::cutToWhole(number);
+  return cut > number ? cut - 1 : cut;
+}
+constexpr double CGCeil(double number) {
+  const double cut = detail::cutToWhole(number);
+  return cut < number ? cut + 1 : cut;
+}
+
 struct CGPoint {
   double x = 0;
   double y = 0;
@@ -99,7 +122,12 @@ KELVANE_EXPORT CGRect CGRectUnion(const CGRect& a, const CGRect& b);
 // The smallest rectangle with whole coordinates around `rect`: floor of the origin, ceiling of the far edges, whatever
 // the signs. A null rectangle stays null.
 //   {{0.5, -0.5}, {1, 1}} => {{0, -1}, {2, 2}}
-KELVANE_EXPORT CGRect CGRectIntegral(const CGRect& rect);
+constexpr CGRect CGRectIntegral(const CGRect& rect) {
+  if (CGRectIsNull(rect)) return rect;
+  const CGRect r = CGRectStandardize(rect);
+  const CGPoint origin{CGFloor(r.origin.x), CGFloor(r.origin.y)};
+  return {origin, {CGCeil(r.origin.x + r.size.width) - origin.x, CGCeil(r.origin.y + r.size.height) - origin.y}};
+}
 
 // Text forms: "{x, y}", "{w, h}", "{{x, y}, {w, h}}", each number in the shortest decimal that reads back.
 KELVANE_EXPORT Text NSStringFromPoint(const CGPoint& point);

@@ -111,6 +111,12 @@ void NSMutableArray::replaceObjectAtIndex(std::size_t index, Ref<NSObject> objec
   myElements[index] = std::move(object);
 }
 
+void NSMutableArray::exchangeObjectAtIndex(std::size_t index, std::size_t withObjectAtIndex) {
+  requireIndex("exchangeObjectAtIndex:withObjectAtIndex:", index, count());
+  requireIndex("exchangeObjectAtIndex:withObjectAtIndex:", withObjectAtIndex, count());
+  myElements[index].swap(myElements[withObjectAtIndex]);
+}
+
 Ref<NSObject> NSMutableArray::copy() const { return std::make_shared<NSArray>(myElements); }
 
 }  // namespace kelvane

@@ -60,6 +60,8 @@ class KELVANE_EXPORT NSMutableArray : public NSArray {
   void removeObjectAtIndex(std::size_t index);
   void removeLastObject();
   void replaceObjectAtIndex(std::size_t index, Ref<NSObject> object);
+  // exchangeObjectAtIndex:withObjectAtIndex:
+  void exchangeObjectAtIndex(std::size_t index, std::size_t withObjectAtIndex);
   void removeAllObjects() { myElements.clear(); }
 
   Ref<NSObject> copy() const override;

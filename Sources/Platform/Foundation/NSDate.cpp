@@ -42,6 +42,11 @@ Text NSDate::description() const {
                 time.minutes().count(), time.seconds().count());
 }
 
+std::weak_ordering NSDate::compare(const NSObject& other) const {
+  const NSDate* date = as<NSDate>(&other);
+  return date ? std::weak_order(mySeconds, date->mySeconds) : NSObject::compare(other);
+}
+
 Ref<NSObject> NSDate::copy() const {
   return selfOr([this] { return std::make_shared<NSDate>(*this); });
 }

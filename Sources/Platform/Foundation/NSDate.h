@@ -22,6 +22,8 @@ class KELVANE_EXPORT NSDate : public NSObject {
 
   bool isEqual(const NSObject& other) const override;
   std::size_t hash() const override;
+  // The earlier one comes first.
+  std::weak_ordering compare(const NSObject& other) const override;
   // In UTC, "2001-01-01 00:00:00 +0000", with the fraction cut toward the past; an instant outside the years 1 to 9999
   // as its number of seconds.
   Text description() const override;

@@ -123,6 +123,22 @@ std::size_t NSNumber::hash() const {
   return std::isnan(number) ? 0 : std::hash<double>()(number);
 }
 
+std::weak_ordering NSNumber::compare(const NSObject& other) const {
+  // Holds every integer of 64 bits exactly, as a double would not.
+  static_assert(std::numeric_limits<long double>::digits >= 64);
+  const NSNumber* number = as<NSNumber>(&other);
+  if (!number) return NSObject::compare(other);
+  const auto exact = [](const NSNumber& n) {
+    return std::visit([](auto value) { return static_cast<long double>(value); }, n.myValue);
+  };
+  const long double a = exact(*this);
+  const long double b = exact(*number);
+  if (a < b) return std::weak_ordering::less;
+  if (a > b) return std::weak_ordering::greater;
+  // Equal, or one is NaN.
+  return std::isnan(b) <=> std::isnan(a);
+}
+
 Ref<NSObject> NSNumber::copy() const {
   return selfOr([this] { return std::make_shared<NSNumber>(*this); });
 }

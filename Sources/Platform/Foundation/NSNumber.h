@@ -43,6 +43,8 @@ class KELVANE_EXPORT NSNumber : public NSObject {
 
   bool isEqual(const NSObject& other) const override;
   std::size_t hash() const override;
+  // By value, whatever the kinds; NaN comes before all others.
+  std::weak_ordering compare(const NSObject& other) const override;
   Text description() const override { return stringValue(); }
   Ref<NSObject> copy() const override;
 

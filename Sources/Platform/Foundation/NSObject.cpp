@@ -40,6 +40,10 @@ bool NSObject::isEqual(const NSObject& other) const { return this == &other; }
 
 std::size_t NSObject::hash() const { return std::hash<const NSObject*>()(this); }
 
+std::weak_ordering NSObject::compare(const NSObject& other) const {
+  raiseInvalidArgument("compare:", "an object of class " + utf8(className()) + " has no order to", other.description());
+}
+
 Text NSObject::description() const {
   char digits[2 * sizeof(std::uintptr_t)];
   const auto end = std::to_chars(digits, std::end(digits), reinterpret_cast<std::uintptr_t>(this), 16).ptr;
@@ -105,6 +109,12 @@ const PropertyTable& NSObject::propertyTable() const {
 }
 
 bool isEqual(const NSObject* a, const NSObject* b) { return a == b || (a && b && a->isEqual(*b)); }
+
+std::weak_ordering compare(const NSObject* a, const NSObject* b) {
+  if (!a) return std::weak_ordering::equivalent;
+  if (!b) raiseInvalidArgument("compare:", "nil has no order");
+  return a->compare(*b);
+}
 
 Text description(const NSObject* object) { return object ? object->description() : Text(u"(null)"); }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <memory>
 #include <utility>
@@ -46,6 +47,9 @@ class KELVANE_EXPORT NSObject : public std::enable_shared_from_this<NSObject> {
   virtual bool isEqual(const NSObject& other) const;
   // Equal objects have equal hashes.
   virtual std::size_t hash() const;
+  // compare:  Where this object stands in order to the other. std::invalid_argument for two that have no order; text
+  // with text, numbers with numbers and dates with dates have one.
+  virtual std::weak_ordering compare(const NSObject& other) const;
   // What "%@" prints: "<ClassName: 0x...>", unless a class says otherwise.
   virtual Text description() const;
   // Appends what stands for this object in the description of a collection: its own description, unless a class says
@@ -118,6 +122,10 @@ template <class A, class B>
 bool areEqual(const A& a, const B& b) {
   return isEqual(a, b);
 }
+
+// The order of two objects. Nil has none: asked of nil, everything is the same; nil as the other is
+// std::invalid_argument.
+KELVANE_EXPORT std::weak_ordering compare(const NSObject* a, const NSObject* b);
 
 // The description of what a reference holds; "(null)" for nil. Within a class that overrides the member of the same
 // name it is to be had as `descriptionOf`.

@@ -23,6 +23,11 @@ std::size_t NSString::hash() const { return std::hash<TextView>()(myText); }
 
 void NSString::appendDescription(Text& out, const DescriptionNesting&) const { appendQuotedUnlessWord(out, myText); }
 
+std::weak_ordering NSString::compare(const NSObject& other) const {
+  const NSString* string = as<NSString>(&other);
+  return string ? myText <=> string->myText : NSObject::compare(other);
+}
+
 Ref<NSObject> NSString::copy() const {
   return selfOr([this] { return std::make_shared<NSString>(myText); });
 }

@@ -28,6 +28,8 @@ class KELVANE_EXPORT NSString : public NSObject {
 
   bool isEqual(const NSObject& other) const override;
   std::size_t hash() const override;
+  // Code unit by code unit.
+  std::weak_ordering compare(const NSObject& other) const override;
   Text description() const override { return myText; }
   // The text in double quotes, with a backslash before double quotes and backslashes; as it stands when it is nothing
   // but ASCII letters, digits and "_".
