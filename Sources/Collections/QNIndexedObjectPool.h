@@ -58,7 +58,8 @@ class QNIndexedObjectPool {
     // The whole search is kept and not the operation, so that only one call in it is an indirect one.
     myFindById = [idSelector](const std::vector<T>& objects, std::uint64_t identifier) {
       std::size_t place = 0;
-      while (place < objects.size() && static_cast<std::uint64_t>(std::invoke(idSelector, objects[place])) != identifier)
+      while (place < objects.size() &&
+             static_cast<std::uint64_t>(std::invoke(idSelector, objects[place])) != identifier)
         ++place;
       return place;
     };

@@ -11,8 +11,8 @@
 #include "Collections/RemainingPlaces.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/ElementTraits.h"
-#include "Platform/Foundation/RandomBytes.h"
 #include "Platform/Foundation/Raise.h"
+#include "Platform/Foundation/RandomBytes.h"
 
 namespace kelvane {
 
@@ -21,8 +21,8 @@ namespace kelvane {
 //   QNRandomArray<Text> names({u"Ann", u"Bob", u"Cem"});
 //   const std::vector<Text> two = names.randomObjects(2);
 //
-// Both ways of drawing also take a source of random 32-bit words to use in place of the system's, such as a std::mt19937,
-// for draws that can be repeated. One thread at a time.
+// Both ways of drawing also take a source of random 32-bit words to use in place of the system's, such as a
+// std::mt19937, for draws that can be repeated. One thread at a time.
 template <class T = Ref<NSObject>>
 class QNRandomArray {
  public:
@@ -72,8 +72,8 @@ class QNRandomArray {
   static std::size_t draw(detail::RemainingPlaces& places, auto& words) {
     if (places.count() == 1) return places.take(0);
     const auto last = static_cast<std::int64_t>(places.count()) - 1;
-    return places.take(static_cast<std::size_t>(
-        QNMathUtilities::valueBetween(0, last, static_cast<std::uint32_t>(words()))));
+    return places.take(
+        static_cast<std::size_t>(QNMathUtilities::valueBetween(0, last, static_cast<std::uint32_t>(words()))));
   }
 
   // Objects that have been pulled are moved from.

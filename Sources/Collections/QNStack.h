@@ -38,9 +38,7 @@ class QNStack {
   // peek  The top element; nil when the stack is empty.
   T peek() const { return peekAt(0); }
   // peekAt:  The element that many places below the top; nil when there is none.
-  T peekAt(std::size_t index) const {
-    return index < count() ? myStack[count() - 1 - index] : ElementTraits<T>::nil();
-  }
+  T peekAt(std::size_t index) const { return index < count() ? myStack[count() - 1 - index] : ElementTraits<T>::nil(); }
 
   // push:  Puts the element on top.
   void push(T element) {

@@ -9,8 +9,8 @@
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/Raise.h"
 
-// Operations on arrays, for NSArray and for a host's own std::vector. The receiver is the first parameter. One thread at
-// a time, as for the arrays.
+// Operations on arrays, for NSArray and for a host's own std::vector. The receiver is the first parameter. One thread
+// at a time, as for the arrays.
 namespace kelvane {
 
 // firstObject  The element at index 0; nil when the array is empty.

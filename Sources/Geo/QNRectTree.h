@@ -111,8 +111,8 @@ class QNRectTreeNode : public detail::RectTreeLinks {
   Key myKey = ElementTraits<Key>::nil();
 };
 
-// A tree of rectangles in the order of their keys that keeps itself in balance: the heights of two children never differ
-// by more than one.
+// A tree of rectangles in the order of their keys that keeps itself in balance: the heights of two children never
+// differ by more than one.
 //
 //   QNRectTree<Text, Ref<Photo>> photos;
 //   const auto node = QNRectTreeNode<Text, Ref<Photo>>::RectTreeNode();

@@ -19,8 +19,9 @@ class KELVANE_EXPORT QNGeometryUtilities {
   //   {{0.5, 0.5}, {1, 1}} => {{0, 0}, {2, 2}}
   static constexpr CGRect alignImageRectToScreenGrid(const CGRect& rect) { return CGRectIntegral(rect); }
 
-  // alignRectToScreenGrid:  The rectangle's integral in the main screen's pixels, with its origin moved to the middle of
-  // a pixel, so that lines one pixel wide along its edges are sharp. Main thread, where the desktop knows the screen.
+  // alignRectToScreenGrid:  The rectangle's integral in the main screen's pixels, with its origin moved to the middle
+  // of a pixel, so that lines one pixel wide along its edges are sharp. Main thread, where the desktop knows the
+  // screen.
   static CGRect alignRectToScreenGrid(const CGRect& rect);
   // The same for a screen that has `scaleFactor` pixels per unit.
   //   {{10.2, 20.7}, {30.1, 40}}, 1 => {{10.5, 20.5}, {31, 41}}
@@ -73,12 +74,12 @@ class KELVANE_EXPORT QNGeometryUtilities {
   //   2, 50 x 200, 0    => 100 x 200      3, 100 x 200, 0  => 100 x 300
   //   0.5, 50 x 100, -0.6 => 80 x 40
   // With a factor below 0 the frame may not be covered; where a ratio up to 1 meets a frame that is higher than wide,
-  // not even a better size is tried. That, and a result whose own ratio is off by 1 or more, is logged as a warning, and
-  // the size given all the same. Threads as for the logger.
+  // not even a better size is tried. That, and a result whose own ratio is off by 1 or more, is logged as a warning,
+  // and the size given all the same. Threads as for the logger.
   static CGSize fitImageWithRatio(double ratio, const CGRect& intoRect, double overlapFactor);
 
-  // limitMaxWidthHeight:toMaxDimension:  The size made smaller, if need be, so that its larger side fits the smaller one
-  // of the limit, and then rounded down.
+  // limitMaxWidthHeight:toMaxDimension:  The size made smaller, if need be, so that its larger side fits the smaller
+  // one of the limit, and then rounded down.
   //   1000 x 500, 300 x 200 => 200 x 100      150 x 100, 300 x 200 => 150 x 100      0.5 x 0.5, 1 x 1 => 0.5 x 0.5
   static constexpr CGSize limitMaxWidthHeight(const CGSize& size, const CGSize& toMaxDimension) {
     const double limit = CGMin(toMaxDimension.width, toMaxDimension.height);

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
 #include <memory>
 #include <stdexcept>
 #include <type_traits>
@@ -101,6 +103,31 @@ TEST(NSObject, DefaultsOfAClass) {
               ThrowsMessage<std::invalid_argument>(AllOf(HasSubstr("copy"), HasSubstr("<Person: 0x"))));
   EXPECT_EQ(as<Pilot>(a), nullptr);
   EXPECT_EQ(as<NSObject>(a), a);
+}
+
+TEST(NSObject, OrderIsWithinTextNumbersAndDates) {
+  const auto date = [](double seconds) {
+    return std::make_shared<NSDate>(NSDate::dateWithTimeIntervalSinceReferenceDate(seconds));
+  };
+  // Each list in ascending order.
+  const std::vector<std::vector<Ref<NSObject>>> lists = {
+      {box(u""), box(u"A"), box(u"a"), box(u"a/"), box(u"ab"), box(u"\xD800\xDC00"), box(u"\xE000")},
+      {box(std::nan("")), box(-HUGE_VAL), box(std::numeric_limits<std::int64_t>::min()), box(-0.5), box(0), box(true),
+       box(9007199254740993), box(9007199254740994.0), box(std::numeric_limits<std::int64_t>::max()),
+       box(std::numeric_limits<std::uint64_t>::max()), box(18446744073709551616.0)},
+      {date(-1), date(0), date(0.5)},
+  };
+  for (const auto& list : lists) {
+    for (std::size_t i = 0; i < list.size(); ++i)
+      for (std::size_t j = 0; j < list.size(); ++j)
+        EXPECT_TRUE(compare(list[i].get(), list[j].get()) == (i <=> j)) << i << ' ' << j;
+    EXPECT_EQ(compare(nullptr, list[0].get()), 0);
+    for (const NSObject* other :
+         {static_cast<const NSObject*>(nullptr), static_cast<const NSObject*>(NSNull::null().get())})
+      EXPECT_THROW(compare(list[0].get(), other), std::invalid_argument);
+  }
+  EXPECT_EQ(compare(box(1).get(), box(1.0).get()), 0);
+  EXPECT_THROW(NSObject().compare(NSObject()), std::invalid_argument);
 }
 
 TEST(NSObject, ClassNameIsWithoutNamespaces) {

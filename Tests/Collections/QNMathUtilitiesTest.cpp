@@ -1,0 +1,99 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <limits>
+
+#include "Collections/QNMathUtilities.h"
+#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/RandomBytes.h"
+
+namespace kelvane {
+namespace {
+
+constexpr std::int64_t smallest = std::numeric_limits<std::int64_t>::min();
+constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
+
+TEST(QNMathUtilities, NumbersFollowFromTheDraw) {
+  const struct {
+    std::int64_t lower, upper;
+    std::uint32_t word;
+    std::int64_t number;
+  } rows[] = {
+      {0, 9, 123, 3},
+      {7, 7, 123, 7},
+      {-5, 5, 10, 5},
+      {-5, 5, 11, -5},
+      {10, 5, 0, 10},  // a negative range
+      {10, 5, 7, 13},
+      {10, 8, 7, 10},
+      {0, largest, 0xFFFFFFFF, 0xFFFFFFFF},  // more than a draw reaches
+      {smallest, 0, 0xFFFFFFFF, smallest + 0xFFFFFFFF},
+      {largest, largest, 5, largest},
+      {largest, smallest + 4, 8, smallest + 1},  // wraps around: a range of 6
+  };
+  for (const auto& row : rows)
+    EXPECT_EQ(QNMathUtilities::valueBetween(row.lower, row.upper, row.word), row.number)
+        << row.lower << ' ' << row.upper << ' ' << row.word;
+}
+
+TEST(QNMathUtilitiesDeathTest, NoNumberEndsTheProcess) {
+  EXPECT_DEATH(QNMathUtilities::randomValueBetween(5, 4), "no number between 5 and 4");
+  EXPECT_DEATH(QNMathUtilities::valueBetween(smallest, largest, 0), "no number");
+}
+
+// A count of 6000 even draws leaves its mean by 500, which is 17 standard deviations, less than once in 10^60 runs.
+TEST(QNMathUtilities, DrawsAreEven) {
+  std::array<int, 6> counts{};
+  for (int i = 0; i < 36000; ++i) ++counts.at(static_cast<std::size_t>(QNMathUtilities::randomValueBetween(1, 6) - 1));
+  for (const int count : counts) EXPECT_NEAR(count, 6000, 1200);
+}
+
+TEST(QNMathUtilities, NamedAfterGaussAllTheSame) {
+  EXPECT_EQ(QNMathUtilities::randomValueGausianDistributed(), 0);
+  EXPECT_EQ(QNMathUtilities::randomValueGausianDistributedBetween(3.9, 3.1), 0.75);
+  EXPECT_EQ(QNMathUtilities::randomValueGausianDistributedBetween(-3.9, -3.1), -0.75);
+  EXPECT_EQ(QNMathUtilities::randomValueGausianDistributedBetween(std::nan(""), 0.5), 0);
+  EXPECT_EQ(QNMathUtilities::randomValueGausianDistributedBetween(1e300, 2e300), static_cast<double>(largest) / 4);
+  for (int i = 0; i < 100; ++i) {
+    const double value = 4 * QNMathUtilities::randomValueGausianDistributedBetween(0, 4.9);
+    EXPECT_TRUE(value >= 0 && value <= 4 && value == static_cast<int>(value)) << value;
+  }
+}
+
+TEST(QNMathUtilities, SeedsTheClassicGeneratorsFromTheClock) {
+  const auto now = [] { return static_cast<unsigned>(NSDate().timeIntervalSinceReferenceDate()); };
+  const unsigned before = now();
+  QNMathUtilities::initRandom();
+  const unsigned after = now();
+  const long drawn = random();
+  bool isSeeded = false;
+  for (unsigned seed = before; seed <= after; ++seed) {
+    srandom(seed);
+    isSeeded |= random() == drawn;
+  }
+  EXPECT_TRUE(isSeeded);
+}
+
+TEST(RandomBytes, AForkedProcessDrawsItsOwn) {
+  static_cast<void>(randomWord());
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    const std::uint32_t words[2] = {randomWord(), randomWord()};
+    _exit(write(ends[1], words, sizeof words) == sizeof words ? 0 : 1);
+  }
+  const std::uint32_t ours[2] = {randomWord(), randomWord()};
+  std::uint32_t words[2];
+  ASSERT_EQ(read(ends[0], words, sizeof words), static_cast<ssize_t>(sizeof words));
+  EXPECT_FALSE(words[0] == ours[0] && words[1] == ours[1]);
+  waitpid(child, nullptr, 0);
+  close(ends[0]);
+  close(ends[1]);
+}
+
+}  // namespace
+}  // namespace kelvane

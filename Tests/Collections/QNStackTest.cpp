@@ -1,0 +1,79 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "Collections/QNStack.h"
+#include "Platform/Foundation/Boxing.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::ThrowsMessage;
+
+QNStack<Text> abc() {
+  QNStack<Text> stack(1);
+  for (const char16_t* element : {u"a", u"b", u"c"}) stack.push(element);
+  return stack;
+}
+
+TEST(QNStack, ReadsFromTheTop) {
+  QNStack<Text> stack = abc();
+  EXPECT_EQ(stack.peek(), u"c");
+  EXPECT_EQ(stack.peekAt(0), u"c");
+  EXPECT_EQ(stack.peekAt(2), u"a");
+  for (const std::size_t beyond : {std::size_t{3}, std::numeric_limits<std::size_t>::max()})
+    EXPECT_EQ(stack.peekAt(beyond), u"") << beyond;
+  EXPECT_THAT(stack.stack(), ElementsAre(u"a", u"b", u"c"));
+  EXPECT_EQ(stack.pop(), u"c");
+  EXPECT_EQ(stack.count(), 2U);
+  stack.clear();
+  EXPECT_EQ(stack.count(), 0U);
+  EXPECT_EQ(stack.pop(), u"");
+
+  QNStack<> objects(std::numeric_limits<std::size_t>::max());
+  EXPECT_EQ(objects.peek(), nullptr);
+  EXPECT_EQ(objects.pop(), nullptr);
+  EXPECT_THAT([&] { objects.push(nullptr); }, ThrowsMessage<std::invalid_argument>(HasSubstr("push:")));
+  EXPECT_THAT([&] { objects.pushUnique(nullptr); }, ThrowsMessage<std::invalid_argument>(HasSubstr("push:")));
+  EXPECT_EQ(objects.count(), 0U);
+}
+
+TEST(QNStack, UniqueMeansEqualAnywhere) {
+  QNStack<> stack;
+  stack.push(box(1));
+  stack.push(box(u"a"));
+  stack.pushUnique(box(1.0));
+  stack.pushUnique(box(u"a"));
+  EXPECT_EQ(stack.count(), 2U);
+  stack.pushUnique(box(u"1"));
+  EXPECT_EQ(stack.count(), 3U);
+}
+
+TEST(QNStack, PopsUntilTheMarker) {
+  QNStack<Text> stack = abc();
+  EXPECT_THAT(stack.popUntil(u"b"), ElementsAre(u"c", u"b"));
+  EXPECT_THAT(stack.stack(), ElementsAre(u"a"));
+  EXPECT_THAT(abc().popUntil(u"c"), ElementsAre(u"c"));
+  EXPECT_THAT(QNStack<Text>().popUntil(u"c"), IsEmpty());
+  EXPECT_THAT(QNStack<Text>().popUntil(std::nullopt), IsEmpty());
+
+  const auto raises = [](auto& from, std::optional<TextView> marker, const char* message) {
+    EXPECT_THAT([&] { from.popUntil(marker); }, ThrowsMessage<std::invalid_argument>(HasSubstr(message)));
+    EXPECT_EQ(from.count(), 0U);
+  };
+  stack = abc();
+  raises(stack, u"x", "popUntil:: not on the stack: 'x'");
+  stack = abc();
+  raises(stack, std::nullopt, "'(null)'");
+  QNStack<> numbers;
+  numbers.push(box(1));
+  raises(numbers, u"1", "'1'");
+}
+
+}  // namespace
+}  // namespace kelvane

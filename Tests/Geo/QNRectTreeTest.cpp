@@ -1,0 +1,270 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <random>
+#include <thread>
+
+#include "Geo/QNRectTree.h"
+#include "Platform/Foundation/Boxing.h"
+#include "Support/CapturedSystemLog.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::ThrowsMessage;
+using Tree = QNRectTree<>;
+using Node = Tree::Node;
+
+// A node whose data is its key with "!" and whose rectangle is as wide as the key's first code unit.
+Ref<Node> node(const Text& key) {
+  const auto made = Node::RectTreeNode();
+  made->setKey(box(key));
+  made->setData(box(key + u"!"));
+  made->setRect({0, 0, static_cast<double>(key[0]), 1});
+  return made;
+}
+
+// "(left key right)" for each node, "." for none, each payload complete.
+Text shape(const Ref<Node>& top) {
+  if (!top) return u".";
+  const Text key = description(top->key());
+  EXPECT_EQ(description(top->data()), key + u"!");
+  EXPECT_EQ(top->rect().size.width, key[0]);
+  if (top->isLeaf()) return key;
+  return u"(" + shape(top->leftNode()) + u" " + key + u" " + shape(top->rightNode()) + u")";
+}
+
+// The tree as it is told: heights and balances anew at each step, one after another.
+void insertPlainly(const Ref<Node>& at, const Ref<Node>& added) {
+  const bool goesLeft = at->key()->compare(*added->key()) > 0;
+  const Ref<Node> child = goesLeft ? at->leftNode() : at->rightNode();
+  if (child)
+    insertPlainly(child, added);
+  else if (goesLeft)
+    at->setLeftNode(added);
+  else
+    at->setRightNode(added);
+  if (at->balance() >= 2)
+    at->leftNode()->balance() > 0 ? at->rotateRight() : at->rotateLeftRight();
+  else if (at->balance() <= -2)
+    at->rightNode()->balance() < 0 ? at->rotateLeft() : at->rotateRightLeft();
+}
+
+TEST(QNRectTree, InsertingBalances) {
+  const struct {
+    TextView keys;
+    TextView shape;
+  } rows[] = {
+      {u"abc", u"(a b c)"},  {u"cba", u"(a b c)"},        {u"acb", u"(a b c)"},  {u"cab", u"(a b c)"},
+      {u"bb", u"(. b b)"},   {u"bbb", u"(b b b)"},        {u"bab", u"(a b b)"},  {u"abcdef", u"((a b c) d (. e f))"},
+      {u"ba", u"(a b .)"},   {u"fedcba", u"((a b .) c (d e f))"},
+  };
+  for (const auto& row : rows) {
+    Tree tree;
+    Ref<Node> root;
+    for (const char16_t key : row.keys) {
+      tree.insertNode(node(Text(1, key)));
+      if (!root) root = tree.rootNode();
+    }
+    EXPECT_EQ(shape(tree.rootNode()), row.shape);
+    EXPECT_EQ(tree.rootNode(), root) << "the root stays the same object";
+  }
+}
+
+TEST(QNRectTree, IsWhatThePlainStepsMake) {
+  std::mt19937 random(3);
+  for (int round = 0; round < 60; ++round) {
+    Tree tree;
+    Ref<Node> plain;
+    const int kinds = 1 + static_cast<int>(random() % 60);
+    for (int i = 0; i < 60; ++i) {
+      const Text key = format(u"%02d", static_cast<int>(random()) % kinds);
+      tree.insertNode(node(key));
+      if (plain)
+        insertPlainly(plain, node(key));
+      else
+        plain = node(key);
+      ASSERT_EQ(shape(tree.rootNode()), shape(plain));
+    }
+    EXPECT_LE(tree.rootNode()->height(), 8);
+  }
+}
+
+// Trees that a host has linked by hand are out of balance, and a child may be in balance where none of ours is.
+TEST(QNRectTree, ChildInBalanceTakesTheDoubleRotation) {
+  const auto top = node(u"e");
+  top->setLeftNode(node(u"b"));
+  top->leftNode()->setLeftChild(node(u"a"), node(u"c"));
+  EXPECT_EQ(top->balance(), 2);
+  top->doBalance();
+  EXPECT_EQ(shape(top), u"((a b .) c e)");
+  const auto mirrored = node(u"a");
+  mirrored->setRightNode(node(u"d"));
+  mirrored->rightNode()->setLeftChild(node(u"c"), node(u"e"));
+  mirrored->doBalance();
+  EXPECT_EQ(shape(mirrored), u"(a c (. d e))");
+  // The heavy side need not be the one that is inserted into.
+  const auto chain = node(u"x");
+  chain->setLeftNode(node(u"c"));
+  chain->leftNode()->setLeftNode(node(u"b"));
+  chain->leftNode()->leftNode()->setLeftNode(node(u"a"));
+  chain->insert(node(u"y"));
+  EXPECT_EQ(shape(chain), u"((a b .) c (. x y))");
+}
+
+TEST(QNRectTree, Measures) {
+  const auto single = node(u"a");
+  EXPECT_TRUE(single->isLeaf());
+  EXPECT_EQ(single->height(), 1);
+  EXPECT_EQ(single->balance(), 0);
+  EXPECT_EQ(single->leafs(), 1);
+  single->setLeftNode(node(u"b"));
+  EXPECT_FALSE(single->isLeaf());
+  EXPECT_EQ(single->height(), 2);
+  EXPECT_EQ(single->balance(), 1);
+  EXPECT_EQ(single->leafs(), 2);
+  single->setRightNode(node(u"c"));
+  EXPECT_EQ(single->leafs(), 2);
+}
+
+TEST(QNRectTree, RefusesNodesWithoutKeyAndMissingChildren) {
+  CapturedSystemLog log;
+  Tree tree;
+  tree.insertNode(nullptr);
+  EXPECT_THAT(log.take(), IsEmpty());
+  tree.insertNode(Node::RectTreeNode());
+  EXPECT_THAT(log.take(), ElementsAre(u"ERROR -[QNRectTree insertNode:]:40 - Tree node has no key."));
+  EXPECT_EQ(tree.rootNode(), nullptr);
+  tree.insertNode(node(u"b"));
+  const auto number = Node::RectTreeNode();
+  number->setKey(box(1));
+  EXPECT_THAT([&] { tree.insertNode(number); }, ThrowsMessage<std::invalid_argument>(HasSubstr("compare:")));
+  EXPECT_EQ(shape(tree.rootNode()), u"b");
+  const auto refuses = [&](void (Node::*rotate)()) { EXPECT_THROW((*tree.rootNode().*rotate)(), std::invalid_argument); };
+  refuses(&Node::rotateLeft);
+  refuses(&Node::rotateRight);
+  refuses(&Node::rotateLeftRight);
+  refuses(&Node::rotateRightLeft);
+  EXPECT_EQ(shape(tree.rootNode()), u"b");
+}
+
+TEST(QNRectTree, SwapsPayloads) {
+  const auto a = node(u"a");
+  const auto b = node(u"b");
+  b->setLeftNode(node(u"c"));
+  Node::swapDataFromNode(a.get(), b.get());
+  EXPECT_EQ(shape(a), u"b");
+  EXPECT_EQ(shape(b), u"(c a .)");
+  Node::swapDataFromNode(nullptr, a.get());
+  EXPECT_TRUE(!a->key() && !a->data() && a->rect() == CGRectZero);
+  Node::swapDataFromNode(nullptr, nullptr);
+}
+
+TEST(QNRectTree, VisitsNodeThenLeftThenRight) {
+  struct Visitor {
+    void visit(const Ref<Node>& visited, const Ref<NSObject>& object) {
+      seen += description(visited->key()) + description(object);
+    }
+    Text seen;
+  } visitor;
+  Tree tree;
+  tree.makeNodePerformSelector(&Visitor::visit, &visitor, box(0));
+  for (const char16_t key : TextView(u"dbface")) tree.insertNode(node(Text(1, key)));
+  tree.makeNodePerformSelector(&Visitor::visit, &visitor, box(0));
+  EXPECT_EQ(visitor.seen, u"d0b0a0c0f0e0");
+  visitor.seen.clear();
+  tree.makeNode(tree.rootNode()->leftNode(), std::bind_front(&Visitor::visit, &visitor), nullptr);
+  EXPECT_EQ(visitor.seen, u"b(null)a(null)c(null)");
+  visitor.seen.clear();
+  tree.makeNode(nullptr, &Visitor::visit, &visitor, nullptr);
+  tree.makeNodePerformSelector(&Visitor::visit, nullptr, nullptr);
+  tree.makeNodePerformSelector(static_cast<void (Visitor::*)(const Ref<Node>&, const Ref<NSObject>&)>(nullptr), &visitor,
+                               nullptr);
+  tree.makeNodePerformSelector(Tree::Visitor(), nullptr);
+  EXPECT_EQ(visitor.seen, u"");
+}
+
+TEST(QNRectTree, Prints) {
+  CapturedSystemLog log;
+  Tree tree;
+  tree.printTree();
+  EXPECT_THAT(log.take(), ElementsAre(u"- Tree is empty. -"));
+  for (const char16_t* key : {u"/x/a", u"/x/b", u"/x/c"}) tree.insertNode(node(key));
+  tree.printTree();
+  EXPECT_THAT(log.take(), ElementsAre(u"    c\nb\n    a\n", u"Leafs: 2"));
+  tree.printInorderNode(tree.rootNode());
+  tree.printInorderNode(nullptr);
+  EXPECT_THAT(log.take(), ElementsAre(u"Key: /x/a (is leaf: yes)", u"Key: /x/b (is leaf: no)",
+                                      u"Key: /x/c (is leaf: yes)"));
+  EXPECT_EQ(tree.printTree(nullptr, 3), u"");
+  EXPECT_EQ(tree.printTree(node(u"ends/"), 1), u"    \n");
+  EXPECT_EQ(tree.printTree(tree.rootNode(), -1), u"c\nb\na\n");
+  EXPECT_EQ(tree.indentBlanks(3), u"   ");
+  EXPECT_EQ(tree.indentBlanks(-1), u"");
+
+  QNRectTree<double, int> plain;
+  for (const double key : {2.5, 1.0, 3.0}) {
+    const auto made = QNRectTreeNode<double, int>::RectTreeNode();
+    made->setKey(key);
+    plain.insertNode(made);
+  }
+  EXPECT_EQ(plain.printTree(plain.rootNode(), 0), u"    3\n2.5\n    1\n");
+}
+
+TEST(QNRectTree, FreesFromTheRootDownHoweverDeep) {
+  Text freed;
+  struct Datum : NSObject {
+    Datum(Text& theLog, Text theName) : log(theLog), name(std::move(theName)) {}
+    ~Datum() override { log += name; }
+    Text& log;
+    Text name;
+  };
+  Ref<Node> kept;
+  {
+    Tree tree;
+    for (const char16_t key : TextView(u"dbface")) tree.insertNode(node(Text(1, key)));
+    tree.makeNodePerformSelector(
+        [&](const Ref<Node>& at, const Ref<NSObject>&) {
+          at->setData(std::make_shared<Datum>(freed, description(at->key())));
+        },
+        nullptr);
+    kept = tree.rootNode()->rightNode();
+  }
+  EXPECT_EQ(freed, u"dbac") << "a node that somebody holds keeps its subtree";
+  kept.reset();
+  EXPECT_EQ(freed, u"dbacfe");
+  Ref<Node> deep;
+  for (int i = 0; i < 300000; ++i) {
+    const auto above = Node::RectTreeNode();
+    above->setRightNode(std::move(deep));
+    deep = above;
+  }
+  deep.reset();
+}
+
+// Readers of single properties meet whole values while another thread turns the tree about.
+TEST(QNRectTree, SinglePropertiesAreIndivisible) {
+  Tree tree;
+  tree.insertNode(node(u"m"));
+  const Ref<Node> root = tree.rootNode();
+  std::atomic<bool> isDone = false;
+  std::thread reader([&] {
+    while (!isDone) {
+      EXPECT_EQ(as<NSString>(root->key())->length(), 1U);
+      EXPECT_EQ(as<NSString>(root->data())->length(), 2U);
+      EXPECT_EQ(root->rect().size.height, 1);
+      if (const auto left = tree.rootNode()->leftNode()) EXPECT_NE(left, root);
+    }
+  });
+  for (int i = 0; i < 300; ++i) tree.insertNode(node(Text(1, static_cast<char16_t>(u'm' + i))));
+  isDone = true;
+  reader.join();
+}
+
+}  // namespace
+}  // namespace kelvane

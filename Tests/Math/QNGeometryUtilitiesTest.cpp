@@ -1,0 +1,127 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "Math/QNGeometryUtilities.h"
+#include "Platform/Desktop/Desktop.h"
+#include "Support/CapturedSystemLog.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using G = QNGeometryUtilities;
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+
+static_assert(G::alignImageRectToScreenGrid({0.5, -0.5, 1, 1}) == CGRect(0, -1, 2, 2));
+static_assert(G::alignRectToScreenGrid({10.2, 20.7, 30.1, 40.0}, 1) == CGRect(10.5, 20.5, 31, 41));
+static_assert(G::alignRectToScreenGrid({10.2, 20.7, 30.0, 40.0}, 2) == CGRect(10.25, 20.75, 30.5, 40.5));
+static_assert(G::cropRectForInputSize({400, 300}, {100, 100}) == CGRect(50, 0, 300, 300));
+static_assert(G::cropRectForInputSize({300, 400}, {100, 100}) == CGRect(0, 50, 300, 300));
+static_assert(G::cropRectForInputSize({0, 0}, {100, 100}) == CGRectZero);
+static_assert(G::fitRectWithHWRatio(0.5, {9, 9, 200, 50}) == CGRect(50, 0, 100, 50));
+static_assert(G::fitRectWithHWRatio(0.25, {9, 9, 100, 100}) == CGRect(0, 0, 100, 25));
+static_assert(G::fitRectWithHWRatio(0.5, {0, 0, 100, 200}) == CGRect(-150, 0, 400, 200));
+static_assert(G::fitRectWithHWRatio(2, {0, 0, 100, 50}) == CGRect(37, 0, 26, 50));
+static_assert(G::fitRectWithHWRatio(3, {0, 0, 100, 200}) == CGRect(0, -50, 100, 300));
+static_assert(G::fitRectWithHWRatio(0, {0, 0, 100, 100}) == CGRect(0, 0, 100, 0));
+static_assert(G::limitMaxWidthHeight({1000, 500}, {300, 200}) == CGSize{200, 100});
+static_assert(G::limitMaxWidthHeight({150.5, 100}, {300, 200}) == CGSize{150.5, 100});
+static_assert(G::limitMaxWidthHeight({-400, 300}, {200, 150}) == CGSize{-200, 150});
+static_assert(G::limitMaxWidthHeight({3, 3}, {-1, 5}) == CGSize{-1, -1});
+static_assert(G::scaleDownFactorForInputSize({400, 300}, {100, 100}) == 0.25);
+static_assert(G::scaleDownFactorForInputSize({10, 10}, {100, 100}) == 1);
+static_assert(G::scaleDownFactorForInputSize({-10, 10}, {100, 100}) == -10);
+static_assert(G::scaleFactorForInputSize({100, 50}, {200, 200}) == 4);
+
+TEST(QNGeometryUtilities, NoNumberFlowsThrough) {
+  const auto shown = [](const CGRect& rect) { return NSStringFromRect(rect); };
+  EXPECT_EQ(shown(G::fitRectWithHWRatio(nan, {0, 0, 100, 100})), u"{{nan, 0}, {nan, 100}}");
+  EXPECT_EQ(shown(G::cropRectForInputSize({400, 300}, {0, 0})), u"{{nan, 0}, {nan, 300}}");
+  EXPECT_EQ(shown(G::alignImageRectToScreenGrid({nan, 0.5, 1, infinity})), u"{{nan, 0}, {nan, inf}}");
+  EXPECT_TRUE(std::isnan(G::alignRectToScreenGrid({1, 1, 1, 1}, nan).origin.x));
+  const CGSize unlimited = G::limitMaxWidthHeight({nan, 3}, {2, 2});
+  EXPECT_TRUE(std::isnan(unlimited.width) && std::isnan(unlimited.height));
+  for (const CGSize output : {CGSize{nan, 1}, CGSize{1, nan}}) {
+    EXPECT_TRUE(std::isnan(G::scaleDownFactorForInputSize({1, 1}, output)));
+    EXPECT_TRUE(std::isnan(G::scaleFactorForInputSize({1, 1}, output)));
+  }
+  EXPECT_EQ(G::scaleDownFactorForInputSize({0, 0}, {100, 100}), 1);
+  EXPECT_EQ(G::scaleFactorForInputSize({0, 50}, {200, 200}), infinity);
+}
+
+TEST(QNGeometryUtilities, ScreenGridAsksTheDesktop) {
+  class FineDesktop : public Desktop {
+   public:
+    double userSpaceScaleFactor() const override { return 2; }
+    void runModalAlert(const ModalAlert&) override {}
+  };
+  EXPECT_EQ(G::alignRectToScreenGrid({10.2, 20.7, 30.1, 40.0}), CGRect(10.5, 20.5, 31, 41));
+  Desktop::install(std::make_shared<FineDesktop>());
+  EXPECT_EQ(G::alignRectToScreenGrid({10.2, 20.7, 30.0, 40.0}), CGRect(10.25, 20.75, 30.5, 40.5));
+  Desktop::install(nullptr);
+}
+
+TEST(QNGeometryUtilities, ImagesCoverFrames) {
+  CapturedSystemLog log;
+  const struct {
+    double ratio;
+    CGSize frame;
+    double overlap;
+    CGSize size;
+    TextView warning;
+  } rows[] = {
+      {0.5, {100, 100}, 0, {200, 100}, u""},
+      {2, {100, 50}, 0.1, {110, 220}, u""},
+      {2, {50, 200}, 0, {100, 200}, u""},
+      {3, {100, 200}, 0, {100, 300}, u""},
+      {2, {100, 200}, -0.5, {50, 100}, u"145 - Image does note scale well! 1"},
+      {2, {100, 100}, -0.5, {50, 100}, u"152 - Image does note scale well! 2"},
+      {0.5, {50, 100}, -0.6, {80, 40}, u"161 - Image does note scale well! 3"},
+      {1, {100, 100}, -0.5, {50, 50}, u"172 - Image does note scale well! 4"},
+      {nan, {100, 100}, 0, {nan, 100}, u""},
+      {-1, {100, 50}, 0, {100, -100}, u"172 - Image does note scale well! 4"},
+      {0, {0, 0}, 0, {nan, 0}, u""},
+      {0.5, {0, 0}, 0, {0, 0}, u""},
+  };
+  for (const auto& row : rows) {
+    const CGSize size = G::fitImageWithRatio(row.ratio, {{7, 7}, row.frame}, row.overlap);
+    EXPECT_EQ(NSStringFromSize(size), NSStringFromSize(row.size)) << row.ratio;
+    const std::vector<Text> messages = log.take();
+    if (row.warning.empty())
+      EXPECT_THAT(messages, IsEmpty()) << row.ratio;
+    else
+      EXPECT_THAT(messages, ElementsAre(u"WARN +[QNGeometryUtilities fitImageWithRatio:intoRect:overlapFactor:]:" +
+                                        Text(row.warning)));
+  }
+  // So large a ratio cannot be kept to within 1.
+  G::fitImageWithRatio(1e300, {0, 0, 1e-310, 1e-310}, 0);
+  EXPECT_THAT(log.take(), ElementsAre(HasSubstr(u"179 - Image ratio has been spoiled. Was ")));
+}
+
+TEST(QNGeometryUtilities, FillingCoversTheFrameInItsMiddle) {
+  EXPECT_EQ(G::fillRect({10, 10, 100, 100}, {5, 5, 200, 100}), CGRect(-40, 10, 200, 100));
+  std::mt19937 random(5);
+  std::uniform_real_distribution<double> size(1, 500);
+  for (int round = 0; round < 2000; ++round) {
+    const CGRect frame(size(random), size(random), size(random), size(random));
+    const CGRect image(0, 0, size(random), size(random));
+    const CGRect filled = G::fillRect(frame, image);
+    EXPECT_EQ(filled, CGRectIntegral(filled));
+    EXPECT_TRUE(CGRectGetMinX(filled) <= CGRectGetMinX(frame) && CGRectGetMaxX(filled) >= CGRectGetMaxX(frame) - 1e-9);
+    EXPECT_TRUE(CGRectGetMinY(filled) <= CGRectGetMinY(frame) && CGRectGetMaxY(filled) >= CGRectGetMaxY(frame) - 1e-9);
+    EXPECT_NEAR(CGRectGetMidX(filled), CGRectGetMidX(frame), 2);
+    EXPECT_NEAR(CGRectGetMidY(filled), CGRectGetMidY(frame), 2);
+  }
+}
+
+}  // namespace
+}  // namespace kelvane
