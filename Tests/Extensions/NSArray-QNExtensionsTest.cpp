@@ -37,8 +37,8 @@ void expectChanges() {
     TextView down;
     TextView pulled;
   } rows[] = {
-      {u"abc", 0, u"bac", u"abc", u"bc"},      {u"abc", 1, u"acb", u"bac", u"ac"},  {u"abc", 2, u"abc", u"acb", u"ab"},
-      {u"abc", 3, u"abc", u"abc", u"abc"},     {u"a", 0, u"a", u"a", u""},          {u"", largest, u"", u"", u""},
+      {u"abc", 0, u"bac", u"abc", u"bc"},        {u"abc", 1, u"acb", u"bac", u"ac"}, {u"abc", 2, u"abc", u"acb", u"ab"},
+      {u"abc", 3, u"abc", u"abc", u"abc"},       {u"a", 0, u"a", u"a", u""},         {u"", largest, u"", u"", u""},
       {u"abc", largest, u"abc", u"abc", u"abc"},
   };
   for (const auto& row : rows) {

@@ -60,9 +60,11 @@ TEST(QNRectTree, InsertingBalances) {
     TextView keys;
     TextView shape;
   } rows[] = {
-      {u"abc", u"(a b c)"},  {u"cba", u"(a b c)"},        {u"acb", u"(a b c)"},  {u"cab", u"(a b c)"},
-      {u"bb", u"(. b b)"},   {u"bbb", u"(b b b)"},        {u"bab", u"(a b b)"},  {u"abcdef", u"((a b c) d (. e f))"},
-      {u"ba", u"(a b .)"},   {u"fedcba", u"((a b .) c (d e f))"},
+      {u"abc", u"(a b c)"}, {u"cba", u"(a b c)"},
+      {u"acb", u"(a b c)"}, {u"cab", u"(a b c)"},
+      {u"bb", u"(. b b)"},  {u"bbb", u"(b b b)"},
+      {u"bab", u"(a b b)"}, {u"abcdef", u"((a b c) d (. e f))"},
+      {u"ba", u"(a b .)"},  {u"fedcba", u"((a b .) c (d e f))"},
   };
   for (const auto& row : rows) {
     Tree tree;
@@ -145,7 +147,9 @@ TEST(QNRectTree, RefusesNodesWithoutKeyAndMissingChildren) {
   number->setKey(box(1));
   EXPECT_THAT([&] { tree.insertNode(number); }, ThrowsMessage<std::invalid_argument>(HasSubstr("compare:")));
   EXPECT_EQ(shape(tree.rootNode()), u"b");
-  const auto refuses = [&](void (Node::*rotate)()) { EXPECT_THROW((*tree.rootNode().*rotate)(), std::invalid_argument); };
+  const auto refuses = [&](void (Node::*rotate)()) {
+    EXPECT_THROW((*tree.rootNode().*rotate)(), std::invalid_argument);
+  };
   refuses(&Node::rotateLeft);
   refuses(&Node::rotateRight);
   refuses(&Node::rotateLeftRight);
@@ -183,8 +187,8 @@ TEST(QNRectTree, VisitsNodeThenLeftThenRight) {
   visitor.seen.clear();
   tree.makeNode(nullptr, &Visitor::visit, &visitor, nullptr);
   tree.makeNodePerformSelector(&Visitor::visit, nullptr, nullptr);
-  tree.makeNodePerformSelector(static_cast<void (Visitor::*)(const Ref<Node>&, const Ref<NSObject>&)>(nullptr), &visitor,
-                               nullptr);
+  tree.makeNodePerformSelector(static_cast<void (Visitor::*)(const Ref<Node>&, const Ref<NSObject>&)>(nullptr),
+                               &visitor, nullptr);
   tree.makeNodePerformSelector(Tree::Visitor(), nullptr);
   EXPECT_EQ(visitor.seen, u"");
 }
@@ -199,8 +203,8 @@ TEST(QNRectTree, Prints) {
   EXPECT_THAT(log.take(), ElementsAre(u"    c\nb\n    a\n", u"Leafs: 2"));
   tree.printInorderNode(tree.rootNode());
   tree.printInorderNode(nullptr);
-  EXPECT_THAT(log.take(), ElementsAre(u"Key: /x/a (is leaf: yes)", u"Key: /x/b (is leaf: no)",
-                                      u"Key: /x/c (is leaf: yes)"));
+  EXPECT_THAT(log.take(),
+              ElementsAre(u"Key: /x/a (is leaf: yes)", u"Key: /x/b (is leaf: no)", u"Key: /x/c (is leaf: yes)"));
   EXPECT_EQ(tree.printTree(nullptr, 3), u"");
   EXPECT_EQ(tree.printTree(node(u"ends/"), 1), u"    \n");
   EXPECT_EQ(tree.printTree(tree.rootNode(), -1), u"c\nb\na\n");
@@ -258,7 +262,7 @@ TEST(QNRectTree, SinglePropertiesAreIndivisible) {
       EXPECT_EQ(as<NSString>(root->key())->length(), 1U);
       EXPECT_EQ(as<NSString>(root->data())->length(), 2U);
       EXPECT_EQ(root->rect().size.height, 1);
-      if (const auto left = tree.rootNode()->leftNode()) EXPECT_NE(left, root);
+      EXPECT_NE(tree.rootNode()->leftNode(), root);
     }
   });
   for (int i = 0; i < 300; ++i) tree.insertNode(node(Text(1, static_cast<char16_t>(u'm' + i))));

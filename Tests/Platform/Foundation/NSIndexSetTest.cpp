@@ -39,7 +39,7 @@ TEST(NSIndexSet, EdgesAndCopies) {
   EXPECT_FALSE(set.containsIndex(none) || set.containsIndex(static_cast<std::size_t>(-1)));
   EXPECT_THROW(set.addIndex(none), std::out_of_range);
   EXPECT_THROW(set.addIndexesInRange({1, none}), std::out_of_range);
-  EXPECT_THROW(NSIndexSet(none), std::out_of_range);
+  EXPECT_THROW(NSIndexSet{none}, std::out_of_range);
   set.removeIndexesInRange({none, static_cast<std::size_t>(-1)});
   EXPECT_EQ(set.count(), 1U);
   set.removeIndexesInRange({0, static_cast<std::size_t>(-1)});
