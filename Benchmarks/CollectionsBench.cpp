@@ -90,7 +90,6 @@ const Subject stacks([] {
 
 struct Track {
   explicit Track(std::uint64_t theNumber) : number(theNumber) {}
-  std::uint64_t identifier() const { return number; }
   std::uint64_t number;
 };
 
@@ -98,7 +97,7 @@ const Subject pools([] {
   for (const std::size_t count : {std::size_t{100}, std::size_t{10000}}) {
     using Tracks = std::vector<std::shared_ptr<Track>>;
     // Pooled by identity, for quick making.
-    const auto pool = std::make_shared<QNIndexedObjectPool<Track*>>(&Track::identifier);
+    const auto pool = std::make_shared<QNIndexedObjectPool<Track*>>([](const Track* track) { return track->number; });
     const auto tracks = std::make_shared<Tracks>();
     for (std::size_t i = 0; i < count; ++i) {
       tracks->push_back(std::make_shared<Track>(i));
@@ -109,7 +108,7 @@ const Subject pools([] {
         .peer("std::find_if",
               [tracks, count, mutex = std::make_shared<std::recursive_mutex>()] {
                 const std::lock_guard lock(*mutex);
-                const auto isWanted = [&](const auto& track) { return track->identifier() == count - 1; };
+                const auto isWanted = [&](const auto& track) { return track->number == count - 1; };
                 return (*std::find_if(tracks->begin(), tracks->end(), isWanted))->number;
               })
         .reach(asFast);

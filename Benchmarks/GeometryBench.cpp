@@ -26,14 +26,14 @@ const std::vector<Fit>& inputs() {
   static const std::vector<Fit> inputs = [] {
     std::mt19937 random(2);
     std::uniform_real_distribution<double> side(100, 500);
-    std::vector<Fit> inputs(1000);
-    for (Fit& fit : inputs) {
+    std::vector<Fit> made(1000);
+    for (Fit& fit : made) {
       const double height = side(random);
       fit.frame = {side(random), side(random), height * (1 + side(random) / 500), height};
       // At least as high as the frame is, so that the image takes the frame's full height.
       fit.ratio = height / fit.frame.size.width + (1 - height / fit.frame.size.width) * 0.5;
     }
-    return inputs;
+    return made;
   }();
   return inputs;
 }
@@ -47,22 +47,40 @@ double sumOfFits(Function fit) {
   return sum;
 }
 
+double sumOfParts(const CGRect& rect) { return rect.origin.x + rect.origin.y + rect.size.width + rect.size.height; }
+
+// The formulas alone, rounded by the C library, without regard to null and backward rectangles.
+CGRect fitPlainly(double ratio, const CGSize& frame) {
+  CGRect fitted;
+  if (ratio <= 1) {
+    fitted.size = {frame.height / ratio, frame.height};
+    if (frame.height / frame.width <= 1 && fitted.size.width > frame.width)
+      fitted.size = {frame.width, ratio * frame.width};
+    fitted.origin.x = (frame.width - fitted.size.width) * 0.5;
+  } else if (frame.height / frame.width > 1) {
+    fitted.size = {frame.width, ratio * frame.width};
+    fitted.origin.y = (frame.height - fitted.size.height) * 0.5;
+  } else {
+    fitted.size = {frame.height / ratio, frame.height};
+    fitted.origin.x = (frame.width - fitted.size.width) * 0.5;
+  }
+  const double x = std::floor(fitted.origin.x);
+  const double y = std::floor(fitted.origin.y);
+  return {x, y, std::ceil(fitted.origin.x + fitted.size.width) - x,
+          std::ceil(fitted.origin.y + fitted.size.height) - y};
+}
+
 const Subject geometry([] {
   Row("fitRectWithHWRatio:intoRect:")
       .ours([] {
         return sumOfFits([](const Fit& input) {
-          const CGRect fitted = QNGeometryUtilities::fitRectWithHWRatio(input.ratio, input.frame);
-          return fitted.origin.x + fitted.origin.y + fitted.size.width + fitted.size.height;
+          return sumOfParts(QNGeometryUtilities::fitRectWithHWRatio(input.ratio, input.frame));
         });
       })
-      .peer("std::floor",
-            [] {
-              return sumOfFits([](const Fit& input) {
-                const double width = input.frame.size.height / input.ratio;
-                const double x = (input.frame.size.width - width) * 0.5;
-                return std::floor(x) + std::ceil(x + width) - std::floor(x) + std::ceil(input.frame.size.height);
-              });
-            })
+      .limit("the formulas",
+             [] {
+               return sumOfFits([](const Fit& input) { return sumOfParts(fitPlainly(input.ratio, input.frame.size)); });
+             })
 #ifdef BENCH_QT
       .peer("Qt",
             [] {

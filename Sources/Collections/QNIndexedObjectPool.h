@@ -57,11 +57,10 @@ class QNIndexedObjectPool {
       if (!idSelector) return;
     // The whole search is kept and not the operation, so that only one call in it is an indirect one.
     myFindById = [idSelector](const std::vector<T>& objects, std::uint64_t identifier) {
-      std::size_t place = 0;
-      while (place < objects.size() &&
-             static_cast<std::uint64_t>(std::invoke(idSelector, objects[place])) != identifier)
-        ++place;
-      return place;
+      const auto isWanted = [&](const T& object) {
+        return static_cast<std::uint64_t>(std::invoke(idSelector, object)) == identifier;
+      };
+      return static_cast<std::size_t>(std::find_if(objects.begin(), objects.end(), isWanted) - objects.begin());
     };
   }
   // Removes all objects first, as `clear` does. An exception of the delegate goes to the system log.

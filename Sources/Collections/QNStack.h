@@ -41,8 +41,12 @@ class QNStack {
   T peekAt(std::size_t index) const { return index < count() ? myStack[count() - 1 - index] : ElementTraits<T>::nil(); }
 
   // push:  Puts the element on top.
-  void push(T element) {
-    if (ElementTraits<T>::isNil(element)) raiseInvalidArgument("push:", "an element cannot be nil");
+  void push(const T& element) {
+    requireElement(element);
+    myStack.push_back(element);
+  }
+  void push(T&& element) {
+    requireElement(element);
     myStack.push_back(std::move(element));
   }
   // pushUnique:  The same, unless an equal element is anywhere on the stack. Linear.
@@ -78,6 +82,10 @@ class QNStack {
 
  private:
   static constexpr std::size_t largestHint = 1'000'000;
+
+  static void requireElement(const T& element) {
+    if (ElementTraits<T>::isNil(element)) raiseInvalidArgument("push:", "an element cannot be nil");
+  }
 
   std::vector<T> myStack;
 };

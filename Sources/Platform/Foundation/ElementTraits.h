@@ -53,7 +53,7 @@ struct ElementTraits {
 // References to objects: `==` would mean identity, but collections mean equality.
 template <class T>
 struct ElementTraits<Ref<T>> {
-  static bool equal(const Ref<T>& a, const Ref<T>& b) { return isEqual(a, b); }
+  static bool equal(const Ref<T>& a, const Ref<T>& b) { return a == b || (a && b && a->isEqual(*b)); }
   static std::size_t hash(const Ref<T>& element) { return element ? element->hash() : 0; }
   static Ref<T> nil() { return nullptr; }
   static bool isNil(const Ref<T>& element) { return element == nullptr; }

@@ -12,11 +12,8 @@ namespace kelvane {
 
 namespace detail {
 
-// From 2^52 on, all numbers are whole.
-constexpr double cutToWhole(double number) {
-  if (!(number > -4503599627370496.0 && number < 4503599627370496.0)) return number;
-  return static_cast<double>(static_cast<std::int64_t>(number));
-}
+// From 2^52 on, all numbers are whole; NaN is taken for one.
+constexpr bool isSurelyWhole(double number) { return !(number > -4503599627370496.0 && number < 4503599627370496.0); }
 
 }  // namespace detail
 
@@ -25,12 +22,15 @@ constexpr double cutToWhole(double number) {
 constexpr double CGMin(double a, double b) { return a != a || a < b ? a : b; }
 constexpr double CGMax(double a, double b) { return a != a || a > b ? a : b; }
 constexpr double CGFloor(double number) {
-  const double cut = detail::cutToWhole(number);
-  return cut > number ? cut - 1 : cut;
+  if (detail::isSurelyWhole(number)) return number;
+  const auto cut = static_cast<std::int64_t>(number);
+  // Counted in integers, it needs no branch that half of all numbers would take.
+  return static_cast<double>(cut - (static_cast<double>(cut) > number));
 }
 constexpr double CGCeil(double number) {
-  const double cut = detail::cutToWhole(number);
-  return cut < number ? cut + 1 : cut;
+  if (detail::isSurelyWhole(number)) return number;
+  const auto cut = static_cast<std::int64_t>(number);
+  return static_cast<double>(cut + (static_cast<double>(cut) < number));
 }
 
 struct CGPoint {
