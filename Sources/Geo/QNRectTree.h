@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <mutex>
+#include <type_traits>
 #include <utility>
 
 #include "Geo/RectTreeLinks.h"

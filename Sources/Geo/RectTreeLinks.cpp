@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <utility>
+#include <vector>
 
 #include "Platform/Foundation/NSLog.h"
 #include "Platform/Foundation/Raise.h"

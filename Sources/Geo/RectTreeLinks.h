@@ -1,10 +1,7 @@
 #pragma once
 
-#include <compare>
-#include <cstddef>
 #include <cstdint>
 #include <mutex>
-#include <vector>
 
 #include "Platform/Foundation/Export.h"
 #include "Platform/Foundation/Geometry.h"

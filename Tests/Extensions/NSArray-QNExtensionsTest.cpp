@@ -56,7 +56,7 @@ void expectChanges() {
   Array empty;
   for (const std::size_t index : {std::size_t{0}, largest - 1})
     EXPECT_THAT([&] { moveUpObjectAtIndex(empty, index); },
-                ThrowsMessage<std::out_of_range>(HasSubstr("moveUpObjectAtIndex:: index")));
+                ThrowsMessage<std::out_of_range>(HasSubstr("moveUpObjectAtIndex: index")));
   EXPECT_EQ(firstObject(empty), nullptr);
   EXPECT_EQ(fetchAndRemoveFirstObject(empty), nullptr);
   Array queue(boxed(u"ab"));
