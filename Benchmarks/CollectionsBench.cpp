@@ -117,11 +117,12 @@ const Subject pools([] {
 
 const Subject buckets([] {
   constexpr std::size_t count = 1'000'000;
-  std::vector<Text> keys;
-  for (std::size_t i = 0; i < 1000; ++i) keys.push_back(format(u"bucket %lu", i));
-  const auto key = [&keys = *new std::vector<Text>(keys)](std::size_t i) -> const Text& {
-    return keys[i * 7919 % 1000];
-  };
+  static const std::vector<Text> keys = [] {
+    std::vector<Text> made;
+    for (std::size_t i = 0; i < 1000; ++i) made.push_back(format(u"bucket %lu", i));
+    return made;
+  }();
+  const auto key = [](std::size_t i) -> const Text& { return keys[i * 7919 % 1000]; };
   Row("a million objects into 1000 buckets")
       .ours(
           [key] {
@@ -144,11 +145,11 @@ const Subject buckets([] {
           [qtKeys =
                [key] {
                  QList<QString> list;
-                 for (std::size_t i = 0; i < 1000; ++i) list.append(QString::fromStdU16String(key(i)));
+                 for (const Text& text : keys) list.append(QString::fromStdU16String(text));
                  return list;
                }()] {
             auto dictionary = std::make_unique<QHash<QString, QList<std::size_t>>>();
-            for (std::size_t i = 0; i < count; ++i) (*dictionary)[qtKeys[qsizetype(i % 1000)]].append(i);
+            for (std::size_t i = 0; i < count; ++i) (*dictionary)[qtKeys[qsizetype(i * 7919 % 1000)]].append(i);
             return dictionary;
           },
           [key](const auto& dictionary) { return dictionary->value(QString::fromStdU16String(key(5))); })
