@@ -143,7 +143,7 @@ const Subject buckets([] {
       .peer(
           "Qt",
           [qtKeys =
-               [key] {
+               [] {
                  QList<QString> list;
                  for (const Text& text : keys) list.append(QString::fromStdU16String(text));
                  return list;
