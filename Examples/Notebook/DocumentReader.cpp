@@ -38,10 +38,15 @@ class OpenFile {
 
   // Nothing when it is no regular file.
   std::optional<std::size_t> size() const {
-    struct stat status {};
-    if (::fstat(myDescriptor, &status) != 0) fail(errno);
-    if (!S_ISREG(status.st_mode)) return std::nullopt;
-    return static_cast<std::size_t>(status.st_size);
+    const struct stat now = status();
+    if (!S_ISREG(now.st_mode)) return std::nullopt;
+    return static_cast<std::size_t>(now.st_size);
+  }
+
+  double changed() const {
+    constexpr double nanoseconds = 1e-9;
+    const struct stat now = status();
+    return static_cast<double>(now.st_mtim.tv_sec) + static_cast<double>(now.st_mtim.tv_nsec) * nanoseconds;
   }
 
   // Reads until `length` bytes are there or the file ends; returns how many there are.
@@ -58,6 +63,12 @@ class OpenFile {
   }
 
  private:
+  struct stat status() const {
+    struct stat now {};
+    if (::fstat(myDescriptor, &now) != 0) fail(errno);
+    return now;
+  }
+
   int myDescriptor;
 };
 
@@ -105,7 +116,7 @@ bool hasLostBytes(std::string_view bytes, kelvane::TextView text) {
 }
 
 Document decode(std::string_view bytes) {
-  Document document{Document::Kind::UTF8, kelvane::textFromUTF8(withoutByteOrderMark(bytes)), bytes.size(), {}};
+  Document document{Document::Kind::UTF8, kelvane::textFromUTF8(withoutByteOrderMark(bytes)), bytes.size(), 0, {}, {}};
   if (!hasLostBytes(bytes, document.text)) return document;
   document.kind = Document::Kind::ISOLatin1;
   // The first attempt goes before the second comes: both are twice as large as the file.
@@ -114,7 +125,7 @@ Document decode(std::string_view bytes) {
   return document;
 }
 
-Document unreadable(std::string reason) { return {Document::Kind::Unreadable, {}, 0, std::move(reason)}; }
+Document unreadable(std::string reason) { return {Document::Kind::Unreadable, {}, 0, 0, {}, std::move(reason)}; }
 
 Document readOpened(const OpenFile& file) {
   const std::optional<std::size_t> size = file.size();
@@ -123,7 +134,7 @@ Document readOpened(const OpenFile& file) {
   const std::string_view start(beginning,
                                file.read(beginning, *size == 0 ? bytesToJudgeBy : std::min(*size, bytesToJudgeBy)));
   if (start.find('\0') != std::string_view::npos)
-    return {Document::Kind::Binary, {}, std::max(*size, start.size()), {}};
+    return {Document::Kind::Binary, {}, std::max(*size, start.size()), 0, std::string(start), {}};
   if (*size == 0) return decode(start.size() < bytesToJudgeBy ? start : readUntilEnd(file, start).view());
   if (*size <= start.size()) return decode(start);
   Bytes bytes = withCapacity(*size, start);
@@ -137,7 +148,10 @@ Document readOpened(const OpenFile& file) {
 
 Document readDocument(const std::string& path) {
   try {
-    return readOpened(OpenFile(path));
+    const OpenFile file(path);
+    Document document = readOpened(file);
+    document.changed = file.changed();
+    return document;
   } catch (const std::system_error& error) {
     return unreadable(error.code().message());
   } catch (const std::bad_alloc&) {

@@ -24,6 +24,10 @@ struct Document {
   kelvane::Text text;
   // The size of the file.
   std::uint64_t bytes = 0;
+  // When the file was last changed, in seconds since 1970.
+  double changed = 0;
+  // The first bytes of a binary file, or all.
+  std::string beginning;
   std::string reason;
 };
 

@@ -1,9 +1,14 @@
 #include "Report.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "Extensions/NSData-QNExtensions.h"
+#include "Extensions/NSDate-QNExtensions.h"
+#include "Platform/Foundation/Base64.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/TextEncoding.h"
+#include "Platform/Foundation/TextLines.h"
 #include "Platform/Foundation/TextScan.h"
 #include "Printable.h"
 
@@ -86,6 +91,7 @@ void Report::addText(TextView name, TextView place, Document&& document) {
   writeLine(shownPlace);
   writeLine(u"    " + describe(figures, document.kind));
   if (!figures.firstLine.empty()) writeLine(u"    | " + figures.firstLine);
+  writeDate(document);
 }
 
 void Report::addBinary(TextView place, const Document& document) {
@@ -93,6 +99,29 @@ void Report::addBinary(TextView place, const Document& document) {
   myTotals.binaryBytes += document.bytes;
   writeLine(printable(place));
   writeLine(u"    binary, " + counted(document.bytes, u"byte"));
+  writeAttachment(document);
+  writeDate(document);
+}
+
+// As it would stand in a mail; of a larger one the first lines.
+void Report::writeAttachment(const Document& document) {
+  constexpr std::size_t bytesInLine = 54;
+  constexpr std::size_t mostLines = 4;
+  const std::size_t shownBytes = std::min(document.beginning.size(), mostLines * bytesInLine);
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(document.beginning.data());
+  const Text text =
+      kelvane::NSDataExtensions::encodeDataToBase64({bytes, shownBytes}, kelvane::base64Length(bytesInLine))
+          .value_or(Text());
+  for (const TextView line : kelvane::Lines(text))
+    if (!line.empty()) writeLine(u"    = " + Text(line));
+  if (shownBytes < document.bytes)
+    writeLine(format(u"    = ... %@ more", counted(document.bytes - shownBytes, u"byte")));
+}
+
+// In the user's language.
+void Report::writeDate(const Document& document) {
+  const kelvane::NSDate date = kelvane::NSDate::dateWithTimeIntervalSince1970(document.changed);
+  writeLine(u"    changed " + kelvane::localeDateAndTimeString(date));
 }
 
 void Report::addUnreadable(const std::string& place, const std::string& reason) {

@@ -55,6 +55,8 @@ class Report : private FolderVisitor {
   void addText(kelvane::TextView name, kelvane::TextView place, Document&& document);
   void addBinary(kelvane::TextView place, const Document& document);
   void addUnreadable(const std::string& place, const std::string& reason);
+  void writeAttachment(const Document& document);
+  void writeDate(const Document& document);
   void printTotals();
   void writeLine(kelvane::TextView line);
 

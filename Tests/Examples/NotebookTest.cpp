@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -7,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <regex>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -42,6 +44,7 @@ class NotebookTest : public testing::Test {
   NotebookTest() {
     ::setenv("XDG_CONFIG_HOME", mySettings.path().c_str(), 1);
     ::setenv("XDG_DATA_HOME", mySettings.path().c_str(), 1);
+    ::setenv("LC_ALL", "en_GB.UTF-8", 1);
   }
 
   void write(const std::string& name, std::string_view bytes) const {
@@ -73,6 +76,24 @@ TEST_F(NotebookTest, reportsOnTheShippedDocuments) {
     2 tables with 12 rows
     longest line: 139, line 7 of allotment-meeting.txt
 )");
+}
+
+TEST_F(NotebookTest, showsDatesAndAttachments) {
+  write("a.bin", "\0\1\2"s);
+  write("b.bin", std::string(1000, '\0'));
+  write("c.txt", "text");
+  const timespec times[] = {{0, 0}, {1235923509, 0}};  // 16:05:09 UTC
+  for (const char* name : {"a.bin", "b.bin", "c.txt"}) ::utimensat(AT_FDCWD, (myFolder / name).c_str(), times, 0);
+  ::setenv("TZ", "Asia/Kathmandu", 1);
+  const std::string line = "    = " + std::string(72, 'A') + "\n";
+  EXPECT_THAT(reportOn(myFolder).out,
+              HasSubstr("\na.bin\n    binary, 3 bytes\n    = AAEC\n    changed 1 March 2009 at 21:50\n"
+                        "b.bin\n    binary, 1000 bytes\n" +
+                        line + line + line + line +
+                        "    = ... 784 bytes more\n    changed 1 March 2009 at 21:50\n"
+                        "c.txt\n    1 line, longest 4 in line 1\n    | text\n    changed 1 March 2009 at 21:50\n"));
+  ::setenv("LC_ALL", "de_AT.UTF-8", 1);
+  EXPECT_THAT(reportOn(myFolder).out, HasSubstr("    changed 1. März 2009 um 21:50\n"));
 }
 
 TEST_F(NotebookTest, tellsWhatFilesHold) {
@@ -133,11 +154,13 @@ TEST_F(NotebookTest, walksInOrderAndSkipsWhatIsNoFile) {
   const ProcessResult result = reportOn(myFolder.native() + "/");
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.err, "");
-  EXPECT_THAT(result.out, HasSubstr("\n\nB.txt\n    1 line, longest 1 in line 1\n    | 2\n"
-                                    "a.txt\n    1 line, longest 1 in line 1\n    | 1\n"
-                                    "b/a.txt\n    1 line, longest 1 in line 1\n    | a\n"
-                                    "b/c.txt\n    1 line, longest 1 in line 1\n    | c\n"
-                                    "b/to-file\n    1 line, longest 1 in line 1\n    | 1\n\n"));
+  const std::regex dates("    changed [^\n]+\n");
+  EXPECT_THAT(std::regex_replace(result.out, dates, ""),
+              HasSubstr("\n\nB.txt\n    1 line, longest 1 in line 1\n    | 2\n"
+                        "a.txt\n    1 line, longest 1 in line 1\n    | 1\n"
+                        "b/a.txt\n    1 line, longest 1 in line 1\n    | a\n"
+                        "b/c.txt\n    1 line, longest 1 in line 1\n    | c\n"
+                        "b/to-file\n    1 line, longest 1 in line 1\n    | 1\n\n"));
   EXPECT_THAT(totals(result), EndsWith("    skipped: 1 link to a folder\n"
                                        "    skipped: 3 special files (pipe, socket or device)\n"));
 }

@@ -10,6 +10,7 @@
 #include "Platform/Foundation/StandardFolders.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/TextScan.h"
+#include "Platform/Foundation/UserLanguages.h"
 
 namespace kelvane {
 namespace {
@@ -44,8 +45,12 @@ void put(NSDictionary::Entries& entries, TextView key, const Ref<NSObject>& valu
 }  // namespace
 
 NSUserDefaults& NSUserDefaults::standardUserDefaults() {
-  static auto& defaults =
-      *new NSUserDefaults(configurationFolderPath() + u"/" + replacingUnit(applicationName(), u'/', u':') + u".plist");
+  static auto& defaults = *[] {
+    const Text name = replacingUnit(applicationName(), u'/', u':');
+    auto* standard = new NSUserDefaults(configurationFolderPath() + u"/" + name + u".plist");
+    standard->registerDefaults(*languageDefaults());
+    return standard;
+  }();
   return defaults;
 }
 

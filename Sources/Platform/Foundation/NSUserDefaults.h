@@ -33,6 +33,7 @@ class KELVANE_EXPORT NSUserDefaults {
 
   // The running application's preferences, read on first use: "NAME.plist" in the user's configuration folder, where
   // NAME is the main bundle's identifier, else its name, else the name of the executable; "/" in it becomes ":".
+  // "AppleLanguages" and "AppleLocale" have defaults from the environment (UserLanguages.h).
   static NSUserDefaults& standardUserDefaults();
 
   // The preferences in the file at `path`, which need not exist yet.

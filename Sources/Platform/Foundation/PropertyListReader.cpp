@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <chrono>
 #include <cmath>
@@ -10,6 +9,7 @@
 #include <pugixml.hpp>
 #include <vector>
 
+#include "Platform/Foundation/Base64.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSData.h"
@@ -225,39 +225,38 @@ std::optional<double> secondsSince1970From(std::string_view text) {
   return static_cast<double>((std::chrono::sys_days(day).time_since_epoch() + time).count());
 }
 
-enum : std::uint8_t { base64Padding = 64, base64Space = 65, base64Stray = 66 };
-
-constexpr auto base64Values = [] {
-  std::array<std::uint8_t, 256> values{};
-  values.fill(base64Stray);
-  std::uint8_t value = 0;
-  for (const char digit : std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/"))
-    values[static_cast<unsigned char>(digit)] = value++;
-  values['='] = base64Padding;
-  for (const char space : {' ', '\t', '\n', '\r'}) values[static_cast<unsigned char>(space)] = base64Space;
-  return values;
-}();
+// Takes one group of digits and padding off `text`, white space in between left out, and moves `out` behind its bytes;
+// false unless it is there as it should be. `padding` counts the "=" in it.
+bool takeBase64Group(std::string_view& text, std::uint8_t*& out, unsigned& padding) {
+  std::uint32_t group = 0;
+  for (unsigned places = 0; places < 4; text.remove_prefix(1)) {
+    if (text.empty()) return false;
+    const char character = text.front();
+    if (isSpace(character)) continue;
+    const std::uint8_t digit = base64Digit(static_cast<unsigned char>(character));
+    if (character == '=' ? ++padding > 2 || places < 2 : digit == noBase64Digit || padding > 0) return false;
+    group = group << 6U | (character == '=' ? 0U : digit);
+    ++places;
+  }
+  const std::uint32_t leftOver = padding == 0 ? 0 : padding == 1 ? 0xFFU : 0xFFFFU;
+  if (group & leftOver) return false;
+  for (unsigned i = 0; i < 3 - padding; ++i) *out++ = static_cast<std::uint8_t>(group >> (16U - 8U * i));
+  return true;
+}
 
 std::optional<std::vector<std::uint8_t>> bytesFromBase64(std::string_view text) {
-  std::vector<std::uint8_t> bytes;
-  bytes.reserve(text.size() / 4 * 3);
-  std::uint32_t group = 0;
-  unsigned digits = 0;   // in the group, padding included
-  unsigned padding = 0;  // once there is any, the group that it ends is the last
-  for (const char character : text) {
-    const std::uint8_t value = base64Values[static_cast<unsigned char>(character)];
-    if (value == base64Space) continue;
-    if (value == base64Stray || (padding > 0 && (digits == 0 || value != base64Padding))) return std::nullopt;
-    if (value == base64Padding && (++padding > 2 || digits < 2)) return std::nullopt;
-    group = group << 6U | (value & 63U);
-    if (++digits < 4) continue;
-    const std::uint32_t leftOver = padding == 0 ? 0 : padding == 1 ? 0xFFU : 0xFFFFU;
-    if (group & leftOver) return std::nullopt;
-    for (unsigned i = 0; i < 3 - padding; ++i) bytes.push_back(static_cast<std::uint8_t>(group >> (16U - 8U * i)));
-    group = 0;
-    digits = 0;
+  std::vector<std::uint8_t> bytes(text.size() / 4 * 3 + base64Slack);
+  std::uint8_t* out = bytes.data();
+  // Once there is padding, the group that it ends is the last.
+  for (unsigned padding = 0; padding == 0;) {
+    const Base64Run run = decodeBase64Run(text, out);
+    out += run.written;
+    text.remove_prefix(run.read);
+    if (text.empty()) break;
+    if (!takeBase64Group(text, out, padding)) return std::nullopt;
   }
-  if (digits != 0) return std::nullopt;
+  if (!trimmed(text).empty()) return std::nullopt;
+  bytes.resize(static_cast<std::size_t>(out - bytes.data()));
   return bytes;
 }
 

@@ -9,6 +9,7 @@
 #include <typeinfo>
 #include <vector>
 
+#include "Platform/Foundation/Base64.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSData.h"
@@ -149,23 +150,6 @@ std::optional<char16_t> appendEscaped(Output& output, TextView text) {
     output.used(out);
   }
   return std::nullopt;
-}
-
-char* putBase64(char* out, std::span<const std::uint8_t> bytes) {
-  constexpr char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::size_t i = 0;
-  for (; i + 3 <= bytes.size(); i += 3) {
-    const std::uint32_t group = std::uint32_t{bytes[i]} << 16U | std::uint32_t{bytes[i + 1]} << 8U | bytes[i + 2];
-    for (unsigned shift = 24; shift > 0;) *out++ = digits[(group >> (shift -= 6)) & 63U];
-  }
-  if (i == bytes.size()) return out;
-  const bool two = i + 2 == bytes.size();
-  const std::uint32_t group = std::uint32_t{bytes[i]} << 16U | (two ? std::uint32_t{bytes[i + 1]} << 8U : 0U);
-  *out++ = digits[group >> 18U];
-  *out++ = digits[(group >> 12U) & 63U];
-  *out++ = two ? digits[(group >> 6U) & 63U] : '=';
-  *out++ = '=';
-  return out;
 }
 
 // `value` in decimal, with leading zeros up to `width`.
@@ -352,7 +336,7 @@ void Writer::writeData(const NSData& data) {
     const std::span<const std::uint8_t> line = rest.first(std::min(rest.size(), bytesInDataLine));
     rest = rest.subspan(line.size());
     myOutput.indent(myContainers.size());
-    char* out = putBase64(myOutput.room(bytesInDataLine * 2), line);
+    char* out = encodeBase64(line, myOutput.room(bytesInDataLine * 2));
     *out++ = '\n';
     myOutput.used(out);
     if (myOutput.size() > maximumPropertyListSize) return;  // refused after this object; deep tabs make lines long

@@ -200,7 +200,7 @@ TEST(PropertyListReading, RefusesBodies) {
        "2001-02-29T00:00:00Z|1900-02-29T00:00:00Z|2001-13-01T00:00:00Z|0000-01-01T00:00:00Z|2001-01-01T24:00:00Z|"
        "2001-01-01T00:60:00Z|2001-01-01T00:00:60Z|2001-01-01T00:00:00|2001-01-01 00:00:00Z| 2001-01-01T00:00:00Z|"
        "+001-01-01T00:00:00Z");
-  each("data", "base64", "A|AA=|AAA|A===|AAAA====|AA==AAAA|AB==|AAB=|A=AA|AA-_|AAA\xC3\xA9");
+  each("data", "base64", "A|AA=|AAA|A===|AAAA====|AA==AAAA|AA== AAAA|AB==|AAB=|A=AA|AA-_|AAA\xC3\xA9");
 }
 
 TEST(PropertyListReading, RefusesDocuments) {

@@ -1,0 +1,71 @@
+#include "Platform/Foundation/NSCalendarDate.h"
+
+#include <cstdlib>
+
+#include "Platform/Foundation/CivilTime.h"
+#include "Platform/Foundation/Format.h"
+
+namespace kelvane {
+namespace {
+
+// Appends what a conversion stands for; false when there is none of that letter.
+bool appendConversion(Text& text, char16_t letter, const CivilTime& time, std::int32_t offset) {
+  const std::int32_t minutes = std::abs(offset) / 60;
+  switch (letter) {
+    case u'Y':
+      text += format(u"%04u", time.year);
+      return true;
+    case u'm':
+      text += format(u"%02u", time.month);
+      return true;
+    case u'd':
+      text += format(u"%02u", time.day);
+      return true;
+    case u'H':
+      text += format(u"%02u", time.hour);
+      return true;
+    case u'M':
+      text += format(u"%02u", time.minute);
+      return true;
+    case u'S':
+      text += format(u"%02u", time.second);
+      return true;
+    case u'z':
+      text += format(u"%s%02d%02d", offset < 0 ? "-" : "+", minutes / 60, minutes % 60);
+      return true;
+    case u'%':
+      text += u'%';
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+NSCalendarDate::NSCalendarDate(const NSDate& date, Ref<NSTimeZone> timeZone, TextView calendarFormat)
+    : NSDate(date),
+      myTimeZone(timeZone ? std::move(timeZone) : NSTimeZone::defaultTimeZone()),
+      myCalendarFormat(calendarFormat) {}
+
+Text NSCalendarDate::descriptionWithCalendarFormat(TextView format) const {
+  const std::optional<std::int64_t> seconds = wholeSecondsSince1970(*this);
+  if (!seconds) return {};
+  const std::int32_t offset = wholeMinutes(myTimeZone->periodAt(*seconds).offset);
+  const std::optional<CivilTime> time = civilTime(*seconds, offset);
+  if (!time) return {};
+  Text text;
+  for (std::size_t i = 0; i < format.size(); ++i) {
+    if (format[i] == u'%' && i + 1 < format.size() && appendConversion(text, format[i + 1], *time, offset))
+      ++i;
+    else
+      text += format[i];
+  }
+  return text;
+}
+
+Ref<NSObject> NSCalendarDate::copy() const {
+  return selfOr([this] { return std::make_shared<NSCalendarDate>(*this); });
+}
+
+}  // namespace kelvane
