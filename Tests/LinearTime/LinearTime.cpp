@@ -15,6 +15,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Extensions/NSData-QNExtensions.h"
 #include "Extensions/NSString-QNExtensions.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/Format.h"
@@ -160,6 +161,8 @@ void readNumbers(TextView text) {
   boolValue(text);
 }
 
+void readBase64(TextView text) { NSDataExtensions::decodeDataFromBase64(text); }
+
 void readURL(TextView text) {
   if (const Ref<NSURL> url = NSURL::URLWithString(text)) url->path();
 }
@@ -293,6 +296,12 @@ const Row rows[] = {
     {"URL: marks", text(u"s://", u"@:/?#", u""), readURL},
     {"URL: schemes", text(u"a:"), readURL},
 
+    {"Base64: lines of 70", text(Text(70, u'A') + u"\n"), readBase64},
+    {"Base64: even lines and odd ones", text(Text(76, u'A') + u"\n" + Text(33, u'A') + u"\n"), readBase64},
+    {"Base64: strays", text(u"AAAA*"), readBase64},
+    {"Base64: halves of pairs and blanks", text(u"\xD800 \xDC00  "), readBase64},
+    {"Base64: padding and blanks", text(u"QQ", u" ", u"=="), readBase64},
+
     {"list: text", list("<string>", "abcd", "</string>"), readAndWriteList},
     {"list: references", list("<string>", "&amp;&#x41;", "</string>"), readAndWriteList},
     {"list: long reference", list("<string>&#x", "0", "41;</string>"), readAndWriteList},
@@ -316,6 +325,7 @@ const Row rows[] = {
     {"list: unended arrays", bytes("<plist>", "<array>", ""), readAndWriteList},
     {"list: nests", list("<array>", nest("<array>", 40, "</array>"), "</array>"), readAndWriteList},
     {"list: data", list("<data>", "AAAA", "</data>"), readAndWriteList},
+    {"list: data in odd lines", list("<data>", "AAAAAA\nAA", "</data>"), readAndWriteList},
     {"list: blanks in data", list("<data>", " \n", "</data>"), readAndWriteList},
     {"list: integer", list("<integer>", "0", "1</integer>"), readAndWriteList},
     {"list: real", list("<real>0.", "0", "1</real>"), readAndWriteList},
