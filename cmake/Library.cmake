@@ -3,6 +3,7 @@
 find_package(ICU REQUIRED COMPONENTS uc i18n)
 find_package(pugixml REQUIRED)
 find_path(HWY_INCLUDE_DIR hwy/highway.h REQUIRED)
+find_package(Fontconfig REQUIRED)
 
 file(GLOB_RECURSE sources RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/Sources/*.cpp")
 list(FILTER sources EXCLUDE REGEX "^Sources/Qt/")
@@ -20,7 +21,7 @@ set_target_properties(
              POSITION_INDEPENDENT_CODE ON)
 target_compile_features(KelvaneFoundation PUBLIC cxx_std_20)
 target_include_directories(KelvaneFoundation PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/Sources>")
-target_link_libraries(KelvaneFoundation PRIVATE ICU::uc ICU::i18n pugixml::pugixml)
+target_link_libraries(KelvaneFoundation PRIVATE ICU::uc ICU::i18n pugixml::pugixml Fontconfig::Fontconfig)
 # Highway's headers alone: VectorTargets.cpp says why its library is not linked. VBMI2 is worth its own copy of the loops.
 target_include_directories(KelvaneFoundation SYSTEM PRIVATE "${HWY_INCLUDE_DIR}")
 target_compile_definitions(KelvaneFoundation PRIVATE HWY_WANT_AVX3_DL)
@@ -31,3 +32,5 @@ kelvane_warnings(KelvaneFoundation)
 if(NOT KELVANE_SANITIZE)
   target_link_options(KelvaneFoundation PRIVATE -Wl,--no-undefined)
 endif()
+
+include(Resources)

@@ -1,5 +1,7 @@
 #include "Platform/Foundation/NSBundle.h"
 
+#include <dlfcn.h>
+
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -13,6 +15,9 @@
 namespace kelvane {
 namespace {
 
+// From the folder of the installed library to that of its resources, such as "../../share/KelvaneFoundation".
+constexpr TextView wayToSharedResources = KELVANE_SHARED_RESOURCES;
+
 // The folder around the innermost "Contents" above the executable, else the executable's own folder.
 Text bundlePathOf(TextView executable) {
   constexpr TextView contents = u"/Contents/";
@@ -21,6 +26,22 @@ Text bundlePathOf(TextView executable) {
   const std::size_t slash = executable.rfind(u'/');
   if (slash == 0) return u"/";
   return Text(executable.substr(0, slash == TextView::npos ? 0 : slash));
+}
+
+bool isFolder(TextView path) {
+  std::error_code ignored;
+  return std::filesystem::is_directory(fileSystemRepresentation(path), ignored);
+}
+
+Text resourcePathOf(TextView executable, TextView bundlePath, TextView sharedResources) {
+  if (!sharedResources.empty()) {
+    Text shared(executable.substr(0, executable.rfind(u'/') + 1));
+    shared += sharedResources;
+    if (isFolder(shared)) return shared;
+  }
+  Text path(bundlePath);
+  path += executable.find(u"/Contents/") == TextView::npos ? u"/Resources" : u"/Contents/Resources";
+  return path;
 }
 
 Ref<const NSDictionary> readInfoDictionary(TextView bundlePath) {
@@ -46,10 +67,39 @@ const NSBundle& NSBundle::mainBundle() {
   return bundle;
 }
 
-NSBundle::NSBundle(TextView executablePath)
+const NSBundle& NSBundle::libraryBundle() {
+  static const auto& bundle = *[] {
+    static const char here = 0;
+    Dl_info object{};
+    std::error_code failure;
+    std::filesystem::path path;
+    // Of a program's own executable the name may be what it was started as, which says nothing about its place.
+    if (::dladdr(&here, &object) != 0 && object.dli_fname && object.dli_fname[0] == '/')
+      path = std::filesystem::canonical(object.dli_fname, failure);
+    if (path.empty()) return new NSBundle(mainBundle().executablePath(), wayToSharedResources);
+    return new NSBundle(textFromFileSystem(path.native()), wayToSharedResources);
+  }();
+  return bundle;
+}
+
+NSBundle::NSBundle(TextView executablePath, TextView sharedResources)
     : myExecutablePath(executablePath),
       myBundlePath(bundlePathOf(executablePath)),
+      myResourcePath(resourcePathOf(executablePath, myBundlePath, sharedResources)),
       myInfoDictionary(readInfoDictionary(myBundlePath)) {}
+
+std::optional<Text> NSBundle::pathForResource(TextView name, TextView type) const {
+  if (name.empty()) return std::nullopt;
+  Text path = myResourcePath + u'/';
+  path += name;
+  if (!type.empty()) {
+    path += u'.';
+    path += type;
+  }
+  std::error_code ignored;
+  if (!std::filesystem::exists(fileSystemRepresentation(path), ignored)) return std::nullopt;
+  return path;
+}
 
 std::optional<Text> NSBundle::textInInfoDictionary(TextView key) const {
   const Ref<NSObject> value = myInfoDictionary->objectForKey(key);

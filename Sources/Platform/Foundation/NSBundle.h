@@ -17,11 +17,22 @@ class KELVANE_EXPORT NSBundle {
   // own folder. Found once.
   static const NSBundle& mainBundle();
 
-  // The bundle of an executable at that absolute path.
-  explicit NSBundle(TextView executablePath);
+  // The library's own bundle, around the shared object that it is loaded from: its resources are the ones that it was
+  // installed with. Linked into the program, it has the program's bundle. Found once.
+  static const NSBundle& libraryBundle();
+
+  // The bundle of an executable, or shared object, at that absolute path. `sharedResources`, a path from the
+  // executable's folder, is where its resources are if there is such a folder.
+  explicit NSBundle(TextView executablePath, TextView sharedResources = {});
 
   const Text& bundlePath() const { return myBundlePath; }
   const Text& executablePath() const { return myExecutablePath; }
+  // The folder of the resources, whether or not there is one: "Contents/Resources" of the bundle, or "Resources" beside
+  // an executable that lies in no "Contents".
+  const Text& resourcePath() const { return myResourcePath; }
+  // pathForResource:ofType:  The path of the resource "name.type", or "name" when `type` is empty; nil when there is no
+  // such file, and when `name` is empty. Asks the file system each time.
+  std::optional<Text> pathForResource(TextView name, TextView type) const;
   // Empty when "Contents/Info.plist" is missing or unreadable; the latter is told to the system log.
   const NSDictionary& infoDictionary() const { return *myInfoDictionary; }
   // The value under "CFBundleIdentifier"; nil when it is missing or empty.
@@ -32,6 +43,7 @@ class KELVANE_EXPORT NSBundle {
  private:
   Text myExecutablePath;
   Text myBundlePath;
+  Text myResourcePath;
   Ref<const NSDictionary> myInfoDictionary;
 };
 

@@ -1,0 +1,116 @@
+#include "Graphics/QNColorPalette.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "Extensions/NSColor-QNExtensions.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+NSColor rgb(double red, double green, double blue) { return NSColor::colorWithCalibratedRed(red, green, blue, 1); }
+
+TEST(QNColorPalette, ReadsNamesAndDefinitions) {
+  const struct {
+    Text text;
+    double red, green, blue, most;
+  } rows[] = {
+      {u"#fff", 15, 15, 15, 15},
+      {u"FFF", 15, 15, 15, 15},
+      {u"#ff8000", 255, 128, 0, 255},
+      {u"#FF80Oo", 255, 128, 0, 255},
+      {u"#1o1o1o", 16, 16, 16, 255},
+      {u" # 12 34 56", 0x12, 0x34, 0x56, 255},
+      {u"\x2003##12\x3000 3456\x2028", 0x12, 0x34, 0x56, 255},
+      {u"#12g456", 0, 1, 2, 15},
+      {u"#123456g", 4, 5, 6, 15},
+      {u"12#456", 0, 1, 2, 15},
+      {u"#12345\xD800", 3, 4, 5, 15},
+      {u"#12345", 3, 4, 5, 15},
+      {u"#11223344", 0x22, 0x33, 0x44, 255},
+      {u"#123456789", 0x123, 0x456, 0x789, 4095},
+      {u"#fedcba9876543210abc", 0x543, 0x210, 0xabc, 4095},
+      // Only 40 units count.
+      {u"#" + Text(34, u' ') + u"123456", 3, 4, 5, 15},
+      {u"#" + Text(33, u' ') + u"123456", 0x12, 0x34, 0x56, 255},
+      {u"#red", 0, 0, 0, 15},
+      {u"navyy", 0, 0, 0, 15},
+      {u"bad", 11, 10, 13, 15},
+      {u" ", 0, 0, 0, 15},
+      {Text(1000, u'f'), 1, 1, 1, 1},
+      {u"Navy", 0, 0, 128, 255},
+      {u" Navy", 0, 0, 0, 15},
+      {u"REBECCAPURPLE", 0x66, 0x33, 0x99, 255},
+      {u"lightGoldenrodYellow", 0xFA, 0xFA, 0xD2, 255},
+      {u"blac\x212A", 0, 0, 0, 255},
+      {u"grey", 128, 128, 128, 255},
+  };
+  for (const auto& row : rows) {
+    const auto color = QNColorPalette::colorForString(row.text);
+    ASSERT_TRUE(color);
+    EXPECT_TRUE(color->isEqual(rgb(row.red / row.most, row.green / row.most, row.blue / row.most)))
+        << testing::PrintToString(row.text) << " gave " << testing::PrintToString(color->description());
+  }
+  EXPECT_FALSE(QNColorPalette::colorForString(u""));
+  EXPECT_FALSE(NSColorExtensions::colorWithHtmlDefinition(std::nullopt));
+  EXPECT_TRUE(colorForHexString(u"navy").isEqual(rgb(0, 0, 0)));
+}
+
+TEST(QNColorPalette, WritesDefinitions) {
+  const struct {
+    NSColor color;
+    TextView text;
+  } rows[] = {
+      {rgb(1, 128.0 / 255, 0), u"#ff8000"},
+      // Halves go to the even step.
+      {rgb(0.5 / 255, 1.5 / 255, 2.5 / 255), u"#000202"},
+      {rgb(-1, 2, notANumber), u"#00ff00"},
+      {rgb(-std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity(), 0.999), u"#00ffff"},
+      {NSColor::blackColor(), u"#000000"},
+      {NSColor::colorWithDeviceWhite(0.2, 0.5), u"#333333"},
+      {NSColor::colorWithDeviceRed(0.2, 0.4, 0.6, 0), u"#336699"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(htmlDefinition(row.color), row.text);
+  EXPECT_EQ(QNColorPalette::stringForColor(nullptr), std::nullopt);
+  EXPECT_EQ(QNColorPalette::stringForColor(&rows[0].color), u"#ff8000");
+}
+
+TEST(QNColorPalette, GammaThereAndBack) {
+  EXPECT_DOUBLE_EQ(QNColorPalette::colorForString(u"#008000", 2.2)->greenComponent(), std::pow(128.0 / 255, 2.2));
+  EXPECT_DOUBLE_EQ(QNColorPalette::colorForString(u"green", 2.2)->greenComponent(), std::pow(128.0 / 255, 2.2));
+  for (const double gamma : {1.0, 1.8, 2.2, 0.0, -3.0, notANumber}) {
+    for (int step = 0; step < 256; ++step) {
+      const Text text = QNColorPalette::stringForColor(rgb(step / 255.0, 0, 1), gamma);
+      const auto color = QNColorPalette::colorForString(text, gamma);
+      ASSERT_NEAR(color->redComponent(), step / 255.0, 1 / 255.0) << gamma;
+      ASSERT_EQ(color->blueComponent(), 1);
+    }
+  }
+}
+
+TEST(QNColorPalette, ContrastingColor) {
+  EXPECT_TRUE(contrastingColor(rgb(0.5, 0.5, 0.5)).isEqual(NSColor::blackColor()));
+  EXPECT_TRUE(contrastingColor(NSColor::colorWithDeviceWhite(0.49, 1)).isEqual(NSColor::whiteColor()));
+  EXPECT_TRUE(contrastingColor(rgb(1, 0, 0)).isEqual(NSColor::whiteColor()));
+  EXPECT_TRUE(contrastingColor(rgb(0, notANumber, 0)).isEqual(NSColor::blackColor()));
+}
+
+TEST(NSColor, SpacesAndEquality) {
+  const NSColor gray = NSColor::grayColor();
+  const auto same = gray.colorUsingColorSpace(NSColor::Space::CalibratedRGB);
+  EXPECT_EQ(same->description(), u"NSCalibratedRGBColorSpace 0.5 0.5 0.5 1");
+  EXPECT_EQ(gray.description(), u"NSCalibratedWhiteColorSpace 0.5 1");
+  EXPECT_FALSE(same->isEqual(gray));
+  EXPECT_TRUE(gray.copy()->isEqual(gray) && gray.copy()->hash() == gray.hash());
+  EXPECT_EQ(rgb(1, 0, 0).colorUsingColorSpace(NSColor::Space::DeviceWhite)->description(),
+            u"NSDeviceWhiteColorSpace 0.3 1");
+  EXPECT_FALSE(rgb(0, 0, notANumber).colorUsingColorSpace(NSColor::Space::CalibratedRGB));
+}
+
+}  // namespace
+}  // namespace kelvane
