@@ -1,5 +1,7 @@
 #include "Extensions/NSDictionary-QNExtensions.h"
 
+#include "Platform/Foundation/Format.h"
+#include "Platform/Foundation/NSArchiver.h"
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSDate.h"
@@ -7,6 +9,7 @@
 #include "Platform/Foundation/NSString.h"
 #include "Platform/Foundation/NSValue.h"
 #include "Platform/Foundation/Raise.h"
+#include "Utilities/QNLogger.h"
 
 namespace kelvane {
 namespace {
@@ -84,6 +87,23 @@ Ref<NSMutableDictionary> dictionaryWithDeepCopiedValues(const NSDictionary& rece
     copies->setObject(copy ? std::move(copy) : value->copy(), key);
   }
   return copies;
+}
+
+void applyValuesAsPropertiesToObject(const NSDictionary& receiver, NSObject* object) {
+  if (!object) return;
+  for (const auto& [key, value] : receiver) {
+    const NSData* data = as<NSData>(value.get());
+    if (!data) {
+      object->setValueForKey(value, key);
+      continue;
+    }
+    const UnarchivedObject read = NSUnarchiver::unarchiveObjectWithData(*data);
+    if (read.object)
+      object->setValueForKey(read.object, key);
+    else
+      QNLogger::sharedLogger().error(__LINE__, __FILE__, "applyValuesAsPropertiesToObject:",
+                                     format(u"Can't set property '%@'. %@", key, read.error));
+  }
 }
 
 }  // namespace kelvane

@@ -62,5 +62,9 @@ KELVANE_EXPORT Ref<NSDictionary> normalizedDictionaryWithStringObjectsForKeys(co
 // deep: the copies of arrays and dictionaries share their elements. std::invalid_argument for a value that cannot be
 // copied.
 KELVANE_EXPORT Ref<NSMutableDictionary> dictionaryWithDeepCopiedValues(const NSDictionary& receiver);
+// applyValuesAsPropertiesToObject:  Sets each entry as the property of that name, in ascending order of the keys. Bytes
+// are always taken for an archive (NSArchiver.h), and the object in it is set; where they are none, that is logged and
+// the property stays. Nothing for a nil object; std::invalid_argument when the object has no such property.
+KELVANE_EXPORT void applyValuesAsPropertiesToObject(const NSDictionary& receiver, NSObject* object);
 
 }  // namespace kelvane

@@ -1,11 +1,10 @@
-#include "Graphics/QNColorPalette.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
 
 #include "Extensions/NSColor-QNExtensions.h"
+#include "Graphics/QNColorPalette.h"
 #include "Support/TextPrinting.h"
 
 namespace kelvane {

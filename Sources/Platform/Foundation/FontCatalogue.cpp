@@ -63,9 +63,9 @@ typename Map::mapped_type& remembered(Map& map, TextView name) {
 
 int weightFromFontconfig(int weight) {
   constexpr std::pair<int, int> steps[] = {
-      {FC_WEIGHT_THIN, 2},     {FC_WEIGHT_EXTRALIGHT, 3}, {FC_WEIGHT_DEMILIGHT, 4}, {FC_WEIGHT_REGULAR, 5},
-      {FC_WEIGHT_MEDIUM, 6},   {FC_WEIGHT_DEMIBOLD, 8},   {FC_WEIGHT_BOLD, 9},      {FC_WEIGHT_EXTRABOLD, 10},
-      {FC_WEIGHT_BLACK, 11},   {FC_WEIGHT_EXTRABLACK, 12}};
+      {FC_WEIGHT_THIN, 2},   {FC_WEIGHT_EXTRALIGHT, 3}, {FC_WEIGHT_DEMILIGHT, 4}, {FC_WEIGHT_REGULAR, 5},
+      {FC_WEIGHT_MEDIUM, 6}, {FC_WEIGHT_DEMIBOLD, 8},   {FC_WEIGHT_BOLD, 9},      {FC_WEIGHT_EXTRABOLD, 10},
+      {FC_WEIGHT_BLACK, 11}, {FC_WEIGHT_EXTRABLACK, 12}};
   const auto nearest = std::ranges::min_element(
       steps, {}, [weight](const std::pair<int, int>& step) { return std::abs(step.first - weight); });
   return nearest->second;

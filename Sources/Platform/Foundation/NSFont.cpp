@@ -49,10 +49,10 @@ Ref<NSObject> NSFont::copy() const {
 }
 
 const PropertyTable& NSFont::propertyTable() const {
-  static const auto& table = *new PropertyTable(
-      NSObject::propertyTable(),
-      {property(u"fontName", &NSFont::fontName), property(u"familyName", &NSFont::familyName),
-       property(u"pointSize", &NSFont::pointSize)});
+  static const auto& table =
+      *new PropertyTable(NSObject::propertyTable(),
+                         {property(u"fontName", &NSFont::fontName), property(u"familyName", &NSFont::familyName),
+                          property(u"pointSize", &NSFont::pointSize)});
   return table;
 }
 

@@ -44,8 +44,8 @@ Text TextBuffer::substring(NSRange range) const {
   Text part;
   part.reserve(range.length);
   for (std::size_t i = pieceAt(range.location); part.size() < range.length; ++i)
-    part += TextView(myPieces[i].text)
-                .substr(range.location + part.size() - myPieces[i].start, range.length - part.size());
+    part +=
+        TextView(myPieces[i].text).substr(range.location + part.size() - myPieces[i].start, range.length - part.size());
   return part;
 }
 

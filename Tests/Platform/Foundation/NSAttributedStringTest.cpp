@@ -1,5 +1,3 @@
-#include "Platform/Foundation/NSAttributedString.h"
-
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -9,6 +7,7 @@
 #include <vector>
 
 #include "Platform/Foundation/Boxing.h"
+#include "Platform/Foundation/NSAttributedString.h"
 #include "Support/TextPrinting.h"
 
 namespace kelvane {

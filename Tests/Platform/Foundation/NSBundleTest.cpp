@@ -1,11 +1,10 @@
-#include "Platform/Foundation/NSBundle.h"
-
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
 #include <string>
 
+#include "Platform/Foundation/NSBundle.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/TextPrinting.h"

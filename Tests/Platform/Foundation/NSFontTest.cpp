@@ -1,5 +1,3 @@
-#include "Platform/Foundation/NSFont.h"
-
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -8,6 +6,7 @@
 #include <string>
 
 #include "Platform/Foundation/Boxing.h"
+#include "Platform/Foundation/NSFont.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/TextPrinting.h"
 

@@ -1,0 +1,243 @@
+#include "Platform/Foundation/NSArchiver.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <typeinfo>
+#include <vector>
+
+#include "Platform/Foundation/ArchivedClass.h"
+#include "Platform/Foundation/Boxing.h"
+#include "Platform/Foundation/NSArray.h"
+#include "Platform/Foundation/NSAttributedString.h"
+#include "Platform/Foundation/NSColor.h"
+#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/NSError.h"
+#include "Platform/Foundation/NSFont.h"
+#include "Platform/Foundation/NSNull.h"
+#include "Platform/Foundation/NSURL.h"
+#include "Platform/Foundation/Properties.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+Ref<NSObject> thereAndBack(const Ref<NSObject>& object) {
+  const ArchivedData archived = NSArchiver::archivedDataWithRootObject(object);
+  EXPECT_EQ(archived.error, u"");
+  if (!archived.data) return nullptr;
+  const UnarchivedObject read = NSUnarchiver::unarchiveObjectWithData(*archived.data);
+  EXPECT_EQ(read.error, u"");
+  return read.object;
+}
+
+// What archiving or unarchiving says.
+Text errorOf(const Ref<NSObject>& object) { return NSArchiver::archivedDataWithRootObject(object).error; }
+Text errorOf(const std::string& bytes) {
+  const UnarchivedObject read = NSUnarchiver::unarchiveObjectWithData(
+      {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+  EXPECT_EQ(read.object, nullptr);
+  return read.error;
+}
+
+// An archive of version 1 around `body`, with the checksum that belongs to it.
+std::string archiveOf(const std::string& body) {
+  std::string bytes = "KelvArc\1" + body;
+  std::uint64_t hash = 0xCBF29CE484222325;
+  for (const char byte : bytes) hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
+  for (unsigned shift = 0; shift < 64; shift += 8) bytes += static_cast<char>(hash >> shift);
+  return bytes;
+}
+
+std::string number(std::uint64_t value) {
+  std::string bytes;
+  for (; value >= 0x80; value >>= 7U) bytes += static_cast<char>(value | 0x80U);
+  return bytes + static_cast<char>(value);
+}
+
+std::string ascii(const std::string& text) { return number(2 * text.size()) + text; }
+
+class Person : public NSObject {
+ public:
+  const PropertyTable& propertyTable() const override {
+    static const PropertyTable table(NSObject::propertyTable(),
+                                     {property(u"name", &Person::myName), property(u"friend", &Person::myFriend),
+                                      property(u"initial", &Person::initial)});
+    return table;
+  }
+  Text initial() const { return myName.substr(0, 1); }
+
+  Text myName;
+  Ref<NSObject> myFriend;
+};
+
+TEST(NSArchiver, RoundTripsEachKindOfValue) {
+  const auto font = std::make_shared<NSFont>(NSFont::fontWithFamily(u"Helvetica", NSBoldFontMask, 5, 12.5));
+  NSMutableAttributedString styled(u"styled \xD800 text");
+  styled.addAttribute(NSFontAttributeName, font, {0, 6});
+  styled.addAttribute(NSFontAttributeName, font, {9, 2});
+  const Ref<NSObject> objects[] = {
+      box(u""),
+      box(u"gr\u00FC\u00DF\u20AC\xDC00"),
+      std::make_shared<NSMutableString>(u"mutable"),
+      box(true),
+      box(std::numeric_limits<std::int64_t>::min()),
+      box(-1),
+      box(std::numeric_limits<std::uint64_t>::max()),
+      box(0.1F),
+      box(-0.0),
+      box(std::numeric_limits<double>::quiet_NaN()),
+      std::make_shared<NSDate>(NSDate::dateWithTimeIntervalSinceReferenceDate(-1e-3)),
+      std::make_shared<NSData>(std::vector<std::uint8_t>{0, 255}),
+      std::make_shared<NSMutableData>(),
+      NSArray::arrayWithObjects({box(1), NSNull::null()}),
+      std::make_shared<NSMutableArray>(),
+      NSDictionary::dictionaryWithEntries({{u"a", box(1)}, {u"\u20AC", box(u"b")}}),
+      std::make_shared<NSMutableDictionary>(),
+      NSNull::null(),
+      NSURL::URLWithString(u"https://example.org/?a#b"),
+      box(CGPoint{1, -2}),
+      box(CGSize{3, 4}),
+      box(CGRect{{1, 2}, {3, 4}}),
+      box(NSRange{5, 6}),
+      NSError::errorWithDescription(u"domain", -7, u"what"),
+      std::make_shared<NSColor>(NSColor::grayColor()),
+      std::make_shared<NSColor>(NSColor::colorWithDeviceRed(0.1, 0.2, 0.3, 0.4)),
+      font,
+      styled.copy(),
+      styled.mutableCopy(),
+      std::make_shared<NSTextStorage>(styled),
+  };
+  for (const auto& object : objects) {
+    const auto read = thereAndBack(object);
+    ASSERT_TRUE(isEqual(read, object)) << testing::PrintToString(object->description());
+    const NSObject& a = *object;
+    const NSObject& b = *read;
+    EXPECT_TRUE(typeid(a) == typeid(b) && a.description() == b.description());
+    EXPECT_TRUE(!as<NSNumber>(object) || as<NSNumber>(object)->kind() == as<NSNumber>(read)->kind());
+  }
+  const auto text = as<NSAttributedString>(thereAndBack(styled.copy()));
+  EXPECT_EQ(text->attribute(NSFontAttributeName, 0), text->attribute(NSFontAttributeName, 9));
+}
+
+TEST(NSArchiver, KeepsIdentityAndTheHostsClasses) {
+  registerArchivedClass<Person>(u"Person");
+  const auto ann = std::make_shared<Person>();
+  const auto bob = std::make_shared<Person>();
+  ann->myName = u"Ann";
+  bob->myName = u"Bob";
+  bob->myFriend = ann;
+  const auto read = as<NSArray>(thereAndBack(NSArray::arrayWithObjects({bob, ann, bob})));
+  ASSERT_TRUE(read);
+  const auto readBob = as<Person>(read->objectAtIndex(0));
+  EXPECT_TRUE(readBob->myName == u"Bob" && readBob == read->objectAtIndex(2));
+  EXPECT_TRUE(readBob->myFriend == read->objectAtIndex(1) && as<Person>(readBob->myFriend)->myName == u"Ann");
+  EXPECT_EQ(as<Person>(readBob->myFriend)->myFriend, nullptr);
+
+  ann->myFriend = bob;
+  EXPECT_EQ(errorOf(ann), u"An object of class Person cannot be archived: it leads back to itself.");
+  bob->myFriend = nullptr;
+  EXPECT_THROW(registerArchivedClass<NSMutableString>(u"Person"), std::invalid_argument);
+
+  // The class changes: an older program refuses what a newer one has written, and so does one without the property.
+  const auto encode = [](const NSObject&, ArchiveEncoder& encoder) { encoder.encodeUnsigned(1); };
+  const auto decode = [](ArchiveDecoder& decoder) -> Ref<NSObject> {
+    return decoder.classVersion() == 2 && decoder.decodeUnsigned() == 1 ? std::make_shared<Person>() : nullptr;
+  };
+  const auto old = NSArchiver::archivedDataWithRootObject(bob).data;
+  registerArchivedClass(typeid(Person), {u"Person", 2, encode, decode});
+  EXPECT_EQ(NSUnarchiver::unarchiveObjectWithData(*old).error,
+            u"The archive cannot be read: object 2 (Person): it cannot be made.");
+  const auto current = NSArchiver::archivedDataWithRootObject(bob).data;
+  EXPECT_TRUE(NSUnarchiver::unarchiveObjectWithData(*current).object);
+  registerArchivedClass<Person>(u"Person");
+  EXPECT_EQ(NSUnarchiver::unarchiveObjectWithData(*current).error,
+            u"The archive cannot be read: the class 'Person' is of version 2, and only 0 is known.");
+  EXPECT_EQ(errorOf(archiveOf(number(2) + ascii("Person") + number(0) + ascii("NSString") + number(0) + number(2) +
+                              number(1) + number(4) + ascii("Ann") + number(0) + number(6) + number(1) +
+                              ascii("age") + number(1))),
+            u"The archive cannot be read: object 2 (Person): setValue:forKey:: an object of class Person has no key 'age'.");
+  // What circles there are would keep each other alive.
+  ann->myFriend = nullptr;
+}
+
+TEST(NSArchiver, RefusesWhatCannotBeWritten) {
+  class Stranger : public NSMutableArray {};
+  EXPECT_EQ(errorOf(Ref<NSObject>()), u"There is no object to be archived.");
+  EXPECT_EQ(errorOf(NSArray::arrayWithObjects({std::make_shared<Stranger>()})),
+            u"Objects of class Stranger cannot be archived: the class is not registered.");
+  EXPECT_EQ(errorOf(std::make_shared<NSValue>(NSValue::valueWithPointer(nullptr))),
+            u"An address cannot be archived: it means nothing in another process.");
+  const auto circle = std::make_shared<NSMutableArray>();
+  circle->addObject(NSArray::arrayWithObjects({circle}));
+  EXPECT_EQ(errorOf(circle), u"An object of class NSMutableArray cannot be archived: it leads back to itself.");
+  circle->removeAllObjects();
+
+  Ref<NSObject> chain = NSNull::null();
+  for (std::size_t depth = 1; depth < maximumArchiveDepth; ++depth) chain = NSArray::arrayWithObjects({chain});
+  EXPECT_TRUE(thereAndBack(chain));
+  // Too deep only by way of an object that was seen before in a shallower place.
+  EXPECT_EQ(errorOf(NSArray::arrayWithObjects({chain, NSArray::arrayWithObjects({chain})})),
+            u"The object cannot be archived: objects refer to each other over more than 512 steps.");
+  Ref<NSObject> doubled = NSNull::null();
+  for (int i = 0; i < 64; ++i) doubled = NSArray::arrayWithObjects({doubled, doubled});
+  EXPECT_EQ(errorOf(doubled),
+            u"The object cannot be archived: objects share so many others that going through them would not end.");
+}
+
+TEST(NSArchiver, RefusesDamagedAndHostileArchives) {
+  const auto object = NSDictionary::dictionaryWithEntries({{u"a", NSArray::arrayWithObjects({box(1), box(u"€")})}});
+  const auto data = NSArchiver::archivedDataWithRootObject(object).data;
+  const std::string good(data->bytes().begin(), data->bytes().end());
+  for (std::size_t i = 0; i < good.size(); ++i) {
+    EXPECT_NE(errorOf(good.substr(0, i)), u"") << i;
+    std::string damaged = good;
+    damaged[i] = static_cast<char>(damaged[i] ^ 4);
+    EXPECT_NE(errorOf(damaged), u"") << i;
+  }
+
+  const std::string null = number(1) + ascii("NSNull") + number(0);
+  const std::string array = number(1) + ascii("NSArray") + number(0);
+  const std::string record(2, '\0');
+  // Each array holds the one before twice.
+  std::string doubled = array + number(65) + number(0) + number(1) + number(0);
+  for (std::uint64_t i = 1; i < 65; ++i) doubled += number(0) + number(3) + number(2) + number(i) + number(i);
+  std::string chain = array + number(513) + number(0) + number(1) + number(0);
+  for (std::uint64_t i = 1; i < 513; ++i) {
+    const std::string values = number(1) + number(i);
+    chain += number(0) + number(values.size()) + values;
+  }
+  const struct {
+    std::string bytes;
+    TextView reason;
+  } rows[] = {
+      {"", u"it is none"},
+      {"KelvArc", u"it is cut short"},
+      {"KelvArc\2", u"it is of version 2, and only 1 is known"},
+      {archiveOf(""), u"it is cut short"},
+      {archiveOf(null + number(0)), u"there is no object in it"},
+      {archiveOf(null + number(1) + record + "x"), u"there is something behind its last object"},
+      {archiveOf(null + number(1) + number(1) + number(0)), u"an object is of no class"},
+      {archiveOf(null + number(1) + number(0) + number(1) + "x"), u"object 1 (NSNull): it has more values than it should"},
+      {archiveOf(null + number(1000000000000) + record), u"it is cut short"},
+      {archiveOf(null + number(1) + number(0) + std::string(9, '\xFF') + '\2'), u"a number has more than 64 bits"},
+      {archiveOf(number(1) + ascii("System") + number(0) + number(1) + record), u"the class 'System' is not registered"},
+      {archiveOf(array + number(1) + number(0) + number(2) + number(1) + number(1)),
+       u"object 1 (NSArray): it refers to an object that does not stand before it"},
+      {archiveOf(array + number(1) + number(0) + number(5) + number(0xFFFFFFFF)), u"object 1 (NSArray): it is cut short"},
+      {archiveOf(array + number(1) + number(0) + number(2) + number(1) + number(0)),
+       u"object 1 (NSArray): an object of another kind is expected"},
+      {archiveOf(doubled),
+       u"object 25 (NSArray): objects share so many others that going through them would not end"},
+      {archiveOf(chain), u"object 513 (NSArray): objects refer to each other over more than 512 steps"},
+  };
+  for (const auto& row : rows)
+    EXPECT_EQ(errorOf(row.bytes), u"The archive cannot be read: " + Text(row.reason) + u".");
+}
+
+}  // namespace
+}  // namespace kelvane
