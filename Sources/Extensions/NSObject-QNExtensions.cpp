@@ -7,8 +7,7 @@
 
 namespace kelvane {
 
-Ref<NSMutableDictionary> dictionaryWithCopiedValuesForKeys(const NSObject& receiver,
-                                                           std::span<const Text> keys) {
+Ref<NSMutableDictionary> dictionaryWithCopiedValuesForKeys(const NSObject& receiver, std::span<const Text> keys) {
   auto copies = std::make_shared<NSMutableDictionary>();
   const NSManagedObject* managed = as<NSManagedObject>(&receiver);
   for (const Text& key : keys) {

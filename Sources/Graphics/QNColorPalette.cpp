@@ -25,7 +25,9 @@ constexpr std::size_t unitsRead = 40;
 
 // A definition as it was read: each component is a count of steps, `most` of which are 1.0.
 struct HexColor {
-  std::array<std::uint16_t, 3> steps{};
+  std::uint16_t red = 0;
+  std::uint16_t green = 0;
+  std::uint16_t blue = 0;
   std::uint16_t most = 15;
 };
 
@@ -65,22 +67,23 @@ HexColor readAnyDefinition(TextView text) {
   const unsigned width = isCut || count <= 5 ? 4 : count <= 8 ? 8 : 12;
   const std::uint64_t mask = (1U << width) - 1;
   const auto group = [&](unsigned place) { return static_cast<std::uint16_t>((digits >> (place * width)) & mask); };
-  return {{group(2), group(1), group(0)}, static_cast<std::uint16_t>(mask)};
+  return {group(2), group(1), group(0), static_cast<std::uint16_t>(mask)};
 }
 
-// Nearly every definition is "#" and six digits.
+unsigned digitAt(TextView text, std::size_t place) { return unitKinds[text[place]]; }
+
+// Nearly every definition is "#" and six digits. No arrays here: writing bytes and reading them back as words would
+// take longer than all the rest.
 HexColor readDefinition(TextView text) {
   if (text.size() != 7 || text[0] != u'#') return readAnyDefinition(text);
-  std::array<std::uint8_t, 6> digits;
-  unsigned all = 0;
-  for (std::size_t i = 0; i < digits.size(); ++i) {
-    const char16_t unit = text[i + 1];
-    digits[i] = unit < unitKinds.size() ? unitKinds[unit] : std::uint8_t{Other};
-    all |= digits[i];
-  }
-  if (all > 15) return readAnyDefinition(text);
-  const auto pair = [&](std::size_t i) { return static_cast<std::uint16_t>(digits[i] * 16 + digits[i + 1]); };
-  return {{pair(0), pair(2), pair(4)}, 255};
+  if ((text[1] | text[2] | text[3] | text[4] | text[5] | text[6]) >= 128) return readAnyDefinition(text);
+  const unsigned high = digitAt(text, 1) | digitAt(text, 3) | digitAt(text, 5);
+  const unsigned low = digitAt(text, 2) | digitAt(text, 4) | digitAt(text, 6);
+  if ((high | low) > 15) return readAnyDefinition(text);
+  const auto pair = [text](std::size_t i) {
+    return static_cast<std::uint16_t>(digitAt(text, i) * 16 + digitAt(text, i + 1));
+  };
+  return {pair(1), pair(3), pair(5), 255};
 }
 
 double usableGamma(double gamma) { return gamma > 0 ? gamma : 1.0; }
@@ -91,14 +94,9 @@ constexpr auto fractionsOf255 = [] {
   return fractions;
 }();
 
-NSColor colorFrom(const HexColor& read, double gamma) {
-  gamma = usableGamma(gamma);
-  const auto component = [&](std::size_t i) {
-    const std::uint16_t steps = read.steps[i];
-    const double plain = read.most == 255 ? fractionsOf255[steps] : static_cast<double>(steps) / read.most;
-    return gamma == 1.0 ? plain : std::pow(plain, gamma);
-  };
-  return NSColor::colorWithCalibratedRed(component(0), component(1), component(2), 1.0);
+double componentOf(std::uint16_t steps, const HexColor& read, double gamma) {
+  const double plain = read.most == 255 ? fractionsOf255[steps] : static_cast<double>(steps) / read.most;
+  return gamma == 1.0 ? plain : std::pow(plain, gamma);
 }
 
 // The names of the palette in a hash table, each with what its definition says.
@@ -140,10 +138,10 @@ class Names {
     return unit == u'\x212A' ? u'k' : unit;
   }
 
+  // Four units and the length tell nearly all names apart, and do not wait for one another as a whole text's would.
   static std::size_t hash(TextView name) {
-    std::size_t hash = name.size();
-    for (const char16_t unit : name) hash = hash * 31 + unit;
-    return hash ^ (hash >> 7U);
+    const std::size_t size = name.size();
+    return size * 37 + name[0] * 5U + name[size / 4] * 59U + name[size / 2] * 131U + name[size - 1] * 17U;
   }
 
   std::vector<Slot> mySlots;
@@ -176,13 +174,20 @@ unsigned stepsOf255(double component, double gamma) {
 
 }  // namespace
 
-NSColor colorForHexString(TextView string, double gamma) { return colorFrom(readDefinition(string), gamma); }
+NSColor colorForHexString(TextView string, double gamma) {
+  const HexColor read = readDefinition(string);
+  gamma = usableGamma(gamma);
+  return NSColor(NSColor::Space::CalibratedRGB, componentOf(read.red, read, gamma),
+                 componentOf(read.green, read, gamma), componentOf(read.blue, read, gamma), 1.0);
+}
 
 std::optional<NSColor> QNColorPalette::colorForString(std::optional<TextView> string, double gamma) {
   if (!string || string->empty()) return std::nullopt;
-  if (string->front() != u'#')
-    if (const HexColor* named = names().find(*string)) return colorFrom(*named, gamma);
-  return colorFrom(readDefinition(*string), gamma);
+  const HexColor* named = string->front() == u'#' ? nullptr : names().find(*string);
+  const HexColor read = named ? *named : readDefinition(*string);
+  gamma = usableGamma(gamma);
+  return std::optional<NSColor>(std::in_place, NSColor::Space::CalibratedRGB, componentOf(read.red, read, gamma),
+                                componentOf(read.green, read, gamma), componentOf(read.blue, read, gamma), 1.0);
 }
 
 Text QNColorPalette::stringForColor(const NSColor& color, double gamma) {

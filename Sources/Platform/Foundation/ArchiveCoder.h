@@ -45,9 +45,9 @@ class KELVANE_EXPORT ArchiveEncoder {
   Text myError;
 };
 
-// Gives the values of one object after another. Whatever does not fit what was asked for fails the archive; from then on
-// all values are 0, empty or nil, so that it is enough to ask `hasFailed` before loops and at the end. One thread at a
-// time.
+// Gives the values of one object after another. Whatever does not fit what was asked for fails the archive; from then
+// on all values are 0, empty or nil, so that it is enough to ask `hasFailed` before loops and at the end. One thread at
+// a time.
 class KELVANE_EXPORT ArchiveDecoder {
  public:
   ArchiveDecoder(const ArchiveDecoder&) = delete;

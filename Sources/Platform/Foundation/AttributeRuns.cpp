@@ -36,6 +36,19 @@ AttributeRuns::Iterator AttributeRuns::find(std::size_t index) const {
   return {this, chunk, static_cast<std::size_t>(entry - entries.begin())};
 }
 
+// Moves the chunks behind, and the end of the whole; the distance wraps where it is negative.
+void AttributeRuns::shiftBehind(std::size_t chunk, std::size_t distance) {
+  for (std::size_t i = chunk + 1; i < myChunks.size(); ++i) myChunks[i].start += distance;
+  myLength += distance;
+}
+
+void AttributeRuns::resize(std::size_t index, std::size_t removed, std::size_t added) {
+  const Iterator place = find(index);
+  auto& entries = myChunks[place.myChunk].entries;
+  for (std::size_t i = place.myEntry; i < entries.size(); ++i) entries[i].end += added - removed;
+  shiftBehind(place.myChunk, added - removed);
+}
+
 void AttributeRuns::append(std::size_t length, Ref<NSDictionary> attributes) {
   if (length == 0) return;
   const std::size_t start = myLength;
@@ -54,7 +67,8 @@ void AttributeRuns::append(std::size_t length, Ref<NSDictionary> attributes) {
   }
   Chunk& chunk = myChunks.emplace_back();
   chunk.start = start;
-  chunk.entries.reserve(largestChunk);
+  // Most texts have a few runs; one that has more is likely to get many.
+  if (myChunks.size() > 1) chunk.entries.reserve(largestChunk);
   chunk.entries.push_back({length, std::move(attributes)});
 }
 
@@ -85,6 +99,43 @@ std::vector<AttributeRuns::Chunk> AttributeRuns::chunked(std::size_t start, std:
   return result;
 }
 
+// The runs of the chunks from `first` to `last`, taken out of them, with `pieces` in the place of what covers `range`.
+std::vector<AttributeRuns::Piece> AttributeRuns::takeChanged(std::size_t first, std::size_t last, NSRange range,
+                                                             std::vector<Piece>& pieces) {
+  std::vector<Piece> runs;
+  runs.reserve((last - first + 1) * largestChunk / 2 + pieces.size() + 2);
+  // Of the runs that were there, only those on either side of the change can have become equal.
+  bool isInserted = false;
+  bool isSeam = false;
+  const auto insert = [&] {
+    for (Piece& piece : pieces) add(runs, piece.length, std::move(piece.attributes));
+    isInserted = isSeam = true;
+  };
+  const auto keep = [&](std::size_t length, Ref<NSDictionary>&& attributes) {
+    if (std::exchange(isSeam, false))
+      add(runs, length, std::move(attributes));
+    else
+      runs.push_back({length, std::move(attributes)});
+  };
+  for (std::size_t i = first; i <= last; ++i) {
+    std::size_t start = myChunks[i].start;
+    for (Entry& entry : myChunks[i].entries) {
+      const std::size_t end = myChunks[i].start + entry.end;
+      if (end > range.location && !isInserted) {
+        if (start < range.location) keep(range.location - start, Ref<NSDictionary>(entry.attributes));
+        insert();
+      }
+      if (end <= range.location)
+        keep(end - start, std::move(entry.attributes));
+      else if (end > range.end())
+        keep(end - std::max(start, range.end()), std::move(entry.attributes));
+      start = end;
+    }
+  }
+  if (!isInserted) insert();
+  return runs;
+}
+
 // The chunks that the change touches, with a neighbour on either side, are taken apart, and what comes of them is put
 // into chunks anew: no chunk stays small for long, and equal runs find each other across all seams.
 void AttributeRuns::replace(NSRange range, std::vector<Piece> pieces) {
@@ -99,34 +150,10 @@ void AttributeRuns::replace(NSRange range, std::vector<Piece> pieces) {
       (range.end() == myChunks[last + 1].start || myChunks[last].entries.size() < chunkSize / 2))
     ++last;
 
-  std::vector<Piece> runs;
-  runs.reserve((last - first + 1) * largestChunk / 2 + pieces.size() + 2);
-  bool isInserted = false;
-  const auto insert = [&] {
-    for (Piece& piece : pieces) add(runs, piece.length, std::move(piece.attributes));
-    isInserted = true;
-  };
-  for (std::size_t i = first; i <= last; ++i) {
-    std::size_t start = myChunks[i].start;
-    for (Entry& entry : myChunks[i].entries) {
-      const std::size_t end = myChunks[i].start + entry.end;
-      if (end > range.location && !isInserted) {
-        if (start < range.location) add(runs, range.location - start, Ref<NSDictionary>(entry.attributes));
-        insert();
-      }
-      if (end <= range.location)
-        add(runs, end - start, std::move(entry.attributes));
-      else if (end > range.end())
-        add(runs, end - std::max(start, range.end()), std::move(entry.attributes));
-      start = end;
-    }
-  }
-  if (!isInserted) insert();
-
+  std::vector<Piece> runs = takeChanged(first, last, range, pieces);
   std::size_t added = 0;
   for (const Piece& piece : pieces) added += piece.length;
-  for (std::size_t i = last + 1; i < myChunks.size(); ++i) myChunks[i].start += added - range.length;
-  myLength += added - range.length;
+  shiftBehind(last, added - range.length);
 
   std::vector<Chunk> chunks = chunked(myChunks[first].start, std::move(runs));
   const std::size_t kept = std::min(chunks.size(), last - first + 1);

@@ -44,6 +44,8 @@ class KELVANE_EXPORT AttributeRuns {
   // The run that covers `index`, which must be less than the length.
   Iterator find(std::size_t index) const;
 
+  // Makes the run that covers `index` longer by `added` and shorter by `removed`, which must leave something of it.
+  void resize(std::size_t index, std::size_t removed, std::size_t added);
   // Adds a run at the end; none when `length` is 0.
   void append(std::size_t length, Ref<NSDictionary> attributes);
   // Puts `pieces` in the place of what covers `range`, which must lie within the length; pieces of length 0 are left
@@ -67,6 +69,8 @@ class KELVANE_EXPORT AttributeRuns {
   };
 
   std::size_t chunkAt(std::size_t index) const;
+  void shiftBehind(std::size_t chunk, std::size_t distance);
+  std::vector<Piece> takeChanged(std::size_t first, std::size_t last, NSRange range, std::vector<Piece>& pieces);
   static void add(std::vector<Piece>& pieces, std::size_t length, Ref<NSDictionary>&& attributes);
   std::vector<Chunk> chunked(std::size_t start, std::vector<Piece>&& pieces) const;
 

@@ -33,8 +33,8 @@ std::uint64_t checksumOf(std::string_view bytes) {
   return hash;
 }
 
-// How deep and heavy objects are, in the order of their numbers. The writer and the reader count alike, so that what was
-// written can be read.
+// How deep and heavy objects are, in the order of their numbers. The writer and the reader count alike, so that what
+// was written can be read.
 class Measures {
  public:
   struct Measure {
@@ -213,7 +213,8 @@ class Unarchiver final : public ArchiveDecoder {
       if (hasFailed()) return;
       if (!theClass) return fail(format(u"the class '%@' is not registered", name));
       if (version > theClass->version)
-        return fail(format(u"the class '%@' is of version %lu, and only %u is known", name, version, theClass->version));
+        return fail(
+            format(u"the class '%@' is of version %lu, and only %u is known", name, version, theClass->version));
       myClasses.push_back({std::move(theClass), static_cast<std::uint32_t>(version)});
     }
   }

@@ -118,17 +118,21 @@ void NSMutableAttributedString::insertAttributedString(const NSAttributedString&
 
 void NSMutableAttributedString::deleteCharactersInRange(NSRange range) {
   requireRange("deleteCharactersInRange:", range, length());
-  myText.replace(range, {});
-  myRuns.replace(range, {});
+  replaceCharactersInRange(range, TextView());
 }
 
 void NSMutableAttributedString::replaceCharactersInRange(NSRange range, TextView string) {
   requireRange("replaceCharactersInRange:withString:", range, length());
   const std::size_t giver = range.length == 0 && range.location > 0 ? range.location - 1 : range.location;
-  Ref<NSDictionary> attributes = giver < length() ? (*myRuns.find(giver)).attributes : frozen(nullptr);
+  if (giver == length()) return appendString(string, nullptr);
+  const AttributeRun run = *myRuns.find(giver);
+  const std::size_t added = string.size();
   myText.replace(range, string);
+  // Nearly all edits stay within a run.
+  if (range.end() <= run.range.end() && run.range.length + added > range.length)
+    return myRuns.resize(giver, range.length, added);
   std::vector<AttributeRuns::Piece> pieces;
-  pieces.push_back({string.size(), std::move(attributes)});
+  pieces.push_back({added, run.attributes});
   myRuns.replace(range, std::move(pieces));
 }
 

@@ -58,7 +58,7 @@ class KELVANE_EXPORT NSAttributedString : public NSObject {
   // isEqualToAttributedString:  Equal when the texts are, and the attributes everywhere.
   bool isEqual(const NSObject& other) const override;
   std::size_t hash() const override;
-  // Each run's text followed by its dictionary: "plain{}bold{NSFont = ...; }".
+  // Each run's text followed by the description of its dictionary.
   Text description() const override;
   Ref<NSObject> copy() const override;
   Ref<NSObject> mutableCopy() const override;

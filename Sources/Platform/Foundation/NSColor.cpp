@@ -29,10 +29,10 @@ TextView nameOf(NSColor::Space space) {
 std::optional<NSColor> NSColor::colorUsingColorSpace(Space space) const {
   if (std::ranges::any_of(components(), [](double component) { return std::isnan(component); })) return std::nullopt;
   if (space == Space::CalibratedRGB || space == Space::DeviceRGB)
-    return NSColor(space, {redComponent(), greenComponent(), blueComponent(), alphaComponent()});
+    return NSColor(space, redComponent(), greenComponent(), blueComponent(), alphaComponent());
   const double white =
       isWhite() ? myComponents[0] : 0.30 * redComponent() + 0.59 * greenComponent() + 0.11 * blueComponent();
-  return NSColor(space, {white, alphaComponent()});
+  return NSColor(space, white, alphaComponent());
 }
 
 bool NSColor::isEqual(const NSObject& other) const {

@@ -16,22 +16,23 @@ class KELVANE_EXPORT NSColor : public NSObject {
   // the screen's, which is taken to show sRGB.
   enum class Space { CalibratedRGB, DeviceRGB, CalibratedWhite, DeviceWhite };
 
+  // From components as `components` gives them: a white space takes the first two.
+  NSColor(Space space, double first, double second, double third = 0, double fourth = 0)
+      : mySpace(space), myComponents{first, second, third, fourth} {}
   // colorWithCalibratedRed:green:blue:alpha:
   static NSColor colorWithCalibratedRed(double red, double green, double blue, double alpha) {
-    return NSColor(Space::CalibratedRGB, {red, green, blue, alpha});
+    return NSColor(Space::CalibratedRGB, red, green, blue, alpha);
   }
   // colorWithDeviceRed:green:blue:alpha:
   static NSColor colorWithDeviceRed(double red, double green, double blue, double alpha) {
-    return NSColor(Space::DeviceRGB, {red, green, blue, alpha});
+    return NSColor(Space::DeviceRGB, red, green, blue, alpha);
   }
   // colorWithCalibratedWhite:alpha:
   static NSColor colorWithCalibratedWhite(double white, double alpha) {
-    return NSColor(Space::CalibratedWhite, {white, alpha});
+    return NSColor(Space::CalibratedWhite, white, alpha);
   }
   // colorWithDeviceWhite:alpha:
-  static NSColor colorWithDeviceWhite(double white, double alpha) {
-    return NSColor(Space::DeviceWhite, {white, alpha});
-  }
+  static NSColor colorWithDeviceWhite(double white, double alpha) { return NSColor(Space::DeviceWhite, white, alpha); }
 
   // The plain colours. The greys are calibrated white, the others calibrated RGB.
   static NSColor blackColor() { return colorWithCalibratedWhite(0, 1); }
@@ -72,8 +73,6 @@ class KELVANE_EXPORT NSColor : public NSObject {
   Ref<NSObject> copy() const override;
 
  private:
-  NSColor(Space space, const std::array<double, 4>& components) : mySpace(space), myComponents(components) {}
-
   Space mySpace;
   std::array<double, 4> myComponents;
 };

@@ -34,8 +34,6 @@ std::size_t lastNameStart(std::string_view name) {
 
 }  // namespace
 
-NSObject::~NSObject() = default;
-
 bool NSObject::isEqual(const NSObject& other) const { return this == &other; }
 
 std::size_t NSObject::hash() const { return std::hash<const NSObject*>()(this); }

@@ -41,7 +41,8 @@ struct DescriptionNesting {
 class KELVANE_EXPORT NSObject : public std::enable_shared_from_this<NSObject> {
  public:
   NSObject() = default;
-  virtual ~NSObject();
+  // Inline, since values such as colours are made and gone in less time than a call takes.
+  virtual ~NSObject() = default;
 
   // isEqual:  Whether the two are the same in value. Identity, unless a class says otherwise.
   virtual bool isEqual(const NSObject& other) const;

@@ -1,5 +1,3 @@
-#include "Platform/Foundation/NSArchiver.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -12,6 +10,7 @@
 
 #include "Platform/Foundation/ArchivedClass.h"
 #include "Platform/Foundation/Boxing.h"
+#include "Platform/Foundation/NSArchiver.h"
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSAttributedString.h"
 #include "Platform/Foundation/NSColor.h"
@@ -38,8 +37,8 @@ Ref<NSObject> thereAndBack(const Ref<NSObject>& object) {
 // What archiving or unarchiving says.
 Text errorOf(const Ref<NSObject>& object) { return NSArchiver::archivedDataWithRootObject(object).error; }
 Text errorOf(const std::string& bytes) {
-  const UnarchivedObject read = NSUnarchiver::unarchiveObjectWithData(
-      {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+  const UnarchivedObject read =
+      NSUnarchiver::unarchiveObjectWithData({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
   EXPECT_EQ(read.object, nullptr);
   return read.error;
 }
@@ -157,10 +156,11 @@ TEST(NSArchiver, KeepsIdentityAndTheHostsClasses) {
   registerArchivedClass<Person>(u"Person");
   EXPECT_EQ(NSUnarchiver::unarchiveObjectWithData(*current).error,
             u"The archive cannot be read: the class 'Person' is of version 2, and only 0 is known.");
-  EXPECT_EQ(errorOf(archiveOf(number(2) + ascii("Person") + number(0) + ascii("NSString") + number(0) + number(2) +
-                              number(1) + number(4) + ascii("Ann") + number(0) + number(6) + number(1) +
-                              ascii("age") + number(1))),
-            u"The archive cannot be read: object 2 (Person): setValue:forKey:: an object of class Person has no key 'age'.");
+  EXPECT_EQ(
+      errorOf(archiveOf(number(2) + ascii("Person") + number(0) + ascii("NSString") + number(0) + number(2) +
+                        number(1) + number(4) + ascii("Ann") + number(0) + number(6) + number(1) + ascii("age") +
+                        number(1))),
+      u"The archive cannot be read: object 2 (Person): setValue:forKey: an object of class Person has no key 'age'.");
   // What circles there are would keep each other alive.
   ann->myFriend = nullptr;
 }
@@ -222,21 +222,22 @@ TEST(NSArchiver, RefusesDamagedAndHostileArchives) {
       {archiveOf(null + number(0)), u"there is no object in it"},
       {archiveOf(null + number(1) + record + "x"), u"there is something behind its last object"},
       {archiveOf(null + number(1) + number(1) + number(0)), u"an object is of no class"},
-      {archiveOf(null + number(1) + number(0) + number(1) + "x"), u"object 1 (NSNull): it has more values than it should"},
+      {archiveOf(null + number(1) + number(0) + number(1) + "x"),
+       u"object 1 (NSNull): it has more values than it should"},
       {archiveOf(null + number(1000000000000) + record), u"it is cut short"},
       {archiveOf(null + number(1) + number(0) + std::string(9, '\xFF') + '\2'), u"a number has more than 64 bits"},
-      {archiveOf(number(1) + ascii("System") + number(0) + number(1) + record), u"the class 'System' is not registered"},
+      {archiveOf(number(1) + ascii("System") + number(0) + number(1) + record),
+       u"the class 'System' is not registered"},
       {archiveOf(array + number(1) + number(0) + number(2) + number(1) + number(1)),
        u"object 1 (NSArray): it refers to an object that does not stand before it"},
-      {archiveOf(array + number(1) + number(0) + number(5) + number(0xFFFFFFFF)), u"object 1 (NSArray): it is cut short"},
+      {archiveOf(array + number(1) + number(0) + number(5) + number(0xFFFFFFFF)),
+       u"object 1 (NSArray): it is cut short"},
       {archiveOf(array + number(1) + number(0) + number(2) + number(1) + number(0)),
        u"object 1 (NSArray): an object of another kind is expected"},
-      {archiveOf(doubled),
-       u"object 25 (NSArray): objects share so many others that going through them would not end"},
+      {archiveOf(doubled), u"object 25 (NSArray): objects share so many others that going through them would not end"},
       {archiveOf(chain), u"object 513 (NSArray): objects refer to each other over more than 512 steps"},
   };
-  for (const auto& row : rows)
-    EXPECT_EQ(errorOf(row.bytes), u"The archive cannot be read: " + Text(row.reason) + u".");
+  for (const auto& row : rows) EXPECT_EQ(errorOf(row.bytes), u"The archive cannot be read: " + Text(row.reason) + u".");
 }
 
 }  // namespace

@@ -23,6 +23,18 @@ int numberOf(const Ref<NSDictionary>& attributes) {
   return number ? number->intValue() : 0;
 }
 
+// Each run's text with its attributes behind it: "plain{}link{NSLink=here}".
+Text shown(const NSAttributedString& text) {
+  Text result;
+  for (const AttributeRun run : text.runs()) {
+    result += text.string().substr(run.range.location, run.range.length) + u'{';
+    for (const auto& [name, value] : *run.attributes)
+      result += (result.ends_with(u'{') ? u"" : u",") + name + u'=' + value->description();
+    result += u'}';
+  }
+  return result;
+}
+
 // Each unit with the number of its dictionary: the plain way to keep styled text.
 struct PlainText {
   Text text;
@@ -123,7 +135,7 @@ TEST(NSAttributedString, ValuesKeepTheirIdentity) {
   EXPECT_EQ(text.attribute(NSLinkAttributeName, 4, &range), nullptr);
   EXPECT_EQ(range, (NSRange{4, 2}));
   text.addAttribute(NSUnderlineStyleAttributeName, box(1), {1, 4});
-  EXPECT_EQ(text.description(), u"a{NSLink = here; }bcd{NSLink = here; NSUnderline = 1; }e{NSUnderline = 1; }f{}");
+  EXPECT_EQ(shown(text), u"a{NSLink=here}bcd{NSLink=here,NSUnderline=1}e{NSUnderline=1}f{}");
   const auto copy = as<NSAttributedString>(text.copy());
   EXPECT_TRUE(!as<NSMutableAttributedString>(copy) && copy->isEqual(text) && copy->hash() == text.hash());
   EXPECT_EQ(copy->attribute(NSLinkAttributeName, 0), link);
@@ -137,12 +149,12 @@ TEST(NSAttributedString, ValuesKeepTheirIdentity) {
   NSTextStorage storage(*copy);
   storage.setAttributes(changing, {0, 6});
   changing->setObject(link, u"x");
-  EXPECT_EQ(storage.description(), u"abcdef{}");
+  EXPECT_EQ(shown(storage), u"abcdef{}");
   storage.addAttributes(changing, {5, 1});
   storage.addAttributes(nullptr, {0, 1});
-  EXPECT_EQ(storage.description(), u"abcde{}f{x = here; }");
+  EXPECT_EQ(shown(storage), u"abcde{}f{x=here}");
   storage.appendAttributedString(storage);
-  EXPECT_EQ(storage.description(), u"abcde{}f{x = here; }abcde{}f{x = here; }");
+  EXPECT_EQ(shown(storage), u"abcde{}f{x=here}abcde{}f{x=here}");
   EXPECT_TRUE(isEqual(storage.valueForKey(u"length"), box(12)));
   EXPECT_TRUE(isEqual(storage.valueForKey(u"string"), box(u"abcdefabcdef")));
 }
@@ -156,7 +168,7 @@ TEST(NSAttributedString, RefusesWhatIsBeyondTheText) {
   EXPECT_THROW(text.replaceCharactersInRange({1, static_cast<std::size_t>(-1)}, u"x"), std::out_of_range);
   EXPECT_THROW(text.insertAttributedString(text, 4), std::out_of_range);
   EXPECT_THROW(text.addAttribute(u"b", nullptr, {0, 1}), std::invalid_argument);
-  EXPECT_EQ(text.description(), u"abc{a = 1; }");
+  EXPECT_EQ(text.description(), u"abc{\n    a = 1;\n}");
 }
 
 // A replacement may be a piece of the very text, also of a long one that is about to be cut.
