@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "Colours.h"
 #include "Extensions/NSString-QNExtensions.h"
 #include "Platform/Foundation/TextLines.h"
 #include "Platform/Foundation/TextScan.h"
@@ -16,6 +17,9 @@ namespace {
 
 using kelvane::Text;
 using kelvane::TextView;
+
+// As many as fit on a line of their own.
+constexpr std::size_t shownColours = 8;
 
 // The name's extension with its point, in lower case; empty when there is none.
 Text extensionOf(TextView name) {
@@ -79,6 +83,8 @@ Figures figuresOf(TextView name, Text&& text) {
   const Beginnings beginnings = readLines(text, figures);
   const TextView firstLine = kelvane::trim(beginnings.firstLine);
   figures.firstLine = printable(kelvane::replacingUnit(firstLine.substr(0, lineWidth + 1), u'\t', u' '), lineWidth);
+
+  for (const TextView colour : coloursIn(text, shownColours)) figures.colours.emplace_back(colour);
 
   const Text extension = extensionOf(name);
   const bool isNamedTable = isOneOf(extension, {u".tsv", u".tab"});

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "Platform/Foundation/Text.h"
 
@@ -21,6 +22,8 @@ struct Figures {
   std::uint64_t longestNumber = 0;
   // Trimmed, harmless and short enough for a terminal.
   kelvane::Text firstLine;
+  // The first colours that it names ("#336699"), each once.
+  std::vector<kelvane::Text> colours;
   // For tables only: files named like one, and texts whose first line that counts names two columns or more and most of
   // whose rows fill the second.
   std::optional<TableSize> table;

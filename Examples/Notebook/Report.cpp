@@ -6,6 +6,7 @@
 #include "Extensions/NSData-QNExtensions.h"
 #include "Extensions/NSDate-QNExtensions.h"
 #include "Platform/Foundation/Base64.h"
+#include "Colours.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/TextLines.h"
@@ -36,6 +37,8 @@ Text describe(const Figures& figures, Document::Kind kind) {
 }
 
 }  // namespace
+
+Report::Report(std::string folder) : myFolder(std::move(folder)), myShowsColours(outputHasColour()) {}
 
 bool Report::print() {
   writeLine(format(u"Report on %@", shown(myFolder)));
@@ -92,6 +95,17 @@ void Report::addText(TextView name, TextView place, Document&& document) {
   writeLine(u"    " + describe(figures, document.kind));
   if (!figures.firstLine.empty()) writeLine(u"    | " + figures.firstLine);
   writeDate(document);
+  if (!figures.colours.empty()) addColours(figures.colours);
+}
+
+// Without a terminal that shows them, colours are just named.
+void Report::addColours(const std::vector<Text>& colours) {
+  Text line = colours.size() == 1 ? u"    colour" : u"    colours";
+  for (const Text& colour : colours) {
+    line += u' ';
+    line += myShowsColours ? onItsColour(colour) : colour;
+  }
+  writeLine(line);
 }
 
 void Report::addBinary(TextView place, const Document& document) {

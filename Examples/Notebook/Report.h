@@ -39,7 +39,7 @@ struct Totals {
 // cannot be read is named on standard error at once, and again in the totals.
 class Report : private FolderVisitor {
  public:
-  explicit Report(std::string folder) : myFolder(std::move(folder)) {}
+  explicit Report(std::string folder);
 
   // Walks the folder and prints. The answer tells whether everything was read and printed.
   bool print();
@@ -57,10 +57,12 @@ class Report : private FolderVisitor {
   void addUnreadable(const std::string& place, const std::string& reason);
   void writeAttachment(const Document& document);
   void writeDate(const Document& document);
+  void addColours(const std::vector<kelvane::Text>& colours);
   void printTotals();
   void writeLine(kelvane::TextView line);
 
   std::string myFolder;
+  bool myShowsColours;
   Totals myTotals;
   Output myOutput;
   ProgressLine myProgress;

@@ -165,6 +165,24 @@ TEST_F(NotebookTest, walksInOrderAndSkipsWhatIsNoFile) {
                                        "    skipped: 3 special files (pipe, socket or device)\n"));
 }
 
+// A colour stands by itself; escapes are for terminals that show it, and whose user has nothing against it.
+TEST_F(NotebookTest, showsTheColoursThatNotesName) {
+  write("note.txt", "#f80, (#336699). #336699 again; #12, #1234567, x#fff, /#fff, #fff-1, ##fff, #00F\n");
+  const std::string plain = "    colours #f80 #336699 #00F\n";
+  EXPECT_THAT(reportOn(myFolder).out, HasSubstr(plain));
+
+  const std::string onTerminal = "import pty, sys; sys.exit(pty.spawn(sys.argv[1:]) >> 8)";
+  const auto onTerminalWith = [&](const std::string& setting) {
+    return runProcess({"/usr/bin/env", "NO_COLOR=", setting, "python3", "-c", onTerminal, KELVANE_NOTEBOOK, "--report",
+                       myFolder})
+        .out;
+  };
+  EXPECT_THAT(onTerminalWith("TERM=xterm"), HasSubstr("    colours \x1B[30;48;2;255;136;0m#f80\x1B[0m "
+                                                      "\x1B[97;48;2;51;102;153m#336699\x1B[0m "
+                                                      "\x1B[97;48;2;0;0;255m#00F\x1B[0m\r\n"));
+  EXPECT_THAT(onTerminalWith("TERM=dumb"), HasSubstr("    colours #f80 #336699 #00F\r\n"));
+}
+
 // Whoever names a file or writes its first line must not get to talk to the terminal.
 TEST_F(NotebookTest, makesControlCharactersHarmless) {
   write("evil\x1B]0;title\x07\nTotals", "\t \x1B[2J\tred\x9B\xC2\x9B\xE2\x80\xAEtxt.exe\x08 \r\nnext");
