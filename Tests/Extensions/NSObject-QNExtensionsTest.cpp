@@ -1,5 +1,3 @@
-#include "Extensions/NSObject-QNExtensions.h"
-
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -7,6 +5,7 @@
 #include <vector>
 
 #include "Extensions/NSDictionary-QNExtensions.h"
+#include "Extensions/NSObject-QNExtensions.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSArchiver.h"
 #include "Platform/Foundation/NSArray.h"
@@ -102,8 +101,7 @@ TEST(NSDictionaryExtensions, ApplyValuesAsPropertiesToObject) {
   EXPECT_EQ(note.primitiveValueForKey(u"body"), before);
   const auto messages = log.take();
   ASSERT_EQ(messages.size(), 1U);
-  EXPECT_NE(messages[0].find(u"Can't set property 'body'. The archive cannot be read: it is none."),
-            TextView::npos);
+  EXPECT_NE(messages[0].find(u"Can't set property 'body'. The archive cannot be read: it is none."), TextView::npos);
   values.setObject(box(1), u"unknown");
   EXPECT_THROW(applyValuesAsPropertiesToObject(values, &note), std::invalid_argument);
 }
