@@ -156,7 +156,8 @@ const Subject styledText([] {
   Row("styled text: go through 100,000 runs")
       .ours([] {
         std::size_t runs = 0;
-        for (const AttributeRun run : sample().runs()) runs += run.attributes->count() > 0 && run.range.length > 0 ? 1 : 0;
+        for (const AttributeRun run : sample().runs())
+          runs += run.attributes->count() > 0 && run.range.length > 0 ? 1 : 0;
         return runs;
       })
 #ifdef BENCH_QT
