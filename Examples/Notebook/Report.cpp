@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "Colours.h"
 #include "Extensions/NSData-QNExtensions.h"
 #include "Extensions/NSDate-QNExtensions.h"
 #include "Platform/Foundation/Base64.h"
-#include "Colours.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/TextLines.h"

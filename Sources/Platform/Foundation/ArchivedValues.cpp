@@ -8,6 +8,7 @@
 #include "Platform/Foundation/ArchivedClass.h"
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSAttributedString.h"
+#include "Platform/Foundation/NSCalendarDate.h"
 #include "Platform/Foundation/NSColor.h"
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSDate.h"
@@ -260,6 +261,37 @@ void addStyledText(TextView name) {
       });
 }
 
+// By name, and by its distance from UTC for where nobody knows that name.
+void encodeTimeZone(const NSTimeZone& zone, ArchiveEncoder& encoder) {
+  encoder.encodeText(zone.name());
+  encoder.encodeInteger(zone.secondsFromGMTForDate(NSDate::dateWithTimeIntervalSinceReferenceDate(0)));
+}
+
+Ref<NSObject> decodeTimeZone(ArchiveDecoder& decoder) {
+  constexpr std::int64_t day = 24 * 60 * 60;
+  const Text name = decoder.decodeText();
+  const std::int64_t seconds = decoder.decodeInteger();
+  if (seconds <= -day || seconds >= day) {
+    decoder.fail(u"it is further from UTC than a day");
+    return nullptr;
+  }
+  if (auto zone = NSTimeZone::timeZoneWithName(name)) return zone;
+  return NSTimeZone::timeZoneForSecondsFromGMT(static_cast<std::int32_t>(seconds));
+}
+
+void encodeCalendarDate(const NSCalendarDate& date, ArchiveEncoder& encoder) {
+  encoder.encodeDouble(date.timeIntervalSinceReferenceDate());
+  encoder.encodeObject(date.timeZone());
+  encoder.encodeText(date.calendarFormat());
+}
+
+Ref<NSObject> decodeCalendarDate(ArchiveDecoder& decoder) {
+  const NSDate instant = NSDate::dateWithTimeIntervalSinceReferenceDate(decoder.decodeDouble());
+  auto zone = decoder.decodeObjectOf<NSTimeZone>();
+  if (!zone) return nullptr;
+  return std::make_shared<NSCalendarDate>(instant, std::move(zone), decoder.decodeText());
+}
+
 void addAll() {
   addString<NSString>(u"NSString");
   addString<NSMutableString>(u"NSMutableString");
@@ -276,6 +308,8 @@ void addAll() {
       [](ArchiveDecoder& decoder) {
         return std::make_shared<NSDate>(NSDate::dateWithTimeIntervalSinceReferenceDate(decoder.decodeDouble()));
       });
+  add<NSTimeZone>(u"NSTimeZone", encodeTimeZone, decodeTimeZone);
+  add<NSCalendarDate>(u"NSCalendarDate", encodeCalendarDate, decodeCalendarDate);
   add<NSNull>(
       u"NSNull", [](const NSNull&, ArchiveEncoder&) {}, [](ArchiveDecoder&) { return NSNull::null(); });
   add<NSURL>(

@@ -10,8 +10,8 @@
 
 namespace kelvane {
 
-// Texts in ascending order of their code units, as `<` has them, for ordered containers. Keys often begin alike, which is
-// why units are compared four at a time.
+// Texts in ascending order of their code units, as `<` has them, for ordered containers. Keys often begin alike, which
+// is why units are compared four at a time.
 struct TextOrder {
   using is_transparent = void;
 

@@ -13,6 +13,7 @@
 #include "Platform/Foundation/NSArchiver.h"
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSAttributedString.h"
+#include "Platform/Foundation/NSCalendarDate.h"
 #include "Platform/Foundation/NSColor.h"
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSError.h"
@@ -91,6 +92,9 @@ TEST(NSArchiver, RoundTripsEachKindOfValue) {
       box(-0.0),
       box(std::numeric_limits<double>::quiet_NaN()),
       std::make_shared<NSDate>(NSDate::dateWithTimeIntervalSinceReferenceDate(-1e-3)),
+      std::make_shared<NSCalendarDate>(NSDate::dateWithTimeIntervalSinceReferenceDate(1e8),
+                                       NSTimeZone::timeZoneWithName(u"Europe/Zurich"), u"%d.%m.%Y %z"),
+      std::make_shared<NSCalendarDate>(NSDate(), NSTimeZone::timeZoneForSecondsFromGMT(-12600)),
       std::make_shared<NSData>(std::vector<std::uint8_t>{0, 255}),
       std::make_shared<NSMutableData>(),
       NSArray::arrayWithObjects({box(1), NSNull::null()}),
