@@ -1,9 +1,13 @@
 #include "Platform/Foundation/NSURL.h"
 
 #include <algorithm>
+#include <array>
+#include <filesystem>
 #include <functional>
 #include <string>
 
+#include "Platform/Foundation/Overwrite.h"
+#include "Platform/Foundation/PathText.h"
 #include "Platform/Foundation/TextEncoding.h"
 
 namespace kelvane {
@@ -50,7 +54,64 @@ std::optional<std::string> decodePercents(std::string_view bytes) {
   return decoded;
 }
 
+// Whether a byte stands for itself in a path: RFC 3986's pchar and "/".
+constexpr auto standsForItself = [] {
+  std::array<bool, 256> table{};
+  for (int byte = 'a'; byte <= 'z'; ++byte) table[static_cast<unsigned>(byte)] = true;
+  for (int byte = 'A'; byte <= 'Z'; ++byte) table[static_cast<unsigned>(byte)] = true;
+  for (int byte = '0'; byte <= '9'; ++byte) table[static_cast<unsigned>(byte)] = true;
+  for (const char byte : std::string_view("-._~!$&'()*+,;=:@/")) table[static_cast<unsigned char>(byte)] = true;
+  return table;
+}();
+
+char16_t* encodeByte(char16_t* out, unsigned char byte) {
+  constexpr TextView digits = u"0123456789ABCDEF";
+  *out++ = u'%';
+  *out++ = digits[byte >> 4];
+  *out++ = digits[byte & 15];
+  return out;
+}
+
+// `prefix`, `bytes` as they stand in a path, and "/" where `isFolder`.
+Text encodedBehind(TextView prefix, std::string_view bytes, bool isFolder) {
+  const auto isPlain = [](char byte) { return standsForItself[static_cast<unsigned char>(byte)]; };
+  const auto others = bytes.size() - static_cast<std::size_t>(std::ranges::count_if(bytes, isPlain));
+  return overwritten<Text>(prefix.size() + bytes.size() + 2 * others + 1, [&](char16_t* begin) {
+    char16_t* out = std::ranges::copy(prefix, begin).out;
+    for (const char byte : bytes) {
+      if (isPlain(byte))
+        *out++ = static_cast<unsigned char>(byte);
+      else
+        out = encodeByte(out, static_cast<unsigned char>(byte));
+    }
+    if (isFolder && (out == begin || out[-1] != u'/')) *out++ = u'/';
+    return out - begin;
+  });
+}
+
 }  // namespace
+
+Ref<NSURL> NSURL::fileURLWithPath(TextView path, bool isDirectory) {
+  if (path.empty()) return nullptr;
+  std::string bytes = fileSystemRepresentation(path);
+  if (bytes.front() != '/') {
+    std::error_code ignored;
+    bytes = std::filesystem::current_path(ignored).native() + "/" + bytes;
+  }
+  return Ref<NSURL>(new NSURL(encodedBehind(u"file://", bytes, isDirectory)));
+}
+
+Ref<NSURL> NSURL::URLByAppendingFileName(std::string_view name, bool isDirectory) const {
+  TextView folder = TextView(myText).substr(0, myPath.end());
+  while (folder.ends_with(u'/') && folder.size() > myPath.location) folder.remove_suffix(1);
+  return std::make_shared<NSURL>(Private(), *this, encodedBehind(Text(folder) + u'/', name, isDirectory));
+}
+
+NSURL::NSURL(Private, const NSURL& folder, Text text)
+    : myText(std::move(text)),
+      myScheme(folder.myScheme),
+      myHost(folder.myHost),
+      myPath{folder.myPath.location, myText.size() - folder.myPath.location} {}
 
 Ref<NSURL> NSURL::URLWithString(TextView text) {
   const bool hasBlank =
@@ -101,6 +162,18 @@ bool NSURL::isFileURL() const {
   const std::string name = utf8(scheme().value_or(Text()));
   constexpr std::string_view file = "file";
   return std::ranges::equal(name, file, [](char a, char b) { return (a | 0x20) == b; });
+}
+
+Text NSURL::lastPathComponent() const {
+  const TextView path = TextView(myText).substr(myPath.location, myPath.length);
+  const TextView last = kelvane::lastPathComponent(path);
+  // A "/" that is encoded separates no components for a URL, but does in the path that it stands for.
+  return last.find(u'%') == TextView::npos ? Text(last) : stringByRemovingPercentEncoding(last).value_or(Text());
+}
+
+Text NSURL::pathExtension() const {
+  const Text last = lastPathComponent();
+  return Text(kelvane::pathExtension(last));
 }
 
 bool NSURL::isEqual(const NSObject& other) const {
