@@ -22,4 +22,6 @@ Text configurationFolderPath() { return folderFromEnvironment("XDG_CONFIG_HOME",
 
 Text dataFolderPath() { return folderFromEnvironment("XDG_DATA_HOME", u".local/share"); }
 
+Text cacheFolderPath() { return folderFromEnvironment("XDG_CACHE_HOME", u".cache"); }
+
 }  // namespace kelvane

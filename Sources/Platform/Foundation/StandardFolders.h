@@ -13,4 +13,7 @@ KELVANE_EXPORT Text configurationFolderPath();
 // The folder of the user's application data: XDG_DATA_HOME likewise, else ".local/share" in the home folder.
 KELVANE_EXPORT Text dataFolderPath();
 
+// The folder of what can be made again: XDG_CACHE_HOME likewise, else ".cache" in the home folder.
+KELVANE_EXPORT Text cacheFolderPath();
+
 }  // namespace kelvane

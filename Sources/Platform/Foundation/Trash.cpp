@@ -1,0 +1,105 @@
+#include "Platform/Foundation/Trash.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <gio/gio.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Platform/Foundation/FolderChain.h"
+#include "Platform/Foundation/FolderEntries.h"
+#include "Platform/Foundation/TextEncoding.h"
+
+namespace kelvane {
+namespace {
+
+template <auto release>
+struct Releaser {
+  template <class T>
+  void operator()(T* object) const {
+    release(object);
+  }
+};
+
+using FileHandle = std::unique_ptr<GFile, Releaser<g_object_unref>>;
+using ErrorHandle = std::unique_ptr<GError, Releaser<g_error_free>>;
+
+// The top of the mount that holds `path`, as far as can be seen from outside: the last folder on the same device.
+std::string topFolder(const std::string& path, dev_t device) {
+  std::string top = path;
+  for (std::size_t end = path.rfind('/'); end != std::string::npos; end = end == 0 ? std::string::npos : path.rfind('/', end - 1)) {
+    const std::string above = end == 0 ? "/" : path.substr(0, end);
+    struct stat status = {};
+    if (stat(above.c_str(), &status) < 0 || status.st_dev != device) break;
+    top = above;
+  }
+  return top;
+}
+
+std::vector<std::string> possibleTrashes(const std::string& path, dev_t device) {
+  const std::string user = std::to_string(getuid());
+  std::string top = topFolder(path, device);
+  if (top != "/") top += '/';
+  return {std::string(g_get_user_data_dir()) + "/Trash", top + ".Trash/" + user, top + ".Trash-" + user};
+}
+
+// The item in the trash is the very one that it was outside, under whatever name.
+Ref<NSURL> findInTrash(const std::string& trash, const struct stat& item) {
+  FolderChain folder;
+  FolderEntries entries;
+  if (folder.begin(trash + "/files") || entries.read(folder.descriptor())) return nullptr;
+  FolderEntries::Entry entry;
+  while (entries.next(entry)) {
+    struct stat status = {};
+    if (entry.inode != item.st_ino || fstatat(folder.descriptor(), entry.name, &status, AT_SYMLINK_NOFOLLOW) < 0) continue;
+    if (status.st_dev != item.st_dev || status.st_ino != item.st_ino) continue;
+    return NSURL::fileURLWithPath(textFromFileSystem(trash + "/files/" + entry.name), S_ISDIR(status.st_mode));
+  }
+  return nullptr;
+}
+
+// The path with its folder's links resolved, since mounts are found by looking upwards; the item itself may be a link.
+std::string resolved(const std::string& path) {
+  const std::size_t end = path.find_last_not_of('/') + 1;
+  const std::size_t start = end == 0 ? 0 : path.rfind('/', end - 1) + 1;
+  const std::string parent = start == 0 ? "." : path.substr(0, start);
+  const std::unique_ptr<char, Releaser<free>> folder(realpath(parent.c_str(), nullptr));
+  if (!folder) return path;
+  const std::string prefix = folder.get();
+  return (prefix == "/" ? prefix : prefix + '/') + path.substr(start, end - start);
+}
+
+bool failWith(Ref<NSError> reason, Ref<NSError>* error) {
+  if (error) *error = std::move(reason);
+  return false;
+}
+
+}  // namespace
+
+bool trashItemAtPath(TextView path, Ref<NSURL>* resultingItemURL, Ref<NSError>* error) {
+  struct stat item = {};
+  const bool isPath = !path.empty() && path.find(u'\0') == TextView::npos;
+  const std::string file = isPath ? resolved(fileSystemRepresentation(path)) : std::string();
+  if (lstat(file.c_str(), &item) < 0)
+    return failWith(NSError::errorWithSystemError({errno, std::generic_category()}, path), error);
+  // The local file system as it is: the default one would load modules of the desktop into the process.
+  const FileHandle handle(g_vfs_get_file_for_path(g_vfs_get_local(), file.c_str()));
+  GError* reason = nullptr;
+  if (g_file_trash(handle.get(), nullptr, &reason) == FALSE) {
+    const ErrorHandle owner(reason);
+    return failWith(NSError::errorWithDescription(textFromUTF8(g_quark_to_string(reason->domain)), reason->code,
+                                                  textFromUTF8(reason->message)),
+                    error);
+  }
+  if (!resultingItemURL) return true;
+  *resultingItemURL = nullptr;
+  for (const std::string& trash : possibleTrashes(file, item.st_dev))
+    if (!*resultingItemURL) *resultingItemURL = findInTrash(trash, item);
+  return true;
+}
+
+}  // namespace kelvane
