@@ -28,6 +28,8 @@ class KELVANE_EXPORT Desktop {
   Desktop& operator=(const Desktop&) = delete;
   virtual ~Desktop();
 
+  // The version number of the user-interface library, such as 6.4; 0 where there is none.
+  virtual double userInterfaceVersionNumber() const { return 0; }
   // userSpaceScaleFactor  How many device pixels one unit has on the main screen, along each axis; 1.0 without a
   // screen.
   virtual double userSpaceScaleFactor() const { return 1.0; }

@@ -1,6 +1,7 @@
 #include "Platform/Foundation/NSBundle.h"
 
 #include <dlfcn.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <string>
@@ -9,6 +10,7 @@
 #include "Platform/Foundation/AtomicFile.h"
 #include "Platform/Foundation/NSLog.h"
 #include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/PathText.h"
 #include "Platform/Foundation/PropertyList.h"
 #include "Platform/Foundation/TextEncoding.h"
 
@@ -56,6 +58,11 @@ Ref<const NSDictionary> readInfoDictionary(TextView bundlePath) {
   return std::make_shared<NSDictionary>();
 }
 
+bool isFolder(TextView path) {
+  struct stat status = {};
+  return stat(fileSystemRepresentation(path).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 }  // namespace
 
 const NSBundle& NSBundle::mainBundle() {
@@ -101,11 +108,21 @@ std::optional<Text> NSBundle::pathForResource(TextView name, TextView type) cons
   return path;
 }
 
+Text NSBundle::builtInPlugInsPath() const {
+  const Text contents = stringByAppendingPathComponent(myBundlePath, u"Contents");
+  return stringByAppendingPathComponent(isFolder(contents) ? contents : myBundlePath, u"PlugIns");
+}
+
+std::optional<Text> NSBundle::stringForInfoDictionaryKey(TextView key) const {
+  const auto value = as<NSString>(myInfoDictionary->objectForKey(key));
+  if (!value) return std::nullopt;
+  return value->text();
+}
+
 std::optional<Text> NSBundle::textInInfoDictionary(TextView key) const {
-  const Ref<NSObject> value = myInfoDictionary->objectForKey(key);
-  const NSString* text = as<NSString>(value.get());
-  if (!text || text->text().empty()) return std::nullopt;
-  return text->text();
+  auto text = stringForInfoDictionaryKey(key);
+  if (text && text->empty()) return std::nullopt;
+  return text;
 }
 
 }  // namespace kelvane

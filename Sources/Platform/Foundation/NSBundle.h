@@ -16,7 +16,6 @@ class KELVANE_EXPORT NSBundle {
   // The running program's bundle: the folder around the "Contents" that the executable lies in, else the executable's
   // own folder. Found once.
   static const NSBundle& mainBundle();
-
   // The library's own bundle, around the shared object that it is loaded from: its resources are the ones that it was
   // installed with. Linked into the program, it has the program's bundle. Found once.
   static const NSBundle& libraryBundle();
@@ -33,12 +32,17 @@ class KELVANE_EXPORT NSBundle {
   // pathForResource:ofType:  The path of the resource "name.type", or "name" when `type` is empty; nil when there is no
   // such file, and when `name` is empty. Asks the file system each time.
   std::optional<Text> pathForResource(TextView name, TextView type) const;
+  // builtInPlugInsPath  The folder "PlugIns", whether it is there or not, in "Contents", or where there is no "Contents"
+  // in the bundle's folder itself.
+  Text builtInPlugInsPath() const;
   // Empty when "Contents/Info.plist" is missing or unreadable; the latter is told to the system log.
   const NSDictionary& infoDictionary() const { return *myInfoDictionary; }
   // The value under "CFBundleIdentifier"; nil when it is missing or empty.
   std::optional<Text> bundleIdentifier() const { return textInInfoDictionary(u"CFBundleIdentifier"); }
   // The text under `key` of the information dictionary; nil when it is missing, empty or no text.
   std::optional<Text> textInInfoDictionary(TextView key) const;
+  // objectForInfoDictionaryKey:  The text under `key` even if it is empty; nil when it is missing or no text.
+  std::optional<Text> stringForInfoDictionaryKey(TextView key) const;
 
  private:
   Text myExecutablePath;

@@ -18,8 +18,14 @@ Ref<NSError> NSError::errorWithSystemError(const std::error_code& error, TextVie
 }
 
 Ref<NSError> NSError::errorWithDescription(TextView domain, std::int64_t code, TextView description) {
+  return errorWithDescription(domain, code, description, nullptr);
+}
+
+Ref<NSError> NSError::errorWithDescription(TextView domain, std::int64_t code, TextView description,
+                                           const Ref<NSError>& underlyingError) {
   NSDictionary::Entries details;
   details.emplace(NSLocalizedDescriptionKey, std::make_shared<NSString>(description));
+  if (underlyingError) details.emplace(NSUnderlyingErrorKey, underlyingError);
   return std::make_shared<NSError>(domain, code, std::make_shared<NSDictionary>(std::move(details)));
 }
 
@@ -31,6 +37,10 @@ Text NSError::localizedDescription() const {
   if (myDomain == NSPOSIXErrorDomain)
     return textFromUTF8(std::error_code(static_cast<int>(myCode), std::generic_category()).message());
   return format(u"The operation couldn’t be completed. (%@ error %ld.)", myDomain, myCode);
+}
+
+Ref<NSError> NSError::underlyingError() const {
+  return myUserInfo ? as<NSError>(myUserInfo->objectForKey(NSUnderlyingErrorKey)) : nullptr;
 }
 
 bool NSError::isEqual(const NSObject& other) const {

@@ -9,6 +9,10 @@ namespace kelvane {
 
 // The domain of errors whose codes are the system's own (errno).
 inline constexpr TextView NSPOSIXErrorDomain = u"NSPOSIXErrorDomain";
+// Those of errors that others on the platform tell of: its frameworks, its low-level services, loading of URLs.
+inline constexpr TextView NSCocoaErrorDomain = u"NSCocoaErrorDomain";
+inline constexpr TextView NSOSStatusErrorDomain = u"NSOSStatusErrorDomain";
+inline constexpr TextView NSURLErrorDomain = u"NSURLErrorDomain";
 // Keys of an error's user information.
 inline constexpr TextView NSLocalizedDescriptionKey = u"NSLocalizedDescription";
 inline constexpr TextView NSFilePathErrorKey = u"NSFilePath";
@@ -23,6 +27,9 @@ class KELVANE_EXPORT NSError : public NSObject {
   static Ref<NSError> errorWithSystemError(const std::error_code& error, TextView path = {});
   // An error that is told by a sentence alone.
   static Ref<NSError> errorWithDescription(TextView domain, std::int64_t code, TextView description);
+  // The same, with what it comes from, which may be nil.
+  static Ref<NSError> errorWithDescription(TextView domain, std::int64_t code, TextView description,
+                                           const Ref<NSError>& underlyingError);
 
   const Text& domain() const { return myDomain; }
   std::int64_t code() const { return myCode; }
@@ -30,6 +37,9 @@ class KELVANE_EXPORT NSError : public NSObject {
   // The sentence in the user information; where there is none, the system's words for its own codes, else
   // "The operation couldn’t be completed. (DOMAIN error CODE.)".
   Text localizedDescription() const;
+
+  // The error that this one comes from; nil when there is none.
+  Ref<NSError> underlyingError() const;
 
   // Equal when domain, code and user information are.
   bool isEqual(const NSObject& other) const override;

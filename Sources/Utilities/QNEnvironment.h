@@ -1,0 +1,132 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "Platform/Foundation/Export.h"
+#include "Platform/Foundation/Text.h"
+
+namespace kelvane {
+
+inline constexpr TextView cQNCompany_KelvaneSoftware = u"Kelvane Software";
+inline constexpr TextView cQNFolderName_ApplicationSupport = u"Application Support";
+inline constexpr TextView cQNFolderName_Caches = u"Caches";
+inline constexpr TextView cQNFolderName_Metadata = u"Metadata";
+inline constexpr TextView cQNFolderName_Plugins = u"Plug-Ins";
+inline constexpr TextView cQNPref_LogLevel = u"QNLogger_logLevel";
+
+// Who the application is, and where it keeps its files. A host sets it up once, at its start:
+//
+//   QNEnvironment& environment = QNEnvironment::sharedEnvironment();
+//   environment.setAppName(u"Notebook");
+//   environment.setupFilesAndFolders();
+//   const Text log = environment.logFilePath();
+//
+// Every path is put together when it is asked for, from the application's name and the standard folders
+// (NSSearchPath.h), and nothing is made but where it is said; what was asked for before the name changed has the old
+// name. Below, NAME is `appName`. Names are used as they are, a "/" included.
+//
+// Setters on one thread, while no other asks; the rest on any thread.
+class KELVANE_EXPORT QNEnvironment {
+ public:
+  // sharedEnvironment  The environment of the process, made at the first call.
+  static QNEnvironment& sharedEnvironment();
+
+  // An environment without a name of its own and with both flags off.
+  QNEnvironment() = default;
+  QNEnvironment(const QNEnvironment&) = delete;
+  QNEnvironment& operator=(const QNEnvironment&) = delete;
+
+  // appName  The name that the host has set; when it is nil or empty the main bundle's "CFBundleName", else its
+  // "CFBundleExecutable", else "NoNameApp".
+  Text appName() const;
+  // setAppName:
+  void setAppName(std::optional<TextView> appName);
+  // appVersion  The main bundle's "CFBundleShortVersionString"; nil when it is missing.
+  std::optional<Text> appVersion() const;
+  // appRevision  The main bundle's "CFBundleVersion"; nil when it is missing.
+  std::optional<Text> appRevision() const;
+
+  // majorVersion  The major version number; 0 until the host sets it.
+  std::int64_t majorVersion() const { return myMajorVersion; }
+  // setMajorVersion:
+  void setMajorVersion(std::int64_t majorVersion) { myMajorVersion = majorVersion; }
+  // isDevelopmentVersion  Whether the running build is one of development, which gets caches of its own.
+  bool isDevelopmentVersion() const { return myIsDevelopmentVersion; }
+  // setDevelopmentVersion:
+  void setDevelopmentVersion(std::same_as<bool> auto isDevelopment) { myIsDevelopmentVersion = isDevelopment; }
+  // redirectHelpBookToWebSite  Whether requests for help go to the web site and not to the help that is installed.
+  bool redirectHelpBookToWebSite() const { return myRedirectHelpBookToWebSite; }
+  // setRedirectHelpBookToWebSite:
+  void setRedirectHelpBookToWebSite(std::same_as<bool> auto redirects) { myRedirectHelpBookToWebSite = redirects; }
+
+  // applicationFolderPath  The main bundle's folder; "Contents" in it, and "Resources" in that.
+  Text applicationFolderPath() const;
+  Text contentsFolderPath() const;
+  Text resourcesFolderPath() const;
+
+  // libraryFolderPath  The user's Library folder.
+  Text libraryFolderPath() const;
+  // systemLibraryPath  The Library folder of the machine.
+  Text systemLibraryPath() const;
+  // libraryAppSupportPath  NAME in the user's Application Support folder.
+  Text libraryAppSupportPath() const;
+  // systemLibraryAppSupportPath  "Application Support/NAME" in the machine's Library folder.
+  Text systemLibraryAppSupportPath() const;
+
+  // cachesFolderPath  The user's Caches folder, and "Metadata" in it.
+  Text cachesFolderPath() const;
+  Text cachesMetadataFolderPath() const;
+  // cachesMetadataApplicationFolderPath  NAME in the latter; "NAME.dev" for a development version.
+  Text cachesMetadataApplicationFolderPath() const;
+
+  // logFolderPath  "Logs" in `libraryAppSupportPath`. Not made by `setupFilesAndFolders`.
+  Text logFolderPath() const;
+  // logFilePath  "NAME.log" in it.
+  Text logFilePath() const;
+  // logConfigFilePath  "Log.config" in `libraryAppSupportPath`.
+  Text logConfigFilePath() const;
+  // crashReportFilePath  "Logs/CrashReporter/NAME.crash.log" in `libraryFolderPath`.
+  Text crashReportFilePath() const;
+
+  // userPluginFolderPath  "Plug-Ins" in `libraryAppSupportPath`.
+  Text userPluginFolderPath() const;
+  // pluginFolderPaths  Where plug-ins are looked for, in order, whether the folders are there or not: those built into
+  // the library and into the application, then "Plug-Ins" in `systemLibraryAppSupportPath` and in
+  // `libraryAppSupportPath`.
+  std::vector<Text> pluginFolderPaths() const;
+
+  // privateDocumentsFolderPath  "Documents" in `libraryAppSupportPath`.
+  Text privateDocumentsFolderPath() const;
+  // documentsFolderPath  The user's folder for documents.
+  Text documentsFolderPath() const;
+  // desktopFolderPath  The folder of the user's desktop.
+  static Text desktopFolderPath();
+  // userHomeFolderPath  The user's home folder, and "Pictures" in it.
+  Text userHomeFolderPath() const;
+  Text userPicturesFolderPath() const;
+
+  // temporaryFolderPath  NAME in the user's folder for temporary files (NSTemporaryDirectory).
+  Text temporaryFolderPath() const;
+  // temporaryFolderPathWithCreate  The same, made when it is missing; nil when it cannot be made, or there is something
+  // that is no folder. Both are logged.
+  std::optional<Text> temporaryFolderPathWithCreate() const;
+
+  // setupFilesAndFolders  Removes `temporaryFolderPath` with all that is in it and makes it anew, and makes
+  // `libraryAppSupportPath` when it is missing. Failures, also that there was no temporary folder to be removed, go to
+  // the system log.
+  void setupFilesAndFolders();
+
+  // summary  "app-name: NAME", LF, "library-app-support: " and `libraryAppSupportPath`.
+  Text summary() const;
+
+ private:
+  std::optional<Text> myAppName;
+  std::int64_t myMajorVersion = 0;
+  bool myIsDevelopmentVersion = false;
+  bool myRedirectHelpBookToWebSite = false;
+};
+
+}  // namespace kelvane
