@@ -7,6 +7,7 @@
 #include "Extensions/NSData-QNExtensions.h"
 #include "Extensions/NSDate-QNExtensions.h"
 #include "Platform/Foundation/Base64.h"
+#include "Extensions/NSString-QNExtensions.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/TextLines.h"
@@ -38,9 +39,11 @@ Text describe(const Figures& figures, Document::Kind kind) {
 
 }  // namespace
 
-Report::Report(std::string folder) : myFolder(std::move(folder)), myShowsColours(outputHasColour()) {}
+Report::Report(std::string folder, kelvane::Text summary)
+    : myFolder(std::move(folder)), mySummary(std::move(summary)), myShowsColours(outputHasColour()) {}
 
 bool Report::print() {
+  for (const TextView line : kelvane::componentsSeparatedByLineSeparators(mySummary)) writeLine(printable(line));
   writeLine(format(u"Report on %@", shown(myFolder)));
   writeLine({});
   walkFolder(myFolder, *this);

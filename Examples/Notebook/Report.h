@@ -39,7 +39,8 @@ struct Totals {
 // cannot be read is named on standard error at once, and again in the totals.
 class Report : private FolderVisitor {
  public:
-  explicit Report(std::string folder);
+  // `summary` are lines that stand before everything else.
+  Report(std::string folder, kelvane::Text summary);
 
   // Walks the folder and prints. The answer tells whether everything was read and printed.
   bool print();
@@ -62,6 +63,7 @@ class Report : private FolderVisitor {
   void writeLine(kelvane::TextView line);
 
   std::string myFolder;
+  kelvane::Text mySummary;
   bool myShowsColours;
   Totals myTotals;
   Output myOutput;

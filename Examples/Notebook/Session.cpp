@@ -4,17 +4,19 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "Extensions/NSFileManager-QNExtensions.h"
 #include "Extensions/NSFileManager-ThreadSafeManager.h"
 #include "Extensions/NSUserDefaultsController-OSCompatibility.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/Format.h"
-#include "Platform/Foundation/StandardFolders.h"
 #include "Platform/Foundation/TextEncoding.h"
+#include "Utilities/QNEnvironment.h"
 #include "Utilities/QNLogger.h"
 
 namespace notebook {
 namespace {
 
+using kelvane::QNEnvironment;
 using kelvane::QNLogger;
 using kelvane::NSUserDefaultsControllerExtensions::standardUserDefaults;
 
@@ -35,10 +37,19 @@ void keepFolder(const std::string& folder) {
                                   kelvane::format(u"Can't save the preferences: %@", error->localizedDescription()));
 }
 
-void openLog() {
-  const kelvane::Text folder = kelvane::dataFolderPath() + u"/Notebook/Logs";
-  kelvane::NSFileManagerExtensions::threadSafeManager().createDirectoryAtPath(folder, true, nullptr);
-  QNLogger::sharedLogger().setLogFile(folder + u"/Notebook.log", false);
+// The folders that a host works with, and its log among them.
+void setUpEnvironment() {
+  QNEnvironment& environment = QNEnvironment::sharedEnvironment();
+  environment.setAppName(u"Notebook");
+  environment.setMajorVersion(1);
+  environment.setDevelopmentVersion(false);
+  environment.setRedirectHelpBookToWebSite(false);
+  // Only so that nobody is told, at the first start, that there was no temporary folder to be emptied.
+  environment.temporaryFolderPathWithCreate();
+  environment.setupFilesAndFolders();
+  const kelvane::NSFileManager& files = kelvane::NSFileManagerExtensions::threadSafeManager();
+  createDirectoryRecursivlyAtPath(files, environment.logFolderPath(), nullptr);
+  QNLogger::sharedLogger().setLogFile(environment.logFilePath(), false);
 }
 
 }  // namespace
@@ -51,8 +62,8 @@ std::optional<std::string> lastFolder() {
 
 void beginSession(const std::string& folder) {
   standardUserDefaults().defaults().registerDefaults(
-      *kelvane::NSDictionary::dictionaryWithEntries({{u"QNLogger_logLevel", kelvane::box(2)}}));
-  openLog();
+      *kelvane::NSDictionary::dictionaryWithEntries({{kelvane::Text(kelvane::cQNPref_LogLevel), kelvane::box(2)}}));
+  setUpEnvironment();
   QNLogger::sharedLogger().info(__LINE__, __FILE__, __func__,
                                 kelvane::format(u"Report on %@", kelvane::textFromFileSystem(folder)));
   keepFolder(folder);

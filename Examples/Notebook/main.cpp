@@ -9,8 +9,11 @@
 #include "Platform/Foundation/Format.h"
 #include "Report.h"
 #include "Session.h"
+#include "Utilities/QNEnvironment.h"
 
 namespace {
+
+using kelvane::QNEnvironment;
 
 enum ExitStatus { Success = 0, Failure = 1, WrongUsage = 2 };
 
@@ -30,7 +33,7 @@ ExitStatus printHelp() {
 
 ExitStatus report(const std::string& folder) {
   notebook::beginSession(folder);
-  const bool isWhole = notebook::Report(folder).print();
+  const bool isWhole = notebook::Report(folder, QNEnvironment::sharedEnvironment().summary()).print();
   notebook::endSession(isWhole);
   return isWhole ? Success : Failure;
 }

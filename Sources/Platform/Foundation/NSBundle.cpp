@@ -58,11 +58,6 @@ Ref<const NSDictionary> readInfoDictionary(TextView bundlePath) {
   return std::make_shared<NSDictionary>();
 }
 
-bool isFolder(TextView path) {
-  struct stat status = {};
-  return stat(fileSystemRepresentation(path).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
 }  // namespace
 
 const NSBundle& NSBundle::mainBundle() {

@@ -55,6 +55,36 @@ TEST(NSURL, FileURLsAndEquality) {
   EXPECT_TRUE(isEqual(url(u"http://a"), url(u"http://a")) && !isEqual(url(u"http://a"), url(u"HTTP://a")));
 }
 
+TEST(NSURL, FileURLsKeepWhateverAPathHolds) {
+  const struct {
+    TextView path;
+    bool isFolder;
+    TextView url, last, extension;
+  } rows[] = {
+      {u"/", true, u"file:///", u"/", u""},
+      {u"/a b/c.tar.gz", false, u"file:///a%20b/c.tar.gz", u"c.tar.gz", u"gz"},
+      {u"/a?b#c%d[e]", true, u"file:///a%3Fb%23c%25d%5Be%5D/", u"a?b#c%d[e]", u""},
+      {u"/\xE9\xDCE9.\xD83D\xDE00", false, u"file:///%C3%A9%E9.%F0%9F%98%80", u"\xE9\xDCE9.\xD83D\xDE00", u"\xD83D\xDE00"},
+      {u"/x/", true, u"file:///x/", u"x", u""},
+  };
+  for (const auto& row : rows) {
+    const Ref<NSURL> url = NSURL::fileURLWithPath(row.path, row.isFolder);
+    EXPECT_EQ(url->absoluteString(), row.url);
+    const Text path = *url->path();
+    EXPECT_EQ(TextView(path).substr(0, row.path.size()), row.path);
+    EXPECT_TRUE(isEqual(url, NSURL::URLWithString(row.url)));
+    EXPECT_EQ(url->lastPathComponent(), row.last);
+    EXPECT_EQ(url->pathExtension(), row.extension);
+  }
+  EXPECT_EQ(NSURL::fileURLWithPath(u""), nullptr);
+  EXPECT_TRUE(NSURL::fileURLWithPath(u"a")->path()->ends_with(u"/a"));
+  const auto child = NSURL::URLWithString(u"file://host/a//?q#f")->URLByAppendingFileName("b\xFF", true);
+  EXPECT_EQ(child->absoluteString(), u"file://host/a/b%FF/");
+  EXPECT_EQ(child->path(), u"/a/b\xDCFF/");
+  EXPECT_EQ(child->host(), u"host");
+  EXPECT_EQ(child->query(), std::nullopt);
+}
+
 TEST(NSURL, RemovesPercentEncoding) {
   EXPECT_EQ(stringByRemovingPercentEncoding(u"a+b%20c%2525"), u"a+b c%25");
   EXPECT_EQ(stringByRemovingPercentEncoding(u"%C3%A9%c3|\xDCC3%A9"), u"\xE9\xDCC3|\xE9") << "bytes, then characters";

@@ -1,0 +1,141 @@
+#include "Platform/Foundation/NSFileManager.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "Platform/Foundation/Boxing.h"
+#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/NSDirectoryEnumerator.h"
+#include "Platform/Foundation/TextEncoding.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::UnorderedElementsAre;
+
+class NSFileManagerTest : public testing::Test {
+ protected:
+  Text path(const std::string& name) const { return textFromFileSystem(folder.path(name)); }
+  void write(const std::string& name) const { std::ofstream(folder.path(name)) << name; }
+  mode_t mode(const std::string& name) const {
+    struct stat status = {};
+    return stat(folder.path(name).c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
+  }
+
+  TemporaryFolder folder;
+  NSFileManager files;
+  Ref<NSError> error;
+};
+
+TEST_F(NSFileManagerTest, TellsWhatExists) {
+  write("file");
+  fs::create_symlink("nowhere", folder.path("dangling"));
+  fs::create_symlink("loop", folder.path("loop"));
+  fs::create_directory_symlink(".", folder.path("to-folder"));
+  const struct {
+    Text path;
+    bool exists, isFolder, isItem;
+  } rows[] = {
+      {path("file"), true, false, true},      {path("file/"), false, false, false}, {path("dangling"), false, false, true},
+      {path("loop"), false, false, true},     {path("to-folder"), true, true, true}, {path("none"), false, false, false},
+      {u"", false, false, false},             {path("file") + Text(1, u'\0'), false, false, false},
+  };
+  for (const auto& row : rows) {
+    bool isFolder = true;
+    EXPECT_EQ(files.fileExistsAtPath(row.path, &isFolder), row.exists) << testing::PrintToString(row.path);
+    EXPECT_EQ(isFolder, row.isFolder) << testing::PrintToString(row.path);
+    EXPECT_EQ(files.itemExistsAtPath(row.path), row.isItem) << testing::PrintToString(row.path);
+    EXPECT_EQ(files.isDeletableFileAtPath(row.path), row.isItem) << testing::PrintToString(row.path);
+  }
+  EXPECT_FALSE(files.isDeletableFileAtPath(u"/proc/version"));
+}
+
+TEST_F(NSFileManagerTest, ListsNamesAndURLs) {
+  write("a b");
+  write("gr\xFC");
+  fs::create_directory(folder.path("folder"));
+  fs::create_directory_symlink("folder", folder.path("link"));
+  EXPECT_THAT(files.contentsOfDirectoryAtPath(path(""), &error),
+              UnorderedElementsAre(u"a b", u"gr\xDC" u"FC", u"folder", u"link"));
+  const auto base = NSURL::fileURLWithPath(path(""), true);
+  std::vector<Text> urls;
+  for (const auto& url : files.contentsOfDirectoryAtURL(*base, &error)) urls.push_back(url->absoluteString());
+  const Text prefix = base->absoluteString();
+  EXPECT_THAT(urls, UnorderedElementsAre(prefix + u"a%20b", prefix + u"gr%FC", prefix + u"folder/", prefix + u"link"));
+  EXPECT_EQ(error, nullptr);
+  EXPECT_TRUE(files.contentsOfDirectoryAtPath(path("a b"), &error).empty());
+  EXPECT_EQ(error->code(), ENOTDIR);
+  EXPECT_TRUE(files.contentsOfDirectoryAtURL(*NSURL::URLWithString(u"http://a/tmp"), &error).empty());
+  EXPECT_EQ(error->code(), EINVAL);
+}
+
+TEST_F(NSFileManagerTest, MakesFoldersWithAttributes) {
+  umask(022);
+  const auto attributes = NSDictionary::dictionaryWithEntries(
+      {{Text(NSFilePosixPermissions), box(0555)},
+       {Text(NSFileModificationDate), std::make_shared<NSDate>(NSDate::dateWithTimeIntervalSince1970(-1.5))}});
+  ASSERT_TRUE(files.createDirectoryAtPath(path("a//b/c/"), true, attributes.get(), &error));
+  EXPECT_EQ(mode("a"), 0555U);
+  EXPECT_EQ(mode("a/b/c"), 0555U);
+  struct stat status = {};
+  ASSERT_EQ(stat(folder.path("a/b/c").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mtim.tv_sec, -2);
+  EXPECT_TRUE(files.createDirectoryAtPath(path("a/b"), true, &error));
+  EXPECT_EQ(error, nullptr);
+  write("file");
+  fs::create_symlink("nowhere", folder.path("dangling"));
+  const struct {
+    Text path;
+    bool withIntermediates;
+    int error;
+  } failures[] = {{path("a"), false, EEXIST},     {path("x/y"), false, ENOENT},     {path("file/x"), true, ENOTDIR},
+                  {path("file"), true, EEXIST},   {path("dangling"), true, EEXIST}, {u"", true, ENOENT},
+                  {u"/proc/x/y", true, ENOENT}};
+  for (const auto& row : failures) {
+    EXPECT_FALSE(files.createDirectoryAtPath(row.path, row.withIntermediates, &error));
+    EXPECT_EQ(error->code(), row.error) << testing::PrintToString(row.path);
+  }
+  ASSERT_EQ(chmod(folder.path("a").c_str(), 0755), 0);
+  ASSERT_EQ(chmod(folder.path("a/b").c_str(), 0755), 0);
+  EXPECT_TRUE(files.removeItemAtPath(path("a"), &error));
+  EXPECT_FALSE(files.removeItemAtPath(path("a"), &error));
+  EXPECT_EQ(error->code(), ENOENT);
+}
+
+TEST_F(NSFileManagerTest, WalksFoldersWithoutFollowingLinks) {
+  fs::create_directories(folder.path("a/b"));
+  fs::create_directory_symlink("..", folder.path("a/loop"));
+  write("a/b/gr\xFC");
+  write("z");
+  std::vector<Text> items;
+  NSDirectoryEnumerator walk(path(""));
+  while (const auto item = walk.nextObject()) items.push_back(*item);
+  EXPECT_THAT(items, UnorderedElementsAre(u"a", u"a/b", u"a/b/gr\xDC" u"FC", u"a/loop", u"z"));
+  EXPECT_EQ(walk.nextObject(), std::nullopt);
+  EXPECT_EQ(walk.lastError(), nullptr);
+
+  // What vanishes is passed over, and what is skipped is not gone into.
+  std::size_t count = 0;
+  NSDirectoryEnumerator changing(path(""));
+  while (const auto item = changing.nextObject()) {
+    ++count;
+    if (*item == u"a") fs::remove_all(folder.path("a"));
+  }
+  EXPECT_EQ(count, 2U);
+  fs::create_directories(folder.path("a/b"));
+  NSDirectoryEnumerator skipping(path(""));
+  for (count = 0; const auto item = skipping.nextObject(); ++count) skipping.skipDescendants();
+  EXPECT_EQ(count, 2U);
+  EXPECT_EQ(NSDirectoryEnumerator(path("none")).nextObject(), std::nullopt);
+}
+
+}  // namespace
+}  // namespace kelvane

@@ -1,0 +1,168 @@
+#include "Platform/Foundation/Trash.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "Platform/Foundation/TextEncoding.h"
+#include "Support/Process.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::MatchesRegex;
+
+class TrashTest : public testing::Test {
+ protected:
+  TrashTest() {
+    setenv("HOME", folder.path().c_str(), 1);
+    setenv("XDG_DATA_HOME", folder.path("data").c_str(), 1);
+  }
+  ~TrashTest() override {
+    if (isMounted) umount2(folder.path("mount").c_str(), MNT_DETACH);
+  }
+
+  void write(const std::string& name) const {
+    fs::create_directories(fs::path(folder.path(name)).parent_path());
+    std::ofstream(folder.path(name)) << name;
+  }
+  static std::string bytesOf(const std::string& path) {
+    std::ifstream file(path);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  bool trash(const std::string& name) {
+    place = nullptr;
+    error = nullptr;
+    return trashItemAtPath(textFromFileSystem(folder.path(name)), &place, &error);
+  }
+  // Where the item went, below the folder; empty when that was not told.
+  std::string placeInFolder() const {
+    const std::string path = place ? fileSystemRepresentation(place->path().value_or(Text())) : std::string();
+    return path.empty() ? path : fs::path(path).lexically_relative(folder.path()).native();
+  }
+  // A file system of its own at "mount", seen by this process alone; false where that is not allowed.
+  bool mountFileSystem() {
+    fs::create_directory(folder.path("mount"));
+    if (unshare(CLONE_NEWNS) < 0 || mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) < 0) return false;
+    std::ofstream(folder.path("image")).close();
+    fs::resize_file(folder.path("image"), 8 << 20);
+    isMounted = test::runProcess({"/sbin/mkfs.ext4", "-q", folder.path("image")}).status == 0 &&
+                test::runProcess({"/bin/mount", "-o", "loop", folder.path("image"), folder.path("mount")}).status == 0;
+    return isMounted;
+  }
+
+  TemporaryFolder folder;
+  Ref<NSURL> place;
+  Ref<NSError> error;
+  bool isMounted = false;
+};
+
+// The layout of the freedesktop.org Trash specification, and where the item is now.
+TEST_F(TrashTest, KeepsTheLayoutThatFileManagersRead) {
+  const struct {
+    const char* name;
+    const char* inTrash;
+    const char* escaped;
+  } rows[] = {
+      {"a b.txt", "a b.txt", "a%20b.txt"},
+      {"x/a b.txt", "a b.2.txt", "x/a%20b.txt"},
+      {"gr\xFC\xDF", "gr\xFC\xDF", "gr%FC%DF"},
+  };
+  for (const auto& row : rows) {
+    write(row.name);
+    ASSERT_TRUE(trash(row.name)) << utf8(error->localizedDescription());
+    EXPECT_FALSE(fs::exists(folder.path(row.name)));
+    EXPECT_EQ(placeInFolder(), std::string("data/Trash/files/") + row.inTrash);
+    EXPECT_EQ(bytesOf(folder.path(placeInFolder())), row.name);
+    EXPECT_THAT(bytesOf(folder.path(std::string("data/Trash/info/") + row.inTrash + ".trashinfo")),
+                MatchesRegex("\\[Trash Info\\]\nPath=" + folder.path() + "/" + row.escaped +
+                             "\nDeletionDate=[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}\n"));
+  }
+}
+
+TEST_F(TrashTest, TakesFoldersAndLinksThemselves) {
+  write("full/inner");
+  write("target");
+  fs::create_symlink("target", folder.path("link"));
+  fs::create_symlink("nowhere", folder.path("dangling"));
+  ASSERT_TRUE(trash("full/"));
+  EXPECT_EQ(placeInFolder(), "data/Trash/files/full/");
+  EXPECT_EQ(bytesOf(folder.path("data/Trash/files/full/inner")), "full/inner");
+  for (const char* link : {"link", "dangling"}) {
+    ASSERT_TRUE(trash(link));
+    EXPECT_TRUE(fs::is_symlink(folder.path(std::string("data/Trash/files/") + link)));
+  }
+  EXPECT_EQ(bytesOf(folder.path("target")), "target");
+}
+
+TEST_F(TrashTest, RefusesWhatItCannotMove) {
+  EXPECT_FALSE(trash("missing"));
+  EXPECT_EQ(error->code(), ENOENT);
+  EXPECT_FALSE(trashItemAtPath(u"", nullptr, nullptr));
+  EXPECT_FALSE(trashItemAtPath(TextView(u"a\0b", 3), nullptr, nullptr));
+  write("a");
+  // There can be no trash folder.
+  write("data");
+  EXPECT_FALSE(trash("a"));
+  EXPECT_NE(error, nullptr);
+  EXPECT_EQ(place, nullptr);
+  EXPECT_EQ(bytesOf(folder.path("a")), "a");
+}
+
+TEST_F(TrashTest, UsesTheTrashOfTheMount) {
+  if (!mountFileSystem()) GTEST_SKIP() << "mounts are not allowed here";
+  const std::string user = std::to_string(getuid());
+  const std::string own = "mount/.Trash-" + user;
+  write("mount/x/one");
+  ASSERT_TRUE(trash("mount/x/one")) << utf8(error->localizedDescription());
+  EXPECT_EQ(placeInFolder(), own + "/files/one");
+  EXPECT_THAT(bytesOf(folder.path(own + "/info/one.trashinfo")), testing::HasSubstr("\nPath=x/one\n"));
+
+  // A folder for all that is not sticky, or a link, could be anybody's.
+  fs::create_directory(folder.path("mount/.Trash"));
+  write("mount/two");
+  ASSERT_TRUE(trash("mount/two"));
+  EXPECT_EQ(placeInFolder(), own + "/files/two");
+  ASSERT_EQ(chmod(folder.path("mount/.Trash").c_str(), 01777), 0);
+  write("mount/three");
+  ASSERT_TRUE(trash("mount/three"));
+  EXPECT_EQ(placeInFolder(), "mount/.Trash/" + user + "/files/three");
+  fs::remove_all(folder.path("mount/.Trash"));
+  fs::create_directory_symlink(folder.path("elsewhere"), folder.path("mount/.Trash"));
+  write("mount/four");
+  ASSERT_TRUE(trash("mount/four"));
+  EXPECT_EQ(placeInFolder(), own + "/files/four");
+
+  // The user's own one a link to another file system: the item stays.
+  fs::remove_all(folder.path(own));
+  fs::create_directories(folder.path("elsewhere"));
+  fs::create_directory_symlink(folder.path("elsewhere"), folder.path(own));
+  write("mount/five");
+  EXPECT_FALSE(trash("mount/five"));
+  EXPECT_EQ(bytesOf(folder.path("mount/five")), "mount/five");
+  EXPECT_TRUE(fs::is_empty(folder.path("elsewhere")));
+}
+
+TEST_F(TrashTest, NeverCopiesOverMounts) {
+  write("bound/a");
+  fs::create_directory(folder.path("mount"));
+  isMounted = unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+              mount(folder.path("bound").c_str(), folder.path("mount").c_str(), nullptr, MS_BIND, nullptr) == 0;
+  if (!isMounted) GTEST_SKIP() << "mounts are not allowed here";
+  // The same file system by its number, and yet nothing can be moved from one to the other.
+  EXPECT_FALSE(trash("mount/a"));
+  EXPECT_EQ(bytesOf(folder.path("mount/a")), "bound/a");
+}
+
+}  // namespace
+}  // namespace kelvane
