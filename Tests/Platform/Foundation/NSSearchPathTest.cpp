@@ -58,7 +58,7 @@ TEST_F(NSSearchPathTest, ReadsTheFoldersThatTheUserNamed) {
                                                   "XDG_MUSIC_DIR=\"relative\"\nXDG_VIDEOS_DIR=/unquoted\n"
                                                   "XDG_PICTURES_DIR=\"$HOMES/x\"\nXDG_DOWNLOAD_DIR=\"$HOME\"";
   const std::pair<NSSearchPathDirectory, TextView> rows[] = {
-      {NSDesktopDirectory, u"/home/ann/Schreib\"tisch\\"}, {NSDocumentDirectory, u"/gr\xDC" u"FC"},
+      {NSDesktopDirectory, u"/home/ann/Schreib\"tisch\\"}, {NSDocumentDirectory, u"/gr\xDCFC"},
       {NSMusicDirectory, u"/home/ann/Music"},               {NSMoviesDirectory, u"/home/ann/Videos"},
       {NSPicturesDirectory, u"/home/ann/Pictures"},         {NSDownloadsDirectory, u"/home/ann"}};
   for (const auto& [directory, path] : rows) EXPECT_EQ(find(directory, NSUserDomainMask).front(), path);

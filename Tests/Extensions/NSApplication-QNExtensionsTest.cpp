@@ -1,0 +1,95 @@
+#include "Extensions/NSApplication-QNExtensions.h"
+
+#include <gtest/gtest.h>
+
+#include "Extensions/CIImage-QNExtensions.h"
+#include "Extensions/NSError-QNExtensions.h"
+#include "Platform/Desktop/Desktop.h"
+#include "Platform/Foundation/Boxing.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+TEST(NSApplication, CodesOfReleases) {
+  const std::pair<std::int32_t, std::int32_t> rows[] = {{0x0FFF, 0}, {0x1000, 1}, {0x1009, 1}, {0x100A, 2}, {0x1019, 2},
+                                                        {0x1049, 5}, {0x1068, 7}, {0x106A, 8}, {0x1079, 8}, {0x107A, 9},
+                                                        {0x1080, 9}, {INT32_MAX, 9}, {INT32_MIN, 0}};
+  for (const auto& [combined, code] : rows) EXPECT_EQ(NSApplicationExtensions::osVersion(combined), code) << combined;
+  EXPECT_EQ(NSApplicationExtensions::osVersion(std::nullopt), -1);
+}
+
+TEST(NSApplication, ReleasesHaveThreeNumbers) {
+  const struct {
+    std::string_view release;
+    SystemVersion version;
+    TextView text;
+    std::optional<std::int32_t> combined;
+  } rows[] = {
+      {"10.6.8", {10, 6, 8}, u"Mac OS X 10.6.8", 0x1068},
+      {"6.1.0-18-amd64", {6, 1, 0}, u"Mac OS X 6.1.0", 0x1010},
+      {"5.10.217.4", {5, 10, 217}, u"Mac OS X 5.10.217", 0x10A9},
+      {"6.1-rc3", {6, 1, {}}, u"-unknown-", {}},
+      {"99999999999.1", {}, u"-unknown-", {}},
+      {"-1.2.3", {}, u"-unknown-", {}},
+      {"1.2147483647.0", {1, 2147483647, 0}, u"Mac OS X 1.2147483647.0", 0x1000 + 16 * 0xFFFFFF},
+  };
+  for (const auto& row : rows) {
+    const SystemVersion version = systemVersionFromRelease(row.release);
+    EXPECT_EQ(version, row.version) << row.release;
+    EXPECT_EQ(NSApplicationExtensions::osVersionString(version), row.text);
+    EXPECT_EQ(combinedSystemVersion(version), row.combined);
+  }
+  EXPECT_GT(osVersion(NSApplication::sharedApplication()), 0);
+}
+
+TEST(NSApplication, ForwardsToItsDelegate) {
+  struct Host : NSApplicationDelegate {
+    bool isBetaVersion() const override { return true; }
+    void openHelpAtAnchor(TextView anchor) override { opened = anchor; }
+    Text opened;
+  };
+  NSApplication& application = NSApplication::sharedApplication();
+  openHelpAtAnchor(application, u"x");
+  EXPECT_FALSE(isBetaVersion(application) || isDevelopmentVersion(application) || isPrototypeVersion(application));
+  {
+    Host host;
+    application.setDelegate(&host);
+    openHelpAtAnchor(application, u"top");
+    EXPECT_EQ(host.opened, u"top");
+    EXPECT_TRUE(isBetaVersion(application) && !isPrototypeVersion(application));
+  }
+  EXPECT_EQ(application.delegate(), nullptr);
+  EXPECT_EQ(name(application), std::nullopt);
+  EXPECT_EQ(versionString(application), std::nullopt);
+
+  struct Screen : Desktop {
+    void runModalAlert(const ModalAlert&) override {}
+    double userInterfaceVersionNumber() const override { return 1038.9; }
+  };
+  EXPECT_EQ(appKitVersion(application), 0);
+  Desktop::install(std::make_shared<Screen>());
+  EXPECT_EQ(appKitVersion(application), 1038);
+}
+
+TEST(CIImage, SizeIsThatOfTheExtent) {
+  EXPECT_EQ(size(std::make_shared<CIImage>(CGRect{{1, 2}, {3, 4}})), (CGSize{3, 4}));
+  EXPECT_EQ(size(nullptr), CGSize());
+}
+
+TEST(NSError, DescribesTheWholeChain) {
+  const auto system = NSError::errorWithSystemError({ENOENT, std::generic_category()});
+  const auto outer = NSError::errorWithDescription(u"D", 5, u"broken", system);
+  EXPECT_EQ(outer->underlyingError(), system);
+  EXPECT_EQ(debugDescription(*outer), u"{NSLocalizedDescription = broken; NSUnderlyingError = {code = 2; domain = "
+                                      u"NSPOSIXErrorDomain; }; code = 5; domain = D; }");
+  const auto bare = std::make_shared<NSError>(u"D", 1);
+  EXPECT_EQ(debugDescription(*bare), std::nullopt);
+  const auto around = NSDictionary::dictionaryWithEntries({{Text(NSUnderlyingErrorKey), bare}, {u"code", box(u"x")}});
+  EXPECT_EQ(debugDescription(NSError(u"E", 2, around)), u"{NSUnderlyingError = (null); code = 2; domain = E; }");
+  const auto text = NSDictionary::dictionaryWithEntries({{Text(NSUnderlyingErrorKey), box(u"no error")}});
+  EXPECT_EQ(debugDescription(NSError(u"E", 2, text)), u"{NSUnderlyingError = no error; code = 2; domain = E; }");
+}
+
+}  // namespace
+}  // namespace kelvane

@@ -1,0 +1,287 @@
+#include "Extensions/NSFileManager-QNExtensions.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <thread>
+
+#include "Extensions/NSBundle-QNExtensions.h"
+#include "Extensions/NSFileManager-ThreadSafeManager.h"
+#include "Extensions/NSURL-QNExtensions.h"
+#include "Platform/Foundation/PathText.h"
+#include "Platform/Foundation/TextEncoding.h"
+#include "Support/CapturedSystemLog.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/TextPrinting.h"
+#include "Utilities/QNFileSystemUtilities.h"
+
+namespace kelvane {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
+
+class FileExtensionsTest : public testing::Test {
+ protected:
+  FileExtensionsTest() {
+    for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "TMPDIR"}) setenv(variable, folder.path().c_str(), 1);
+    setenv("XDG_DATA_HOME", folder.path("data").c_str(), 1);
+  }
+
+  Text path(const std::string& name = {}) const {
+    return textFromFileSystem(name.empty() ? folder.path() : folder.path(name));
+  }
+  void write(std::initializer_list<std::string> names) const {
+    for (const std::string& name : names) {
+      fs::create_directories(fs::path(folder.path(name)).parent_path());
+      std::ofstream(folder.path(name)) << name;
+    }
+  }
+  bool exists(const std::string& name) const { return fs::exists(fs::symlink_status(folder.path(name))); }
+  // The messages so far without what the logger puts before them.
+  std::vector<Text> logged() {
+    std::vector<Text> messages = log.take();
+    for (Text& message : messages) message.erase(0, message.find(u" - ") + 3);
+    return messages;
+  }
+
+  TemporaryFolder folder;
+  CapturedSystemLog log;
+  NSFileManager& files = NSFileManagerExtensions::threadSafeManager();
+  Ref<NSError> error;
+};
+
+TEST_F(FileExtensionsTest, ListsWhatMatches) {
+  write({"a.txt", "b.png", "c.txt/d.txt"});
+  const auto isText = [](const NSURL& url) { return url.pathExtension() == u"txt"; };
+  const auto base = NSURL::fileURLWithPath(path());
+  const auto urls = contentsOfDirectoryAtURL(files, base, &error, isText);
+  std::vector<Text> names;
+  for (const auto& url : urls) names.push_back(url->lastPathComponent());
+  EXPECT_THAT(names, UnorderedElementsAre(u"a.txt", u"c.txt"));
+  EXPECT_TRUE(contentsOfDirectoryAtURL(files, nullptr, &error, isText).empty());
+  EXPECT_TRUE(contentsOfDirectoryAtURL(files, base, &error, nullptr).empty());
+  EXPECT_EQ(error, nullptr);
+  EXPECT_TRUE(contentsOfDirectoryAtURL(files, NSURL::fileURLWithPath(path("none")), &error, isText).empty());
+  EXPECT_EQ(error->localizedDescription(), u"No such file or directory");
+
+  EXPECT_TRUE(fileExistsAtURL(files, urls.front()));
+  EXPECT_FALSE(fileExistsAtURL(files, nullptr) || fileExistsAtURL(files, NSURL::URLWithString(u"http://a/tmp")));
+  EXPECT_TRUE(isDirectoryAtPath(files, path("c.txt")) && isFileAtPath(files, path("a.txt")));
+  EXPECT_FALSE(isDirectoryAtPath(files, path("none")) || isFileAtPath(files, path("none")) ||
+               isFileAtPath(files, path()) || isDirectoryAtPath(files, std::nullopt));
+}
+
+TEST_F(FileExtensionsTest, MakesFoldersAndTellsWhyNot) {
+  EXPECT_TRUE(createDirectoryRecursivlyAtPath(files, path("a/b"), nullptr));
+  EXPECT_TRUE(createDirectoryRecursivlyAtPath(files, path("a/b"), nullptr));
+  EXPECT_THAT(log.take(), ElementsAre());
+  EXPECT_FALSE(createDirectoryRecursivlyAtPath(files, u"/proc/none/x", nullptr, &error));
+  EXPECT_FALSE(createDirectoryRecursivlyAtPath(files, std::nullopt, nullptr));
+  EXPECT_THAT(log.take(),
+              ElementsAre(u"Error while creating recursiv directories at path '/proc/none/x': No such file or directory",
+                          u"Error while creating recursiv directories at path '(null)': No such file or directory"));
+  EXPECT_EQ(error->code(), ENOENT);
+}
+
+TEST_F(FileExtensionsTest, DeletesFilesByNameAndNothingElse) {
+  write({"cache-1", "x.cache", "Cache", "cache-folder/cache-2", "other"});
+  fs::create_symlink("nowhere", folder.path("cache-dangling"));
+  fs::create_directory_symlink("cache-folder", folder.path("cache-link"));
+  for (const auto& fragment : {std::optional<TextView>(), std::optional<TextView>(u"")})
+    deleteAllFilesWithNameContaining(files, fragment, path());
+  deleteAllFilesWithNameContaining(files, u"cache", std::nullopt);
+  deleteAllFilesWithNameContaining(files, u"cache", path("other"), &error);
+  EXPECT_EQ(folder.names().size(), 7U);
+  deleteAllFilesWithNameContaining(files, u"cache", path(), &error);
+  EXPECT_THAT(folder.names(), ElementsAre("Cache", "cache-folder", "cache-link", "other"));
+  EXPECT_TRUE(exists("cache-folder/cache-2"));
+  EXPECT_EQ(error, nullptr);
+  EXPECT_THAT(log.take(), ElementsAre());
+}
+
+TEST_F(FileExtensionsTest, RemovesWhatMatchesAtEveryDepth) {
+  write({"a.tmp", "b", "x/c.tmp", "x/y/d.tmp", "x/y/e", "whole.tmp/f", "gr\xFC.tmp", "outside/g.tmp"});
+  write({"tree/h.tmp"});
+  fs::create_directory_symlink(folder.path("outside"), folder.path("tree/link"));
+  fs::create_directory_symlink("..", folder.path("x/loop.tmp"));
+  std::multiset<Text> asked;
+  const auto isTemporary = [&asked](TextView item) { return asked.emplace(item), item.ends_with(u".tmp"); };
+  removeAllItemsFromPath(files, path("tree"), true, isTemporary);
+  EXPECT_THAT(asked, UnorderedElementsAre(path("tree/h.tmp"), path("tree/link")));
+  EXPECT_TRUE(exists("outside/g.tmp") && exists("tree/link") && !exists("tree/h.tmp"));
+  removeAllItemsFromPath(files, path(), false, isTemporary);
+  EXPECT_TRUE(!exists("a.tmp") && !exists("whole.tmp") && !exists("gr\xFC.tmp") && exists("x/c.tmp"));
+  asked.clear();
+  removeAllItemsFromPath(files, path("x"), true, isTemporary, &error);
+  EXPECT_THAT(asked, UnorderedElementsAre(path("x/c.tmp"), path("x/y"), path("x/y/d.tmp"), path("x/y/e"),
+                                          path("x/loop.tmp")));
+  EXPECT_TRUE(exists("x/y/e") && !exists("x/y/d.tmp") && !exists("x/loop.tmp") && exists("b"));
+
+  // A predicate may remove things itself; what is gone is not asked for.
+  asked.clear();
+  removeAllItemsFromPath(files, path("x"), true, [&](TextView item) {
+    if (item.ends_with(u"/y")) fs::remove_all(folder.path("x/y"));
+    return isTemporary(item);
+  }, &error);
+  EXPECT_THAT(asked, ElementsAre(path("x/y")));
+  for (const auto& nothing : {std::optional<Text>(), std::optional<Text>(u""), std::optional<Text>(path("b")),
+                              std::optional<Text>(path("none"))})
+    removeAllItemsFromPath(files, nothing, true, [](TextView) { return true; }, &error);
+  removeAllItemsFromPath(files, path(), true, nullptr);
+  EXPECT_EQ(error, nullptr);
+  EXPECT_TRUE(exists("b"));
+  EXPECT_THAT(log.take(), ElementsAre());
+}
+
+// As somebody who may not do everything.
+TEST_F(FileExtensionsTest, TellsWhatCouldNotBeRemoved) {
+  write({"t/locked/in/a", "t/unreadable/b", "t/c", "sticky/d"});
+  ASSERT_EQ(chmod(folder.path("t/locked/in").c_str(), 0500), 0);
+  ASSERT_EQ(chmod(folder.path("t/unreadable").c_str(), 0300), 0);
+  ASSERT_EQ(chmod(folder.path("sticky").c_str(), 01777), 0);
+  ASSERT_EQ(chmod(folder.path().c_str(), 0755), 0);
+  if (geteuid() == 0) {
+    for (const auto& item : fs::recursive_directory_iterator(folder.path("t"))) ASSERT_EQ(lchown(item.path().c_str(), 1234, 1234), 0);
+    ASSERT_EQ(lchown(folder.path("t").c_str(), 1234, 1234), 0);
+    ASSERT_EQ(seteuid(1234), 0);
+  }
+  removeAllItemsFromPath(files, path("t"), true, [](TextView item) { return item.ends_with(u"locked"); }, &error);
+  EXPECT_THAT(logged(), UnorderedElementsAre(u"Error while requesting contents of folder '" + path("t/locked") + u"': Permission denied",
+                                    u"Permission denied (NSError)"));
+  EXPECT_EQ(error->code(), EACCES);
+  // Nobody else's file goes from a sticky folder, nor is it asked for.
+  removeAllItemsFromPath(files, path("sticky"), true, [](TextView) { return true; });
+  deleteAllFilesWithNameContaining(files, u"a", path("t/locked/in"));
+  EXPECT_THAT(log.take(), ElementsAre());
+  ASSERT_EQ(seteuid(getuid()), 0);
+  EXPECT_TRUE(exists("t/locked/in/a") && exists("t/unreadable/b"));
+  EXPECT_EQ(exists("sticky/d"), getuid() == 0);
+  fs::permissions(folder.path("t/locked/in"), fs::perms::owner_all);
+  fs::permissions(folder.path("t/unreadable"), fs::perms::owner_all);
+}
+
+TEST_F(FileExtensionsTest, MovesToTheTrash) {
+  write({"a b"});
+  const Ref<NSURL> place = moveFileToTrash(files, path("a b"), &error);
+  ASSERT_NE(place, nullptr);
+  EXPECT_EQ(*place->path(), path("data/Trash/files/a b"));
+  EXPECT_TRUE(fileExistsAtURL(files, place) && !exists("a b"));
+  EXPECT_EQ(moveFileToTrash(files, path("a b"), &error), nullptr);
+  EXPECT_EQ(error->code(), ENOENT);
+  EXPECT_EQ(moveFileToTrash(files, u"/proc/self/comm"), nullptr);
+  moveFileToTrash(files, std::nullopt);
+  moveFileToTrash(files, u"");
+  EXPECT_THAT(logged(), ElementsAre(u"Move file at path: '" + path("a b") + u"' to trash.",
+                                    u"Can't move file at path: '" + path("a b") + u"' to trash. File does not exists.",
+                                    u"Move file at path: '/proc/self/comm' to trash.",
+                                    u"Can't move file at path: '/proc/self/comm' to trash."));
+}
+
+TEST_F(FileExtensionsTest, ResolvesLinks) {
+  write({"real/file"});
+  fs::create_symlink("file", folder.path("real/link"));
+  fs::create_symlink("real/link", folder.path("chain"));
+  fs::create_directory_symlink("real", folder.path("folder-link"));
+  fs::create_symlink("loop", folder.path("loop"));
+  const Text real = textFromFileSystem(fs::canonical(folder.path()).native());
+  const std::pair<Text, Text> rows[] = {
+      {path("chain"), real + u"/real/file"},    {path("./folder-link/"), real + u"/real"},
+      {path("real/./file"), path("real/file")}, {path("real/"), path("real")},
+      {path("folder-link/file"), path("folder-link/file")}, {path("loop/."), path("loop/.")},
+      {path("none/../x"), path("none/../x")},   {u"", u""},
+  };
+  for (const auto& [from, to] : rows) EXPECT_EQ(resolveAliasAndLinkAtPath(files, from), to);
+  EXPECT_EQ(resolveAliasAndLinkAtPath(files, std::nullopt), std::nullopt);
+}
+
+TEST_F(FileExtensionsTest, FindsNamesThatAreFree) {
+  EXPECT_EQ(uniqueFileNameAtPath(files, path(), u"a", u"txt"), u"a.txt");
+  write({"a.txt", "a-1.txt", "x."});
+  fs::create_symlink("nowhere", folder.path("a-2.txt"));
+  EXPECT_EQ(uniqueFileNameAtPath(files, path(), u"a", u"txt"), u"a-3.txt");
+  EXPECT_EQ(createUniqueFileAtPath(files, path(), u"a", u"txt"), u"a-3.txt");
+  EXPECT_EQ(createUniqueFileAtPath(files, path(), u"a", u"txt"), u"a-4.txt");
+  EXPECT_EQ(uniqueFileNameAtPath(files, path(), u"x", std::nullopt), u"x-1.");
+  for (const auto& nothing : {std::optional<TextView>(), std::optional<TextView>(u"")}) {
+    EXPECT_EQ(uniqueFileNameAtPath(files, nothing, u"a", u"txt"), std::nullopt);
+    EXPECT_EQ(uniqueFileNameAtPath(files, path(), nothing, u"txt"), std::nullopt);
+  }
+  EXPECT_THAT(log.take(), ElementsAre());
+  EXPECT_EQ(uniqueFileNameAtPath(files, path("a.txt"), u"a", u"txt"), std::nullopt);
+  for (int i = 1; i <= 9999; ++i) ASSERT_EQ(symlink("x", folder.path("full-" + std::to_string(i) + ".x").c_str()), 0);
+  write({"full.x"});
+  EXPECT_EQ(uniqueFileNameAtPath(files, path(), u"full", u"x"), std::nullopt);
+  EXPECT_THAT(logged(), ElementsAre(u"Folder does not exist or path points to file.",
+                                    u"Could not create unique file name."));
+  EXPECT_EQ(createUniqueFileAtPath(files, path(), u"../a", u"txt", &error), std::nullopt);
+  EXPECT_EQ(error->code(), EINVAL);
+}
+
+TEST_F(FileExtensionsTest, GivesTemporaryNames) {
+  using namespace NSFileManagerExtensions;
+  const Text name = temporaryFileURLWithExtension(std::nullopt)->lastPathComponent();
+  EXPECT_EQ(name.size(), 36U);
+  EXPECT_EQ(temporaryFileURLWithExtension(u"")->lastPathComponent().substr(36), u".");
+  const auto made = createTemporaryFileWithExtension(u"png");
+  EXPECT_EQ(made->lastPathComponent().substr(36), u".png");
+  struct stat status = {};
+  ASSERT_EQ(stat(fileSystemRepresentation(*made->path()).c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode, S_IFREG | 0600U);
+  setenv("TMPDIR", folder.path("none").c_str(), 1);
+  EXPECT_EQ(createTemporaryFileWithExtension(std::nullopt, &error), nullptr);
+  EXPECT_EQ(error->code(), ENOENT);
+}
+
+TEST_F(FileExtensionsTest, SixtyFourProcessesGetNamesOfTheirOwn) {
+  constexpr int processes = 64;
+  constexpr int names = 16;
+  int pipes[2];
+  ASSERT_EQ(pipe(pipes), 0);
+  for (int i = 0; i < processes; ++i) {
+    if (fork() != 0) continue;
+    for (int k = 0; k < names; ++k) {
+      const std::string line = utf8(createUniqueFileAtPath(files, path(), u"report", u"pdf").value_or(u"")) + "\n";
+      if (::write(pipes[1], line.data(), line.size()) < 0) _exit(1);
+    }
+    _exit(0);
+  }
+  close(pipes[1]);
+  std::string all;
+  char chunk[4096];
+  for (ssize_t size; (size = read(pipes[0], chunk, sizeof chunk)) > 0;) all.append(chunk, static_cast<std::size_t>(size));
+  while (wait(nullptr) > 0) continue;
+  std::set<std::string> unlike;
+  for (std::size_t end; (end = all.find('\n')) != std::string::npos; all.erase(0, end + 1)) unlike.insert(all.substr(0, end));
+  EXPECT_EQ(unlike.size(), static_cast<std::size_t>(processes * names));
+  EXPECT_EQ(folder.names().size(), unlike.size());
+}
+
+TEST_F(FileExtensionsTest, FindsResources) {
+  write({"data/Themes/a.css", "data/Themes/b.css/c.CSS", "data/Themes/b.css/d.js", "data/Themes/e"});
+  const auto found = QNFileSystemUtilities::pathsForLibraryResourcesOfType({u"css", u"js"}, u"Themes");
+  EXPECT_THAT(found, UnorderedElementsAre(path("data/Themes/a.css"), path("data/Themes/b.css"),
+                                          path("data/Themes/b.css/d.js")));
+  write({"N.app/Contents/MacOS/N", "N.app/Contents/Resources/a b.plist", "N.app/Contents/Resources/plain"});
+  const NSBundle bundle(path("N.app/Contents/MacOS/N"));
+  EXPECT_EQ(*URLForResource(bundle, u"a b", u"plist")->path(), path("N.app/Contents/Resources/a b.plist"));
+  EXPECT_EQ(*NSURLExtensions::fileURLForResource(u"plain", std::nullopt, &bundle)->path(),
+            path("N.app/Contents/Resources/plain"));
+  EXPECT_EQ(bundle.builtInPlugInsPath(), path("N.app/Contents/PlugIns"));
+  EXPECT_EQ(NSBundle(path("x/tool")).builtInPlugInsPath(), path("x/PlugIns"));
+  EXPECT_EQ(NSURLExtensions::fileURLForResource(u"none", u"plist"), nullptr);
+  EXPECT_EQ(NSURLExtensions::fileURLForResource(std::nullopt, std::nullopt, &bundle), nullptr);
+  EXPECT_EQ(NSURLExtensions::fileURLForResource(u"plain", std::nullopt, nullptr), nullptr);
+  EXPECT_THAT(logged(), ElementsAre(u"Can't locate resource 'none' of type 'plist'.",
+                                    u"Can't locate resource '(null)' of type '(null)'."));
+}
+
+}  // namespace
+}  // namespace kelvane

@@ -1,0 +1,117 @@
+#include "Utilities/QNEnvironment.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "Platform/Foundation/NSBundle.h"
+#include "Platform/Foundation/PathText.h"
+#include "Platform/Foundation/TextEncoding.h"
+#include "Support/CapturedSystemLog.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+
+MATCHER_P(EndsWith, tail, "") { return TextView(arg).ends_with(tail); }
+
+class QNEnvironmentTest : public testing::Test {
+ protected:
+  QNEnvironmentTest() {
+    for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "TMPDIR"}) setenv(variable, folder.path().c_str(), 1);
+    setenv("XDG_DATA_HOME", "/d", 1);
+    setenv("XDG_CACHE_HOME", "/c", 1);
+    environment.setAppName(u"Foo");
+  }
+
+  Text path(const std::string& name) const { return textFromFileSystem(folder.path(name)); }
+
+  TemporaryFolder folder;
+  CapturedSystemLog log;
+  QNEnvironment environment;
+};
+
+TEST_F(QNEnvironmentTest, DerivesEveryPathFromTheName) {
+  environment.setDevelopmentVersion(true);
+  const Text bundle = NSBundle::mainBundle().bundlePath();
+  const std::pair<Text, Text> rows[] = {
+      {environment.applicationFolderPath(), bundle},
+      {environment.resourcesFolderPath(), bundle + u"/Contents/Resources"},
+      {environment.libraryFolderPath(), u"/d"},
+      {environment.systemLibraryPath(), u"/usr/local/share"},
+      {environment.libraryAppSupportPath(), u"/d/Foo"},
+      {environment.systemLibraryAppSupportPath(), u"/usr/local/share/Application Support/Foo"},
+      {environment.cachesFolderPath(), u"/c"},
+      {environment.cachesMetadataApplicationFolderPath(), u"/c/Metadata/Foo.dev"},
+      {environment.logFilePath(), u"/d/Foo/Logs/Foo.log"},
+      {environment.logConfigFilePath(), u"/d/Foo/Log.config"},
+      {environment.crashReportFilePath(), u"/d/Logs/CrashReporter/Foo.crash.log"},
+      {environment.userPluginFolderPath(), u"/d/Foo/Plug-Ins"},
+      {environment.privateDocumentsFolderPath(), u"/d/Foo/Documents"},
+      {environment.documentsFolderPath(), path("Documents")},
+      {QNEnvironment::desktopFolderPath(), path("Desktop")},
+      {environment.userHomeFolderPath(), textFromFileSystem(folder.path())},
+      {environment.userPicturesFolderPath(), path("Pictures")},
+      {environment.temporaryFolderPath(), path("Foo")},
+      {environment.summary(), u"app-name: Foo\nlibrary-app-support: /d/Foo\n"},
+  };
+  for (const auto& [actual, expected] : rows) EXPECT_EQ(actual, expected);
+  // The library lies elsewhere than the tests that use it.
+  const Text library = environment.pluginFolderPaths().front();
+  EXPECT_THAT(environment.pluginFolderPaths(),
+              ElementsAre(EndsWith(u"/PlugIns"), bundle + u"/PlugIns",
+                          u"/usr/local/share/Application Support/Foo/Plug-Ins", u"/d/Foo/Plug-Ins"));
+  EXPECT_EQ(library, NSBundle::libraryBundle().builtInPlugInsPath());
+  environment.setDevelopmentVersion(false);
+  EXPECT_EQ(environment.cachesMetadataApplicationFolderPath(), u"/c/Metadata/Foo");
+  // The tests have no information dictionary.
+  environment.setAppName(u"");
+  EXPECT_EQ(environment.appName(), u"NoNameApp");
+  EXPECT_EQ(environment.appVersion(), std::nullopt);
+  EXPECT_EQ(environment.appRevision(), std::nullopt);
+}
+
+TEST_F(QNEnvironmentTest, PreparesItsFolders) {
+  setenv("XDG_DATA_HOME", folder.path("data").c_str(), 1);
+  environment.setupFilesAndFolders();
+  EXPECT_THAT(log.take(),
+              ElementsAre(u"Error while removing file at path '" + path("Foo") + u"': No such file or directory"));
+  EXPECT_TRUE(fs::is_directory(folder.path("Foo")) && fs::is_directory(folder.path("data/Foo")));
+  EXPECT_FALSE(fs::exists(folder.path("data/Foo/Logs")));
+  std::ofstream(folder.path("Foo/left")) << "x";
+  std::ofstream(folder.path("data/Foo/kept")) << "x";
+  environment.setupFilesAndFolders();
+  EXPECT_TRUE(fs::is_empty(folder.path("Foo")) && fs::exists(folder.path("data/Foo/kept")));
+
+  // A link goes, and what it leads to stays.
+  fs::remove_all(folder.path("Foo"));
+  fs::create_directory_symlink("data", folder.path("Foo"));
+  environment.setupFilesAndFolders();
+  EXPECT_TRUE(!fs::is_symlink(folder.path("Foo")) && fs::exists(folder.path("data/Foo/kept")));
+  EXPECT_THAT(log.take(), ElementsAre());
+  environment.setAppName(u"..");
+  environment.setupFilesAndFolders();
+  EXPECT_TRUE(fs::exists(folder.path("data/Foo/kept")));
+}
+
+TEST_F(QNEnvironmentTest, MakesTheTemporaryFolderWhenAsked) {
+  EXPECT_EQ(environment.temporaryFolderPathWithCreate(), path("Foo"));
+  EXPECT_EQ(environment.temporaryFolderPathWithCreate(), path("Foo"));
+  EXPECT_THAT(log.take(), ElementsAre(EndsWith(u" - Temporary folder does not exist. Will create one...")));
+  fs::remove(folder.path("Foo"));
+  std::ofstream(folder.path("Foo")) << "x";
+  EXPECT_EQ(environment.temporaryFolderPathWithCreate(), std::nullopt);
+  EXPECT_THAT(log.take(), ElementsAre(EndsWith(u" - Can't put poster into the temporary folder at '" + path("Foo") +
+                                               u"', because there is a file with the same name.")));
+  setenv("TMPDIR", "/proc/none", 1);
+  EXPECT_EQ(environment.temporaryFolderPathWithCreate(), std::nullopt);
+}
+
+}  // namespace
+}  // namespace kelvane
