@@ -25,8 +25,8 @@ namespace kelvane::bench {
 //         .reach(1);
 //   });
 //
-// Making and destroying the result is timed, as its user pays for both; what a contestant captures is not. Peers are
-// called the way their users would.
+// Making and destroying the result is timed, as its user pays for both; what a contestant captures is not, nor its
+// `prepare()`, which is called each time before the work where there is one. Peers are called the way their users would.
 class Row {
  public:
   // Names are unique, and say what the work is.
@@ -71,6 +71,7 @@ class Row {
   template <class Work, class Compared>
   static std::function<TryOut()> tryOutOf(Work work, Compared compared) {
     return [=]() mutable {
+      if constexpr (requires { work.prepare(); }) work.prepare();
       const std::size_t before = heapBytes();
       if constexpr (std::is_void_v<decltype(work())>) {
         work();
@@ -87,6 +88,11 @@ class Row {
   static Timing timingOf(Work work) {
     return [=](benchmark::State& state) mutable {
       for (auto _ : state) {
+        if constexpr (requires { work.prepare(); }) {
+          state.PauseTiming();
+          work.prepare();
+          state.ResumeTiming();
+        }
         if constexpr (std::is_void_v<decltype(work())>) {
           work();
         } else {

@@ -22,9 +22,7 @@ std::vector<Ref<NSURL>> contentsOfDirectoryAtURL(const NSFileManager& receiver, 
                                                  Ref<NSError>* error,
                                                  const std::function<bool(const NSURL&)>& matching) {
   if (!url || !matching) return {};
-  std::vector<Ref<NSURL>> urls = receiver.contentsOfDirectoryAtURL(*url, error);
-  std::erase_if(urls, [&matching](const Ref<NSURL>& item) { return !matching(*item); });
-  return urls;
+  return receiver.contentsOfDirectoryAtURL(*url, error, matching);
 }
 
 bool createDirectoryRecursivlyAtPath(const NSFileManager& receiver, std::optional<TextView> path,

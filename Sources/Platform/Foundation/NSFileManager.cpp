@@ -157,12 +157,14 @@ std::vector<Text> NSFileManager::contentsOfDirectoryAtPath(TextView path, Ref<NS
   return names;
 }
 
-std::vector<Ref<NSURL>> NSFileManager::contentsOfDirectoryAtURL(const NSURL& url, Ref<NSError>* error) const {
+std::vector<Ref<NSURL>> NSFileManager::contentsOfDirectoryAtURL(
+    const NSURL& url, Ref<NSError>* error, const std::function<bool(const NSURL&)>& matching) const {
   std::vector<Ref<NSURL>> urls;
   const Text path = url.path().value_or(Text());
   const auto folder = url.isFileURL() ? systemPath(path) : std::nullopt;
   const auto take = [&](int parent, const FolderEntries::Entry& entry) {
-    urls.push_back(url.URLByAppendingFileName(entry.name, isFolder(parent, entry)));
+    Ref<NSURL> item = url.URLByAppendingFileName(entry.name, isFolder(parent, entry));
+    if (!matching || matching(*item)) urls.push_back(std::move(item));
   };
   if (!url.isFileURL())
     failWithErrno(EINVAL, url.absoluteString(), error);

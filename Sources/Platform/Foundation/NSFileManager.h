@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "Platform/Foundation/Export.h"
@@ -44,8 +45,10 @@ class KELVANE_EXPORT NSFileManager {
   // None after an error.
   std::vector<Text> contentsOfDirectoryAtPath(TextView path, Ref<NSError>* error) const;
   // contentsOfDirectoryAtURL:includingPropertiesForKeys:options:error:  The URLs of what is in the folder that a file
-  // URL names, those of folders with a "/" at the end. None after an error; any other URL is one (EINVAL).
-  std::vector<Ref<NSURL>> contentsOfDirectoryAtURL(const NSURL& url, Ref<NSError>* error) const;
+  // URL names, those of folders with a "/" at the end; only those that match, where there is a predicate. None after an
+  // error; any other URL is one (EINVAL).
+  std::vector<Ref<NSURL>> contentsOfDirectoryAtURL(const NSURL& url, Ref<NSError>* error,
+                                                   const std::function<bool(const NSURL&)>& matching = nullptr) const;
 
   // removeItemAtPath:error:  Removes a file, a link (not what it leads to) or a folder with all that is in it. False
   // when something could not be removed or nothing is there. Touches nothing outside (FileRemoval.h).

@@ -72,12 +72,12 @@ char16_t* encodeByte(char16_t* out, unsigned char byte) {
   return out;
 }
 
-// `prefix`, `bytes` as they stand in a path, and "/" where `isFolder`.
-Text encodedBehind(TextView prefix, std::string_view bytes, bool isFolder) {
+// `prefix`, `separator`, `bytes` as they stand in a path, and "/" where `isFolder`.
+Text encodedBehind(TextView prefix, TextView separator, std::string_view bytes, bool isFolder) {
   const auto isPlain = [](char byte) { return standsForItself[static_cast<unsigned char>(byte)]; };
   const auto others = bytes.size() - static_cast<std::size_t>(std::ranges::count_if(bytes, isPlain));
-  return overwritten<Text>(prefix.size() + bytes.size() + 2 * others + 1, [&](char16_t* begin) {
-    char16_t* out = std::ranges::copy(prefix, begin).out;
+  return overwritten<Text>(prefix.size() + separator.size() + bytes.size() + 2 * others + 1, [&](char16_t* begin) {
+    char16_t* out = std::ranges::copy(separator, std::ranges::copy(prefix, begin).out).out;
     for (const char byte : bytes) {
       if (isPlain(byte))
         *out++ = static_cast<unsigned char>(byte);
@@ -98,13 +98,13 @@ Ref<NSURL> NSURL::fileURLWithPath(TextView path, bool isDirectory) {
     std::error_code ignored;
     bytes = std::filesystem::current_path(ignored).native() + "/" + bytes;
   }
-  return Ref<NSURL>(new NSURL(encodedBehind(u"file://", bytes, isDirectory)));
+  return Ref<NSURL>(new NSURL(encodedBehind(u"file:", u"//", bytes, isDirectory)));
 }
 
 Ref<NSURL> NSURL::URLByAppendingFileName(std::string_view name, bool isDirectory) const {
   TextView folder = TextView(myText).substr(0, myPath.end());
   while (folder.ends_with(u'/') && folder.size() > myPath.location) folder.remove_suffix(1);
-  return std::make_shared<NSURL>(Private(), *this, encodedBehind(Text(folder) + u'/', name, isDirectory));
+  return std::make_shared<NSURL>(Private(), *this, encodedBehind(folder, u"/", name, isDirectory));
 }
 
 NSURL::NSURL(Private, const NSURL& folder, Text text)
@@ -164,16 +164,22 @@ bool NSURL::isFileURL() const {
   return std::ranges::equal(name, file, [](char a, char b) { return (a | 0x20) == b; });
 }
 
+// Encoded as it stands: a "/" that is encoded separates no components.
+TextView NSURL::encodedLastComponent() const {
+  return kelvane::lastPathComponent(TextView(myText).substr(myPath.location, myPath.length));
+}
+
 Text NSURL::lastPathComponent() const {
-  const TextView path = TextView(myText).substr(myPath.location, myPath.length);
-  const TextView last = kelvane::lastPathComponent(path);
-  // A "/" that is encoded separates no components for a URL, but does in the path that it stands for.
+  const TextView last = encodedLastComponent();
   return last.find(u'%') == TextView::npos ? Text(last) : stringByRemovingPercentEncoding(last).value_or(Text());
 }
 
 Text NSURL::pathExtension() const {
-  const Text last = lastPathComponent();
-  return Text(kelvane::pathExtension(last));
+  // A point may be encoded too.
+  const TextView last = encodedLastComponent();
+  if (last.find(u'%') == TextView::npos) return Text(kelvane::pathExtension(last));
+  const Text decoded = lastPathComponent();
+  return Text(kelvane::pathExtension(decoded));
 }
 
 bool NSURL::isEqual(const NSObject& other) const {

@@ -55,6 +55,7 @@ class KELVANE_EXPORT NSURL : public NSObject {
 
  private:
   explicit NSURL(TextView text);
+  TextView encodedLastComponent() const;
   std::optional<Text> slice(const std::optional<NSRange>& range) const;
 
   Text myText;
