@@ -26,7 +26,8 @@ namespace kelvane::bench {
 //   });
 //
 // Making and destroying the result is timed, as its user pays for both; what a contestant captures is not, nor its
-// `prepare()`, which is called each time before the work where there is one. Peers are called the way their users would.
+// `prepare()`, which is called each time before the work where there is one. Peers are called the way their users
+// would.
 class Row {
  public:
   // Names are unique, and say what the work is.

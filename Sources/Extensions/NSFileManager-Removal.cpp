@@ -144,8 +144,7 @@ class SelectiveRemoval {
     // Gone by itself is as good.
     if (!result.error || result.error == std::errc::no_such_file_or_directory) return;
     const auto error = NSError::errorWithSystemError(result.error, myPath);
-    QNLogger::sharedLogger().error(__LINE__, __FILE__, "removeAllItemsFromPath",
-                                   removalFailure(myPath, *error));
+    QNLogger::sharedLogger().error(__LINE__, __FILE__, "removeAllItemsFromPath", removalFailure(myPath, *error));
     myError.note(error);
   }
 

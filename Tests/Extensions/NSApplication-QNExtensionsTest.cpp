@@ -1,8 +1,7 @@
-#include "Extensions/NSApplication-QNExtensions.h"
-
 #include <gtest/gtest.h>
 
 #include "Extensions/CIImage-QNExtensions.h"
+#include "Extensions/NSApplication-QNExtensions.h"
 #include "Extensions/NSError-QNExtensions.h"
 #include "Platform/Desktop/Desktop.h"
 #include "Platform/Foundation/Boxing.h"
@@ -12,9 +11,9 @@ namespace kelvane {
 namespace {
 
 TEST(NSApplication, CodesOfReleases) {
-  const std::pair<std::int32_t, std::int32_t> rows[] = {{0x0FFF, 0}, {0x1000, 1}, {0x1009, 1}, {0x100A, 2}, {0x1019, 2},
-                                                        {0x1049, 5}, {0x1068, 7}, {0x106A, 8}, {0x1079, 8}, {0x107A, 9},
-                                                        {0x1080, 9}, {INT32_MAX, 9}, {INT32_MIN, 0}};
+  const std::pair<std::int32_t, std::int32_t> rows[] = {
+      {0x0FFF, 0}, {0x1000, 1}, {0x1009, 1}, {0x100A, 2}, {0x1019, 2},    {0x1049, 5},   {0x1068, 7},
+      {0x106A, 8}, {0x1079, 8}, {0x107A, 9}, {0x1080, 9}, {INT32_MAX, 9}, {INT32_MIN, 0}};
   for (const auto& [combined, code] : rows) EXPECT_EQ(NSApplicationExtensions::osVersion(combined), code) << combined;
   EXPECT_EQ(NSApplicationExtensions::osVersion(std::nullopt), -1);
 }
@@ -81,8 +80,9 @@ TEST(NSError, DescribesTheWholeChain) {
   const auto system = NSError::errorWithSystemError({ENOENT, std::generic_category()});
   const auto outer = NSError::errorWithDescription(u"D", 5, u"broken", system);
   EXPECT_EQ(outer->underlyingError(), system);
-  EXPECT_EQ(debugDescription(*outer), u"{NSLocalizedDescription = broken; NSUnderlyingError = {code = 2; domain = "
-                                      u"NSPOSIXErrorDomain; }; code = 5; domain = D; }");
+  EXPECT_EQ(debugDescription(*outer),
+            u"{NSLocalizedDescription = broken; NSUnderlyingError = {code = 2; domain = "
+            u"NSPOSIXErrorDomain; }; code = 5; domain = D; }");
   const auto bare = std::make_shared<NSError>(u"D", 1);
   EXPECT_EQ(debugDescription(*bare), std::nullopt);
   const auto around = NSDictionary::dictionaryWithEntries({{Text(NSUnderlyingErrorKey), bare}, {u"code", box(u"x")}});

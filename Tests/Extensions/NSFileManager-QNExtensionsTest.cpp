@@ -1,5 +1,3 @@
-#include "Extensions/NSFileManager-QNExtensions.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -12,6 +10,7 @@
 #include <thread>
 
 #include "Extensions/NSBundle-QNExtensions.h"
+#include "Extensions/NSFileManager-QNExtensions.h"
 #include "Extensions/NSFileManager-ThreadSafeManager.h"
 #include "Extensions/NSURL-QNExtensions.h"
 #include "Platform/Foundation/PathText.h"
@@ -85,9 +84,10 @@ TEST_F(FileExtensionsTest, MakesFoldersAndTellsWhyNot) {
   EXPECT_THAT(log.take(), ElementsAre());
   EXPECT_FALSE(createDirectoryRecursivlyAtPath(files, u"/proc/none/x", nullptr, &error));
   EXPECT_FALSE(createDirectoryRecursivlyAtPath(files, std::nullopt, nullptr));
-  EXPECT_THAT(log.take(),
-              ElementsAre(u"Error while creating recursiv directories at path '/proc/none/x': No such file or directory",
-                          u"Error while creating recursiv directories at path '(null)': No such file or directory"));
+  EXPECT_THAT(
+      log.take(),
+      ElementsAre(u"Error while creating recursiv directories at path '/proc/none/x': No such file or directory",
+                  u"Error while creating recursiv directories at path '(null)': No such file or directory"));
   EXPECT_EQ(error->code(), ENOENT);
 }
 
@@ -121,20 +121,24 @@ TEST_F(FileExtensionsTest, RemovesWhatMatchesAtEveryDepth) {
   EXPECT_TRUE(!exists("a.tmp") && !exists("whole.tmp") && !exists("gr\xFC.tmp") && exists("x/c.tmp"));
   asked.clear();
   removeAllItemsFromPath(files, path("x"), true, isTemporary, &error);
-  EXPECT_THAT(asked, UnorderedElementsAre(path("x/c.tmp"), path("x/y"), path("x/y/d.tmp"), path("x/y/e"),
-                                          path("x/loop.tmp")));
+  EXPECT_THAT(asked,
+              UnorderedElementsAre(path("x/c.tmp"), path("x/y"), path("x/y/d.tmp"), path("x/y/e"), path("x/loop.tmp")));
   EXPECT_TRUE(exists("x/y/e") && !exists("x/y/d.tmp") && !exists("x/loop.tmp") && exists("b"));
 
   // A predicate may remove things itself; what is gone is not asked for.
   asked.clear();
-  removeAllItemsFromPath(files, path("x"), true, [&](TextView item) {
-    if (item.ends_with(u"/y")) fs::remove_all(folder.path("x/y"));
-    return isTemporary(item);
-  }, &error);
+  removeAllItemsFromPath(
+      files, path("x"), true,
+      [&](TextView item) {
+        if (item.ends_with(u"/y")) fs::remove_all(folder.path("x/y"));
+        return isTemporary(item);
+      },
+      &error);
   EXPECT_THAT(asked, ElementsAre(path("x/y")));
   for (const auto& nothing : {std::optional<Text>(), std::optional<Text>(u""), std::optional<Text>(path("b")),
                               std::optional<Text>(path("none"))})
-    removeAllItemsFromPath(files, nothing, true, [](TextView) { return true; }, &error);
+    removeAllItemsFromPath(
+        files, nothing, true, [](TextView) { return true; }, &error);
   removeAllItemsFromPath(files, path(), true, nullptr);
   EXPECT_EQ(error, nullptr);
   EXPECT_TRUE(exists("b"));
@@ -149,13 +153,16 @@ TEST_F(FileExtensionsTest, TellsWhatCouldNotBeRemoved) {
   ASSERT_EQ(chmod(folder.path("sticky").c_str(), 01777), 0);
   ASSERT_EQ(chmod(folder.path().c_str(), 0755), 0);
   if (geteuid() == 0) {
-    for (const auto& item : fs::recursive_directory_iterator(folder.path("t"))) ASSERT_EQ(lchown(item.path().c_str(), 1234, 1234), 0);
+    for (const auto& item : fs::recursive_directory_iterator(folder.path("t")))
+      ASSERT_EQ(lchown(item.path().c_str(), 1234, 1234), 0);
     ASSERT_EQ(lchown(folder.path("t").c_str(), 1234, 1234), 0);
     ASSERT_EQ(seteuid(1234), 0);
   }
-  removeAllItemsFromPath(files, path("t"), true, [](TextView item) { return item.ends_with(u"locked"); }, &error);
-  EXPECT_THAT(logged(), UnorderedElementsAre(u"Error while requesting contents of folder '" + path("t/locked") + u"': Permission denied",
-                                    u"Permission denied (NSError)"));
+  removeAllItemsFromPath(
+      files, path("t"), true, [](TextView item) { return item.ends_with(u"locked"); }, &error);
+  EXPECT_THAT(logged(), UnorderedElementsAre(
+                            u"Error while requesting contents of folder '" + path("t/locked") + u"': Permission denied",
+                            u"Permission denied (NSError)"));
   EXPECT_EQ(error->code(), EACCES);
   // Nobody else's file goes from a sticky folder, nor is it asked for.
   removeAllItemsFromPath(files, path("sticky"), true, [](TextView) { return true; });
@@ -193,10 +200,14 @@ TEST_F(FileExtensionsTest, ResolvesLinks) {
   fs::create_symlink("loop", folder.path("loop"));
   const Text real = textFromFileSystem(fs::canonical(folder.path()).native());
   const std::pair<Text, Text> rows[] = {
-      {path("chain"), real + u"/real/file"},    {path("./folder-link/"), real + u"/real"},
-      {path("real/./file"), path("real/file")}, {path("real/"), path("real")},
-      {path("folder-link/file"), path("folder-link/file")}, {path("loop/."), path("loop/.")},
-      {path("none/../x"), path("none/../x")},   {u"", u""},
+      {path("chain"), real + u"/real/file"},
+      {path("./folder-link/"), real + u"/real"},
+      {path("real/./file"), path("real/file")},
+      {path("real/"), path("real")},
+      {path("folder-link/file"), path("folder-link/file")},
+      {path("loop/."), path("loop/.")},
+      {path("none/../x"), path("none/../x")},
+      {u"", u""},
   };
   for (const auto& [from, to] : rows) EXPECT_EQ(resolveAliasAndLinkAtPath(files, from), to);
   EXPECT_EQ(resolveAliasAndLinkAtPath(files, std::nullopt), std::nullopt);
@@ -219,8 +230,8 @@ TEST_F(FileExtensionsTest, FindsNamesThatAreFree) {
   for (int i = 1; i <= 9999; ++i) ASSERT_EQ(symlink("x", folder.path("full-" + std::to_string(i) + ".x").c_str()), 0);
   write({"full.x"});
   EXPECT_EQ(uniqueFileNameAtPath(files, path(), u"full", u"x"), std::nullopt);
-  EXPECT_THAT(logged(), ElementsAre(u"Folder does not exist or path points to file.",
-                                    u"Could not create unique file name."));
+  EXPECT_THAT(logged(),
+              ElementsAre(u"Folder does not exist or path points to file.", u"Could not create unique file name."));
   EXPECT_EQ(createUniqueFileAtPath(files, path(), u"../a", u"txt", &error), std::nullopt);
   EXPECT_EQ(error->code(), EINVAL);
 }
@@ -256,10 +267,12 @@ TEST_F(FileExtensionsTest, SixtyFourProcessesGetNamesOfTheirOwn) {
   close(pipes[1]);
   std::string all;
   char chunk[4096];
-  for (ssize_t size; (size = read(pipes[0], chunk, sizeof chunk)) > 0;) all.append(chunk, static_cast<std::size_t>(size));
+  for (ssize_t size; (size = read(pipes[0], chunk, sizeof chunk)) > 0;)
+    all.append(chunk, static_cast<std::size_t>(size));
   while (wait(nullptr) > 0) continue;
   std::set<std::string> unlike;
-  for (std::size_t end; (end = all.find('\n')) != std::string::npos; all.erase(0, end + 1)) unlike.insert(all.substr(0, end));
+  for (std::size_t end; (end = all.find('\n')) != std::string::npos; all.erase(0, end + 1))
+    unlike.insert(all.substr(0, end));
   EXPECT_EQ(unlike.size(), static_cast<std::size_t>(processes * names));
   EXPECT_EQ(folder.names().size(), unlike.size());
 }

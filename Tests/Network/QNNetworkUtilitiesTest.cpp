@@ -1,9 +1,8 @@
-#include "Network/QNNetworkUtilities.h"
-
 #include <gtest/gtest.h>
 #include <sched.h>
 
 #include "Extensions/NSURL-QNExtensions.h"
+#include "Network/QNNetworkUtilities.h"
 #include "Support/TextPrinting.h"
 
 namespace kelvane {
@@ -17,9 +16,14 @@ TEST(QNNetworkUtilities, FlagsMeanReachableWithoutAConnectionToBeMade) {
 
 TEST(QNNetworkUtilities, AsksForNamesAndRoutes) {
   const std::pair<TextView, bool> rows[] = {
-      {u"http://127.0.0.1:1/x", true}, {u"http://127%2E0.0.1", true}, {u"http://ann@localhost/", true},
-      {u"http://name.invalid", false}, {u"file:///etc", false},       {u"relative", false},
-      {u"http://", false},             {u"http://a%00b", false},
+      {u"http://127.0.0.1:1/x", true},
+      {u"http://127%2E0.0.1", true},
+      {u"http://ann@localhost/", true},
+      {u"http://name.invalid", false},
+      {u"file:///etc", false},
+      {u"relative", false},
+      {u"http://", false},
+      {u"http://a%00b", false},
   };
   for (const auto& [url, reachable] : rows)
     EXPECT_EQ(isReachable(NSURL::URLWithString(url)), reachable) << testing::PrintToString(url);

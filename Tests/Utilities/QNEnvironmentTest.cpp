@@ -1,5 +1,3 @@
-#include "Utilities/QNEnvironment.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -12,6 +10,7 @@
 #include "Support/CapturedSystemLog.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/TextPrinting.h"
+#include "Utilities/QNEnvironment.h"
 
 namespace kelvane {
 namespace {

@@ -1,5 +1,3 @@
-#include "Utilities/QNValidationHelper.h"
-
 #include <gtest/gtest.h>
 
 #include <random>
@@ -8,16 +6,29 @@
 
 #include "Platform/Foundation/TextEncoding.h"
 #include "Support/TextPrinting.h"
+#include "Utilities/QNValidationHelper.h"
 
 namespace kelvane {
 namespace {
 
 TEST(QNValidationHelper, ChecksTheFormOfEMailAddresses) {
   const std::pair<TextView, bool> rows[] = {
-      {u"a.b+c%d_e-f@g-h.i.jk", true}, {u"..@-.co", true},       {u"A@1.info", true},      {u"a@b.museum", false},
-      {u"a@b.c", false},               {u"a.b.cd", false},       {u"a@b@c.de", false},     {u"a b@c.de", false},
-      {u"a@b.cd.", false},             {u"@b.cd", false},        {u"a@.cd", false},        {u"", false},
-      {u"a@b.c1", false},              {u"\xE9@b.cd", false},    {u"a@b.cd\n", false},     {u"a@b..cd", true},
+      {u"a.b+c%d_e-f@g-h.i.jk", true},
+      {u"..@-.co", true},
+      {u"A@1.info", true},
+      {u"a@b.museum", false},
+      {u"a@b.c", false},
+      {u"a.b.cd", false},
+      {u"a@b@c.de", false},
+      {u"a b@c.de", false},
+      {u"a@b.cd.", false},
+      {u"@b.cd", false},
+      {u"a@.cd", false},
+      {u"", false},
+      {u"a@b.c1", false},
+      {u"\xE9@b.cd", false},
+      {u"a@b.cd\n", false},
+      {u"a@b..cd", true},
   };
   for (const auto& [address, valid] : rows)
     EXPECT_EQ(QNValidationHelper::validateEmail(address), valid) << testing::PrintToString(address);
@@ -32,7 +43,8 @@ TEST(QNValidationHelper, AgreesWithTheExpression) {
     const std::size_t length = random() % 10;
     for (std::size_t k = 0; k < length; ++k) address += "aZ9@.-+ "[random() % 8];
     if (i % 2) address += "@a.bc";
-    EXPECT_EQ(QNValidationHelper::validateEmail(textFromUTF8(address)), std::regex_match(address, expression)) << address;
+    EXPECT_EQ(QNValidationHelper::validateEmail(textFromUTF8(address)), std::regex_match(address, expression))
+        << address;
   }
 }
 

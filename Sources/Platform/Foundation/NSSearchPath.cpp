@@ -28,9 +28,12 @@ struct NamedFolder {
 };
 
 constexpr NamedFolder namedFolders[] = {
-    {NSDocumentDirectory, "XDG_DOCUMENTS_DIR", u"Documents"}, {NSDesktopDirectory, "XDG_DESKTOP_DIR", u"Desktop"},
-    {NSDownloadsDirectory, "XDG_DOWNLOAD_DIR", u"Downloads"}, {NSMoviesDirectory, "XDG_VIDEOS_DIR", u"Videos"},
-    {NSMusicDirectory, "XDG_MUSIC_DIR", u"Music"},            {NSPicturesDirectory, "XDG_PICTURES_DIR", u"Pictures"},
+    {NSDocumentDirectory, "XDG_DOCUMENTS_DIR", u"Documents"},
+    {NSDesktopDirectory, "XDG_DESKTOP_DIR", u"Desktop"},
+    {NSDownloadsDirectory, "XDG_DOWNLOAD_DIR", u"Downloads"},
+    {NSMoviesDirectory, "XDG_VIDEOS_DIR", u"Videos"},
+    {NSMusicDirectory, "XDG_MUSIC_DIR", u"Music"},
+    {NSPicturesDirectory, "XDG_PICTURES_DIR", u"Pictures"},
 };
 
 constexpr std::string_view blanks = " \t";
@@ -88,7 +91,8 @@ Text userFolder(NSSearchPathDirectory directory) {
 
 Text abbreviated(Text path) {
   const Text home = NSHomeDirectory();
-  const bool isInHome = home != u"/" && path.starts_with(home) && (path.size() == home.size() || path[home.size()] == u'/');
+  const bool isInHome =
+      home != u"/" && path.starts_with(home) && (path.size() == home.size() || path[home.size()] == u'/');
   return isInHome ? u"~" + path.substr(home.size()) : path;
 }
 

@@ -31,7 +31,8 @@ using ErrorHandle = std::unique_ptr<GError, Releaser<g_error_free>>;
 // The top of the mount that holds `path`, as far as can be seen from outside: the last folder on the same device.
 std::string topFolder(const std::string& path, dev_t device) {
   std::string top = path;
-  for (std::size_t end = path.rfind('/'); end != std::string::npos; end = end == 0 ? std::string::npos : path.rfind('/', end - 1)) {
+  for (std::size_t end = path.rfind('/'); end != std::string::npos;
+       end = end == 0 ? std::string::npos : path.rfind('/', end - 1)) {
     const std::string above = end == 0 ? "/" : path.substr(0, end);
     struct stat status = {};
     if (stat(above.c_str(), &status) < 0 || status.st_dev != device) break;
@@ -55,7 +56,8 @@ Ref<NSURL> findInTrash(const std::string& trash, const struct stat& item) {
   FolderEntries::Entry entry;
   while (entries.next(entry)) {
     struct stat status = {};
-    if (entry.inode != item.st_ino || fstatat(folder.descriptor(), entry.name, &status, AT_SYMLINK_NOFOLLOW) < 0) continue;
+    if (entry.inode != item.st_ino || fstatat(folder.descriptor(), entry.name, &status, AT_SYMLINK_NOFOLLOW) < 0)
+      continue;
     if (status.st_dev != item.st_dev || status.st_ino != item.st_ino) continue;
     return NSURL::fileURLWithPath(textFromFileSystem(trash + "/files/" + entry.name), S_ISDIR(status.st_mode));
   }
@@ -86,6 +88,9 @@ bool trashItemAtPath(TextView path, Ref<NSURL>* resultingItemURL, Ref<NSError>* 
   const std::string file = isPath ? resolved(fileSystemRepresentation(path)) : std::string();
   if (lstat(file.c_str(), &item) < 0)
     return failWith(NSError::errorWithSystemError({errno, std::generic_category()}, path), error);
+  // GIO takes a relative data folder for what it is: a folder wherever the process happens to stand.
+  if (g_get_user_data_dir()[0] != '/')
+    return failWith(NSError::errorWithSystemError({EINVAL, std::generic_category()}, path), error);
   // The local file system as it is: the default one would load modules of the desktop into the process.
   const FileHandle handle(g_vfs_get_file_for_path(g_vfs_get_local(), file.c_str()));
   GError* reason = nullptr;

@@ -1,5 +1,3 @@
-#include "Platform/Foundation/ABAddressBook.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,6 +6,7 @@
 #include <fstream>
 
 #include "Extensions/ABAddressBook-QNExtensions.h"
+#include "Platform/Foundation/ABAddressBook.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/TextPrinting.h"
 
@@ -22,7 +21,8 @@ TEST(ABAddressBook, ReadsTheFirstCard) {
       {"BEGIN:VCARD\r\nVERSION:4.0\r\nEMAIL:ann@example.org\r\nFN:Ann\r\nEMAIL;TYPE=work:a@b.c\r\nEND:VCARD\r\n"
        "BEGIN:VCARD\r\nEMAIL:other@example.org\r\nEND:VCARD\r\n",
        {u"ann@example.org", u"a@b.c"}},
-      {"\xEF\xBB\xBFjunk\nEMAIL:before@x.y\nEND:VCARD\nbegin:vcard\nitem1.email;type=\"a:b\":\n  folded@\n\texample.org\n",
+      {"\xEF\xBB\xBFjunk\nEMAIL:before@x.y\nEND:VCARD\nbegin:vcard\nitem1.email;type=\"a:b\":\n  "
+       "folded@\n\texample.org\n",
        {u"folded@example.org"}},
       {"BEGIN:VCARD\nEMAIL;INTERNET;ENCODING=QUOTED-PRINTABLE:=61=6E=6E=\n@x.org=\n\nEND:VCARD", {u"ann@x.org"}},
       {"BEGIN:VCARD\nEMAIL:a\\,b\\;c\\\\d\nEMAILS:no\nXEMAIL:no\nEMAIL:\nEMAIL\nEMAIL;X=1\nEMAIL:  \n", {u"a,b;c\\d"}},

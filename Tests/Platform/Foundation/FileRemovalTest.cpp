@@ -1,5 +1,3 @@
-#include "Platform/Foundation/FileRemoval.h"
-
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -11,6 +9,7 @@
 #include <fstream>
 #include <thread>
 
+#include "Platform/Foundation/FileRemoval.h"
 #include "Support/TemporaryFolder.h"
 
 namespace kelvane {

@@ -1,5 +1,3 @@
-#include "Platform/Foundation/NSFileManager.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -11,6 +9,7 @@
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSDirectoryEnumerator.h"
+#include "Platform/Foundation/NSFileManager.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/TextPrinting.h"
@@ -44,9 +43,14 @@ TEST_F(NSFileManagerTest, TellsWhatExists) {
     Text path;
     bool exists, isFolder, isItem;
   } rows[] = {
-      {path("file"), true, false, true},      {path("file/"), false, false, false}, {path("dangling"), false, false, true},
-      {path("loop"), false, false, true},     {path("to-folder"), true, true, true}, {path("none"), false, false, false},
-      {u"", false, false, false},             {path("file") + Text(1, u'\0'), false, false, false},
+      {path("file"), true, false, true},
+      {path("file/"), false, false, false},
+      {path("dangling"), false, false, true},
+      {path("loop"), false, false, true},
+      {path("to-folder"), true, true, true},
+      {path("none"), false, false, false},
+      {u"", false, false, false},
+      {path("file") + Text(1, u'\0'), false, false, false},
   };
   for (const auto& row : rows) {
     bool isFolder = true;
@@ -95,8 +99,8 @@ TEST_F(NSFileManagerTest, MakesFoldersWithAttributes) {
     Text path;
     bool withIntermediates;
     int error;
-  } failures[] = {{path("a"), false, EEXIST},     {path("x/y"), false, ENOENT},     {path("file/x"), true, ENOTDIR},
-                  {path("file"), true, EEXIST},   {path("dangling"), true, EEXIST}, {u"", true, ENOENT},
+  } failures[] = {{path("a"), false, EEXIST},   {path("x/y"), false, ENOENT},     {path("file/x"), true, ENOTDIR},
+                  {path("file"), true, EEXIST}, {path("dangling"), true, EEXIST}, {u"", true, ENOENT},
                   {u"/proc/x/y", true, ENOENT}};
   for (const auto& row : failures) {
     EXPECT_FALSE(files.createDirectoryAtPath(row.path, row.withIntermediates, &error));

@@ -1,5 +1,3 @@
-#include "Platform/Foundation/NSSearchPath.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -9,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "Platform/Foundation/NSSearchPath.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/TextPrinting.h"
@@ -57,10 +56,12 @@ TEST_F(NSSearchPathTest, ReadsTheFoldersThatTheUserNamed) {
                                                   "  XDG_DOCUMENTS_DIR = \"/first\"\nXDG_DOCUMENTS_DIR=\"/gr\xFC\"\n"
                                                   "XDG_MUSIC_DIR=\"relative\"\nXDG_VIDEOS_DIR=/unquoted\n"
                                                   "XDG_PICTURES_DIR=\"$HOMES/x\"\nXDG_DOWNLOAD_DIR=\"$HOME\"";
-  const std::pair<NSSearchPathDirectory, TextView> rows[] = {
-      {NSDesktopDirectory, u"/home/ann/Schreib\"tisch\\"}, {NSDocumentDirectory, u"/gr\xDCFC"},
-      {NSMusicDirectory, u"/home/ann/Music"},               {NSMoviesDirectory, u"/home/ann/Videos"},
-      {NSPicturesDirectory, u"/home/ann/Pictures"},         {NSDownloadsDirectory, u"/home/ann"}};
+  const std::pair<NSSearchPathDirectory, TextView> rows[] = {{NSDesktopDirectory, u"/home/ann/Schreib\"tisch\\"},
+                                                             {NSDocumentDirectory, u"/gr\xDCFC"},
+                                                             {NSMusicDirectory, u"/home/ann/Music"},
+                                                             {NSMoviesDirectory, u"/home/ann/Videos"},
+                                                             {NSPicturesDirectory, u"/home/ann/Pictures"},
+                                                             {NSDownloadsDirectory, u"/home/ann"}};
   for (const auto& [directory, path] : rows) EXPECT_EQ(find(directory, NSUserDomainMask).front(), path);
 }
 

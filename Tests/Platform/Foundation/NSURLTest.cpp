@@ -64,7 +64,8 @@ TEST(NSURL, FileURLsKeepWhateverAPathHolds) {
       {u"/", true, u"file:///", u"/", u""},
       {u"/a b/c.tar.gz", false, u"file:///a%20b/c.tar.gz", u"c.tar.gz", u"gz"},
       {u"/a?b#c%d[e]", true, u"file:///a%3Fb%23c%25d%5Be%5D/", u"a?b#c%d[e]", u""},
-      {u"/\xE9\xDCE9.\xD83D\xDE00", false, u"file:///%C3%A9%E9.%F0%9F%98%80", u"\xE9\xDCE9.\xD83D\xDE00", u"\xD83D\xDE00"},
+      {u"/\xE9\xDCE9.\xD83D\xDE00", false, u"file:///%C3%A9%E9.%F0%9F%98%80", u"\xE9\xDCE9.\xD83D\xDE00",
+       u"\xD83D\xDE00"},
       {u"/x/", true, u"file:///x/", u"x", u""},
   };
   for (const auto& row : rows) {

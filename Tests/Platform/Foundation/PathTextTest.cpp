@@ -114,16 +114,11 @@ TEST(PathText, TakesPathsApart) {
   const struct {
     TextView path, last, parent, extension;
   } rows[] = {
-      {u"", u"", u"", u""},
-      {u"/", u"/", u"/", u""},
-      {u"//", u"/", u"/", u""},
-      {u"a", u"a", u"", u""},
-      {u"/a", u"a", u"/", u""},
-      {u"/a/b.c.d//", u"b.c.d", u"/a", u"d"},
-      {u"a.b//c", u"c", u"a.b", u""},
-      {u"/.profile", u".profile", u"/", u""},
-      {u"/..a", u"..a", u"/", u"a"},
-      {u"a.", u"a.", u"", u""},
+      {u"", u"", u"", u""},           {u"/", u"/", u"/", u""},
+      {u"//", u"/", u"/", u""},       {u"a", u"a", u"", u""},
+      {u"/a", u"a", u"/", u""},       {u"/a/b.c.d//", u"b.c.d", u"/a", u"d"},
+      {u"a.b//c", u"c", u"a.b", u""}, {u"/.profile", u".profile", u"/", u""},
+      {u"/..a", u"..a", u"/", u"a"},  {u"a.", u"a.", u"", u""},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(lastPathComponent(row.path), row.last) << testing::PrintToString(row.path);

@@ -1,5 +1,3 @@
-#include "Platform/Foundation/Trash.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sched.h>
@@ -12,6 +10,7 @@
 #include <iterator>
 
 #include "Platform/Foundation/TextEncoding.h"
+#include "Platform/Foundation/Trash.h"
 #include "Support/Process.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/TextPrinting.h"
@@ -117,6 +116,15 @@ TEST_F(TrashTest, RefusesWhatItCannotMove) {
   EXPECT_NE(error, nullptr);
   EXPECT_EQ(place, nullptr);
   EXPECT_EQ(bytesOf(folder.path("a")), "a");
+}
+
+TEST_F(TrashTest, RefusesADataFolderThatIsRelative) {
+  setenv("XDG_DATA_HOME", "data", 1);
+  fs::current_path(folder.path());
+  write("a");
+  EXPECT_FALSE(trash("a"));
+  EXPECT_EQ(folder.names(), std::vector<std::string>{"a"});
+  fs::current_path("/");
 }
 
 TEST_F(TrashTest, UsesTheTrashOfTheMount) {
