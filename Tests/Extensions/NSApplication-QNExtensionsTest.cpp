@@ -81,14 +81,20 @@ TEST(NSError, DescribesTheWholeChain) {
   const auto outer = NSError::errorWithDescription(u"D", 5, u"broken", system);
   EXPECT_EQ(outer->underlyingError(), system);
   EXPECT_EQ(debugDescription(*outer),
-            u"{NSLocalizedDescription = broken; NSUnderlyingError = {code = 2; domain = "
-            u"NSPOSIXErrorDomain; }; code = 5; domain = D; }");
+            u"{\n    NSLocalizedDescription = broken;\n    NSUnderlyingError = {\n        code = 2;\n        domain = "
+            u"NSPOSIXErrorDomain;\n    };\n    code = 5;\n    domain = D;\n}");
   const auto bare = std::make_shared<NSError>(u"D", 1);
   EXPECT_EQ(debugDescription(*bare), std::nullopt);
   const auto around = NSDictionary::dictionaryWithEntries({{Text(NSUnderlyingErrorKey), bare}, {u"code", box(u"x")}});
-  EXPECT_EQ(debugDescription(NSError(u"E", 2, around)), u"{NSUnderlyingError = (null); code = 2; domain = E; }");
-  const auto text = NSDictionary::dictionaryWithEntries({{Text(NSUnderlyingErrorKey), box(u"no error")}});
-  EXPECT_EQ(debugDescription(NSError(u"E", 2, text)), u"{NSUnderlyingError = no error; code = 2; domain = E; }");
+  EXPECT_EQ(debugDescription(NSError(u"E", 2, around)),
+            u"{\n    NSUnderlyingError = \"(null)\";\n    code = 2;\n    domain = E;\n}");
+  const auto text = NSDictionary::dictionaryWithEntries({{Text(NSUnderlyingErrorKey), box(u"none")}});
+  EXPECT_EQ(debugDescription(NSError(u"E", 2, text)),
+            u"{\n    NSUnderlyingError = none;\n    code = 2;\n    domain = E;\n}");
+  // Neither the time nor the text grow beyond measure.
+  Ref<NSError> chain = system;
+  for (int i = 0; i < 2000; ++i) chain = NSError::errorWithDescription(u"\"", i, u"a", chain);
+  EXPECT_LT(debugDescription(*chain)->size(), 5000000U);
 }
 
 }  // namespace

@@ -17,6 +17,7 @@
 
 #include "Extensions/NSData-QNExtensions.h"
 #include "Extensions/NSString-QNExtensions.h"
+#include "Platform/Foundation/ABAddressBook.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/Geometry.h"
@@ -286,6 +287,11 @@ const Row rows[] = {
     {"format: signs only", text(u"%"), formatWithoutArguments},
     {"format: flags only", text(u"%", u"-+ 0", u""), formatWithoutArguments},
     {"format: signs and flags", text(u"%-5.2"), formatWithoutArguments},
+
+    {"card: folded", bytes("BEGIN:VCARD\nEMAIL:a", "\n b", ""), readVCard},
+    {"card: soft line ends", bytes("BEGIN:VCARD\nEMAIL;QUOTED-PRINTABLE:", "=61=\n", ""), readVCard},
+    {"card: cards within", bytes("BEGIN:VCARD\n"), readVCard},
+    {"card: quotes", bytes("BEGIN:VCARD\nEMAIL;", "\":\";", ""), readVCard},
 
     {"path: slashes only", text(u"/"), stringByStandardizingPath},
     {"path: there and back", text(u"a/../"), stringByStandardizingPath},

@@ -110,29 +110,5 @@ TEST(HomeDirectory, ComesFromTheUserDatabaseUnlessHOMEIsAbsolute) {
   }
 }
 
-TEST(PathText, TakesPathsApart) {
-  const struct {
-    TextView path, last, parent, extension;
-  } rows[] = {
-      {u"", u"", u"", u""},           {u"/", u"/", u"/", u""},
-      {u"//", u"/", u"/", u""},       {u"a", u"a", u"", u""},
-      {u"/a", u"a", u"/", u""},       {u"/a/b.c.d//", u"b.c.d", u"/a", u"d"},
-      {u"a.b//c", u"c", u"a.b", u""}, {u"/.profile", u".profile", u"/", u""},
-      {u"/..a", u"..a", u"/", u"a"},  {u"a.", u"a.", u"", u""},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(lastPathComponent(row.path), row.last) << testing::PrintToString(row.path);
-    EXPECT_EQ(stringByDeletingLastPathComponent(row.path), row.parent) << testing::PrintToString(row.path);
-    EXPECT_EQ(pathExtension(row.path), row.extension) << testing::PrintToString(row.path);
-  }
-}
-
-TEST(PathText, JoinsWithOneSlash) {
-  const TextView rows[][3] = {{u"/a", u"b", u"/a/b"}, {u"/a//", u"//b", u"/a/b"}, {u"/", u"b", u"/b"},
-                              {u"", u"b", u"b"},      {u"/a/", u"", u"/a"},       {u"/", u"", u"/"}};
-  for (const auto& [path, component, expected] : rows)
-    EXPECT_EQ(stringByAppendingPathComponent(path, component), expected);
-}
-
 }  // namespace
 }  // namespace kelvane
