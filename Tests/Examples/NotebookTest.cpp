@@ -281,6 +281,7 @@ TEST_F(NotebookTest, keepsItsLastFolderAndALog) {
 
   // Neither can be written: that is told, and the report is as whole as before.
   mySettings.clear();
+  fs::create_directory(mySettings.path("tmp"));
   ::setenv("XDG_CONFIG_HOME", "/proc", 1);
   ::setenv("XDG_DATA_HOME", "/proc", 1);
   const ProcessResult unkept = reportOn(myFolder);
