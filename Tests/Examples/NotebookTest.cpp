@@ -74,7 +74,7 @@ TEST_F(NotebookTest, reportsOnTheShippedDocuments) {
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.err, "");
   EXPECT_THAT(result.out, StartsWith(summary() + "Report on " KELVANE_SOURCE_DIR "/Examples/Notebook/Documents\n\n"
-                                     "allotment-meeting.txt\n    17 lines, longest 139 in line 7\n"));
+                                                 "allotment-meeting.txt\n    17 lines, longest 139 in line 7\n"));
   EXPECT_THAT(result.out, HasSubstr("not UTF-8, read as ISO Latin-1\n    | Karlsruhe, den 9. Februar 1998\n"));
   EXPECT_EQ(totals(result), R"(Totals
     7 texts in 3 folders: 88 lines, 2927 bytes

@@ -32,8 +32,8 @@ class KELVANE_EXPORT NSBundle {
   // pathForResource:ofType:  The path of the resource "name.type", or "name" when `type` is empty; nil when there is no
   // such file, and when `name` is empty. Asks the file system each time.
   std::optional<Text> pathForResource(TextView name, TextView type) const;
-  // builtInPlugInsPath  The folder "PlugIns", whether it is there or not, in "Contents", or where there is no "Contents"
-  // in the bundle's folder itself.
+  // builtInPlugInsPath  The folder "PlugIns", whether it is there or not, in "Contents", or where there is no
+  // "Contents" in the bundle's folder itself.
   Text builtInPlugInsPath() const;
   // Empty when "Contents/Info.plist" is missing or unreadable; the latter is told to the system log.
   const NSDictionary& infoDictionary() const { return *myInfoDictionary; }
