@@ -59,6 +59,12 @@ Ref<NSObject> box(const std::optional<T>& value) {
 
 namespace detail {
 
+// `box` of a value of a type that only the compiler knows.
+template <class T>
+struct Boxer {
+  static Ref<NSObject> box(const void* value) { return kelvane::box(*static_cast<const T*>(value)); }
+};
+
 template <class T>
 struct Unboxer {
   static_assert(!std::same_as<T, T>, "no object holds a plain value of this type; Boxing.h lists those that do");

@@ -1,6 +1,7 @@
 #include "Platform/Foundation/NSArray.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "Platform/Foundation/CollectionDescription.h"
 #include "Platform/Foundation/NSNull.h"
@@ -115,6 +116,39 @@ void NSMutableArray::exchangeObjectAtIndex(std::size_t index, std::size_t withOb
   requireIndex("exchangeObjectAtIndex:withObjectAtIndex:", index, count());
   requireIndex("exchangeObjectAtIndex:withObjectAtIndex:", withObjectAtIndex, count());
   myElements[index].swap(myElements[withObjectAtIndex]);
+}
+
+void NSMutableArray::insertObjects(const NSArray& objects, const std::vector<NSRange>& atRanges) {
+  if (!atRanges.empty()) requireRange("insertObjects:atIndexes:", atRanges.back(), count() + objects.count());
+  std::vector<Ref<NSObject>> elements;
+  elements.reserve(count() + objects.count());
+  auto old = myElements.begin();
+  auto added = objects.begin();
+  for (const NSRange& range : atRanges) {
+    const auto upTo = old + static_cast<std::ptrdiff_t>(range.location - elements.size());
+    std::move(old, upTo, std::back_inserter(elements));
+    old = upTo;
+    const auto last = added + static_cast<std::ptrdiff_t>(range.length);
+    elements.insert(elements.end(), added, last);
+    added = last;
+  }
+  std::move(old, myElements.end(), std::back_inserter(elements));
+  myElements.swap(elements);
+}
+
+void NSMutableArray::removeObjects(const std::vector<NSRange>& ranges) {
+  if (ranges.empty()) return;
+  requireRange("removeObjectsAtIndexes:", ranges.back(), count());
+  const auto at = [this](std::size_t index) { return myElements.begin() + static_cast<std::ptrdiff_t>(index); };
+  // Kept until the array is whole again, since a last reference may take other things with it.
+  std::vector<Ref<NSObject>> removed;
+  auto kept = at(ranges.front().location);
+  for (auto range = ranges.begin(); range != ranges.end(); ++range) {
+    std::move(at(range->location), at(range->end()), std::back_inserter(removed));
+    const auto end = std::next(range) == ranges.end() ? myElements.end() : at(std::next(range)->location);
+    kept = std::move(at(range->end()), end, kept);
+  }
+  myElements.erase(kept, myElements.end());
 }
 
 Ref<NSObject> NSMutableArray::copy() const { return std::make_shared<NSArray>(myElements); }

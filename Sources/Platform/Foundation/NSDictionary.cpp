@@ -5,6 +5,7 @@
 
 #include "Platform/Foundation/CollectionDescription.h"
 #include "Platform/Foundation/NSNumber.h"
+#include "Platform/Foundation/PropertyChange.h"
 #include "Platform/Foundation/Raise.h"
 
 namespace kelvane {
@@ -78,16 +79,26 @@ void NSDictionary::setValueForKey(const Ref<NSObject>&, TextView key) {
 
 void NSMutableDictionary::setObject(Ref<NSObject> object, TextView key) {
   if (!object) raiseInvalidArgument("setObject:forKey:", "the object cannot be nil for key", key);
+  detail::PropertyChange change(*this, key);
   const auto place = myEntries.lower_bound(key);
   if (place != myEntries.end() && place->first == key)
     place->second = std::move(object);
   else
     myEntries.emplace_hint(place, key, std::move(object));
+  change.tell();
 }
 
 void NSMutableDictionary::removeObjectForKey(TextView key) {
   const auto place = myEntries.find(key);
-  if (place != myEntries.end()) myEntries.erase(place);
+  if (place == myEntries.end()) return;
+  detail::PropertyChange change(*this, key);
+  // An observer that hears of it beforehand may have changed the entries.
+  if (const auto now = myEntries.find(key); now != myEntries.end()) myEntries.erase(now);
+  change.tell();
+}
+
+void NSMutableDictionary::removeAllObjects() {
+  for (const Text& key : allKeys()) removeObjectForKey(key);
 }
 
 void NSMutableDictionary::setValueForKey(const Ref<NSObject>& value, TextView key) {

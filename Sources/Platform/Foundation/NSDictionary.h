@@ -57,14 +57,14 @@ class KELVANE_EXPORT NSDictionary : public NSObject {
   Entries myEntries;
 };
 
-// One thread at a time.
+// Its entries can be observed by their keys. One thread at a time.
 class KELVANE_EXPORT NSMutableDictionary : public NSDictionary {
  public:
   using NSDictionary::NSDictionary;
 
   void setObject(Ref<NSObject> object, TextView key);
   void removeObjectForKey(TextView key);
-  void removeAllObjects() { myEntries.clear(); }
+  void removeAllObjects();
 
   // setValue:forKey:  Like setObject, except that nil removes the entry.
   void setValueForKey(const Ref<NSObject>& value, TextView key) override;

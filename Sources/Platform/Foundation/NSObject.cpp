@@ -12,6 +12,7 @@
 #include <string_view>
 #include <typeinfo>
 
+#include "Platform/Foundation/PropertyChange.h"
 #include "Platform/Foundation/PropertyTable.h"
 #include "Platform/Foundation/Raise.h"
 #include "Platform/Foundation/TextEncoding.h"
@@ -33,6 +34,10 @@ std::size_t lastNameStart(std::string_view name) {
 }
 
 }  // namespace
+
+NSObject::~NSObject() {
+  if (mySlot.observing) dropObserving();
+}
 
 bool NSObject::isEqual(const NSObject& other) const { return this == &other; }
 
@@ -75,11 +80,13 @@ void NSObject::setValueForKey(const Ref<NSObject>& value, TextView key) {
     raiseInvalidArgument("setValue:forKey:", "an object of class " + utf8(className()) + " has no key", key);
   if (!property->set)
     raiseInvalidArgument("setValue:forKey:", "in class " + utf8(className()) + " nothing can be set for key", key);
+  detail::PropertyChange change(*this, key);
   try {
     property->set(*this, value);
   } catch (const std::invalid_argument& reason) {
     raiseInvalidArgument("setValue:forKey:", std::string(reason.what()) + ", for key", key);
   }
+  change.tell();
 }
 
 Ref<NSObject> NSObject::valueForKeyPath(TextView keyPath) const {

@@ -2,6 +2,7 @@
 
 #include <compare>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <utility>
 
@@ -11,8 +12,28 @@
 
 namespace kelvane {
 
+class KeyPath;
+class NSIndexSet;
+class NSKeyValueChange;
+class NSKeyValueMutableArray;
 class NSObject;
 class PropertyTable;
+enum class NSKeyValueChangeKind : std::uint64_t;
+
+namespace detail {
+
+class Observing;
+
+// Where an object keeps whom it observes and who observes it. A copy of the object takes no part.
+struct ObservingSlot {
+  ObservingSlot() = default;
+  ObservingSlot(const ObservingSlot&) noexcept {}
+  ObservingSlot& operator=(const ObservingSlot&) noexcept { return *this; }
+
+  Observing* observing = nullptr;
+};
+
+}  // namespace detail
 
 // Where an object stands in the description of collections: within `object`, which itself stands within `outer`.
 struct DescriptionNesting {
@@ -20,12 +41,14 @@ struct DescriptionNesting {
   const DescriptionNesting* outer = nullptr;
 };
 
-// What all objects share: equality, a text form, copying, and reading and writing of properties by name.
+// What all objects share: equality, a text form, copying, and reading, writing and observing of properties by name.
 //
 // A class of the host joins in by deriving from NSObject and naming its properties once (Properties.h):
 //
 //   class Person : public NSObject {
 //    public:
+//     const Text& name() const { return myName; }
+//     void setName(Text name) { setField(myName, std::move(name)); }
 //     const PropertyTable& propertyTable() const override {
 //       static const PropertyTable table(NSObject::propertyTable(),
 //                                        {property(u"name", &Person::myName), property(u"age", &Person::myAge)});
@@ -81,9 +104,56 @@ class KELVANE_EXPORT NSObject : public std::enable_shared_from_this<NSObject> {
   // The properties that can be read and written by name; none, unless a class says otherwise.
   virtual const PropertyTable& propertyTable() const;
 
+  // Observing by key; NSKeyValueObserving.h tells its rules and has what these take.
+
+  // addObserver:forKeyPath:options:context:  From now on `observer` hears of changes of the value at the key path, with
+  // `context` as it is given here. std::invalid_argument, and nothing is registered, when there is no such key.
+  void addObserver(NSObject& observer, const KeyPath& forKeyPath, std::uint64_t options, void* context);
+  // removeObserver:forKeyPath:context:  Ends the latest such registration; std::invalid_argument when there is none.
+  void removeObserver(NSObject& observer, const KeyPath& forKeyPath, void* context);
+  // removeObserver:forKeyPath:  The same, whatever the context.
+  void removeObserver(NSObject& observer, const KeyPath& forKeyPath);
+
+  // observeValueForKeyPath:ofObject:change:context:  A value that this object observes has changed. `keyPath`, `object`
+  // and `context` are those of the registration. An override gives what is not its own to its base class; what nobody
+  // claims is reported to the system log here.
+  virtual void observeValueForKeyPath(TextView keyPath, NSObject& ofObject, const NSKeyValueChange& change,
+                                      void* context);
+
+  // willChangeValueForKey:
+  // didChangeValueForKey:  Between these a class changes a property in a way that is not seen otherwise. Calls of the same
+  // key nest and are told at the last one.
+  void willChangeValueForKey(TextView key);
+  void didChangeValueForKey(TextView key);
+  // willChange:valuesAtIndexes:forKey:
+  // didChange:valuesAtIndexes:forKey:  The same for elements of an array property: at the indexes that the new elements
+  // will have, or that the removed or replaced ones had.
+  void willChange(NSKeyValueChangeKind changeKind, const NSIndexSet& valuesAtIndexes, TextView forKey);
+  void didChange(NSKeyValueChangeKind changeKind, const NSIndexSet& valuesAtIndexes, TextView forKey);
+
+  // mutableArrayValueForKey:  What changes the array under the key so that its observers hear
+  // (NSKeyValueMutableArray.h). std::invalid_argument when there is no such key.
+  NSKeyValueMutableArray mutableArrayValueForKey(TextView key);
+
  protected:
   NSObject(const NSObject&) = default;
   NSObject& operator=(const NSObject&) = default;
+
+  // Sets the field on which a property stands, and tells its observers. Without any it costs a comparison. Include
+  // Properties.h.
+  template <class Field, class Value>
+  void setField(Field& field, Value&& value);
+
+  // Tells the observers of a key about a change that has been made already.
+  void didChangeValueForKey(TextView key, const Ref<NSObject>& oldValue, const Ref<NSObject>& newValue);
+
+  // Ends all registrations that this object has made. In the destructor of an observer it keeps out what would arrive
+  // when half of the object is gone.
+  void stopObserving() noexcept;
+  // Whether this object is registered with `object`, which may be gone; or with any under `context`. Linear in the
+  // number of its registrations, the earliest first.
+  bool isObserving(const NSObject* object) const;
+  bool isObservingWithContext(const void* context) const;
 
   // A reference to this very object, or to what `makeCopy` gives for one that lives outside of references.
   template <class MakeCopy>
@@ -91,6 +161,13 @@ class KELVANE_EXPORT NSObject : public std::enable_shared_from_this<NSObject> {
     if (Ref<const NSObject> self = weak_from_this().lock()) return std::const_pointer_cast<NSObject>(self);
     return makeCopy();
   }
+
+ private:
+  friend class detail::Observing;
+
+  void dropObserving() noexcept;
+
+  detail::ObservingSlot mySlot;
 };
 
 // `object` as a T, or null when it is nil or of another kind.

@@ -1,18 +1,17 @@
 #pragma once
 
+#include <concepts>
 #include <cstddef>
-#include <functional>
-#include <map>
-#include <mutex>
-#include <set>
-#include <string>
+#include <memory>
+#include <utility>
 
 #include "Platform/Foundation/Export.h"
 #include "Platform/Foundation/NSDictionary.h"
 #include "Platform/Foundation/NSError.h"
-#include "Platform/Foundation/SystemCalls.h"
 
 namespace kelvane {
+
+class SystemCalls;
 
 // An application's preferences: property-list values under text keys, kept in one XML property list.
 //
@@ -25,11 +24,16 @@ namespace kelvane {
 //    The lock is a file beside, "NAME.plist.lock", which stays;
 //  - a file that makes no sense is set aside as "NAME.plist.damaged-1" and reported to the system log.
 //
-// Any thread. Observers are called on the thread that makes a change, without any lock held.
+// Any thread. Observers are called on the thread that makes a change, without any lock held. When one throws, the others
+// still hear; then the first exception reaches whoever made the change, which stays made.
 class KELVANE_EXPORT NSUserDefaults {
  public:
   // Hears that the value under a key is another one now; nil where there is none, defaults included.
-  using Observer = std::function<void(TextView key, const Ref<NSObject>& oldValue, const Ref<NSObject>& newValue)>;
+  class Observer {
+   public:
+    virtual ~Observer() = default;
+    virtual void valueChanged(TextView key, const Ref<NSObject>& oldValue, const Ref<NSObject>& newValue) = 0;
+  };
 
   // The running application's preferences, read on first use: "NAME.plist" in the user's configuration folder, where
   // NAME is the main bundle's identifier, else its name, else the name of the executable; "/" in it becomes ":".
@@ -37,11 +41,13 @@ class KELVANE_EXPORT NSUserDefaults {
   static NSUserDefaults& standardUserDefaults();
 
   // The preferences in the file at `path`, which need not exist yet.
-  explicit NSUserDefaults(TextView path, SystemCalls& calls = SystemCalls::system());
+  explicit NSUserDefaults(TextView path);
+  NSUserDefaults(TextView path, SystemCalls& calls);
+  ~NSUserDefaults();
   NSUserDefaults(const NSUserDefaults&) = delete;
   NSUserDefaults& operator=(const NSUserDefaults&) = delete;
 
-  const Text& path() const { return myPath; }
+  const Text& path() const;
 
   // objectForKey:  What was set, else the registered default, else nil.
   Ref<NSObject> objectForKey(TextView key) const;
@@ -52,8 +58,8 @@ class KELVANE_EXPORT NSUserDefaults {
   void setObject(const Ref<NSObject>& object, TextView key);
   void removeObjectForKey(TextView key) { setObject(nullptr, key); }
 
-  // registerDefaults:  Adds values for keys that are not set. They are not saved; a later registration of the same key
-  // counts.
+  // registerDefaults:  Adds copies of these values for keys that are not set; observers hear which values are others
+  // now. They are not saved; a later registration of the same key counts. Raises as setObject does, with none added.
   void registerDefaults(const NSDictionary& defaults);
 
   // Saves what was changed, and takes up what other processes have saved. False when that failed: then the old file is
@@ -61,37 +67,25 @@ class KELVANE_EXPORT NSUserDefaults {
   bool synchronize(Ref<NSError>* error = nullptr);
 
   // Adds an observer and returns the number by which it can be removed. An observer that is added or removed during a
-  // notification is heard from the next one on, or no longer from then on.
-  std::size_t addObserver(Observer observer);
+  // notification is heard from the next one on, or no longer from then on. The second form takes whatever can be called
+  // as Observer::valueChanged is.
+  std::size_t addObserver(std::shared_ptr<Observer> observer);
+  template <std::invocable<TextView, const Ref<NSObject>&, const Ref<NSObject>&> Call>
+  std::size_t addObserver(Call call) {
+    struct Caller final : Observer {
+      explicit Caller(Call&& theCall) : call(std::move(theCall)) {}
+      void valueChanged(TextView key, const Ref<NSObject>& oldValue, const Ref<NSObject>& newValue) override {
+        call(key, oldValue, newValue);
+      }
+      Call call;
+    };
+    return addObserver(std::shared_ptr<Observer>(std::make_shared<Caller>(std::move(call))));
+  }
   void removeObserver(std::size_t number);
 
  private:
-  struct Change {
-    Text key;
-    Ref<NSObject> oldValue;
-    Ref<NSObject> newValue;
-  };
-
-  Ref<NSObject> valueOf(TextView key) const;
-  // The dictionary in the file; an empty one when there is no file. Sets aside a file that makes no sense, and fails
-  // when that cannot be done.
-  std::error_code readEntries(NSDictionary::Entries& entries);
-  std::error_code setDamagedFileAside(TextView reason);
-  std::error_code saveChanges(std::vector<Change>& changes);
-  void takeUp(NSDictionary::Entries entries, std::vector<Change>& changes);
-  void notify(const std::vector<Change>& changes);
-
-  Text myPath;
-  std::string myFile;
-  SystemCalls& mySystemCalls;
-
-  mutable std::mutex myMutex;
-  NSDictionary::Entries myEntries;
-  NSDictionary::Entries myDefaults;
-  // The keys that were set or removed since the last save.
-  std::set<Text, std::less<>> myChangedKeys;
-  std::map<std::size_t, Observer> myObservers;
-  std::size_t myNextObserver = 1;
+  class Store;
+  std::unique_ptr<Store> myStore;
 };
 
 }  // namespace kelvane

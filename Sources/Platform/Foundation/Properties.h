@@ -2,17 +2,28 @@
 
 #include <optional>
 #include <type_traits>
+#include <utility>
 
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSObject.h"
+#include "Platform/Foundation/PropertyChange.h"
 #include "Platform/Foundation/PropertyTable.h"
 
 // How a class names its properties; NSObject.h shows it. A property may be of any type that Boxing.h lists.
 //
 //   property(u"age", &Person::myAge)                            a data member
+//   property(u"age", &Person::myAge, &Person::setAge)           a data member with a setter of its own
 //   property(u"name", &Person::name)                            a getter: can only be read
 //   property(u"name", &Person::name, &Person::setName)          a getter and a setter
 //   property(u"isOpen", &Door::isOpen, &Door::setIsOpen<bool>)  a setter that takes nothing but a bool is a template
+//
+// Properties are observable by the same names (NSKeyValueObserving.h). Setting one by key is always heard; for a setter to
+// be heard it sets the field with `setField`:
+//
+//   void setAge(int age) { setField(myAge, age); }
+//
+// This works for data members and for getters that return a reference to one, each being one property's. What has no
+// such field is changed between willChangeValueForKey and didChangeValueForKey.
 //
 // Setters may take text as Text, const Text&, TextView or std::optional<TextView>. What fits none of these is given by
 // functions of its own: {u"key", [](const NSObject& object) { ... }, [](NSObject& object, const Ref<NSObject>& value) {
@@ -42,7 +53,8 @@ struct StoredArgument<std::optional<TextView>> {
 template <class Class, class Value>
 requires(!std::is_function_v<Value>) Property property(TextView key, Value Class::*member) {
   Property result{Text(key),
-                  [member](const NSObject& object) { return box(static_cast<const Class&>(object).*member); }, nullptr};
+                  [member](const NSObject& object) { return box(static_cast<const Class&>(object).*member); }, nullptr,
+                  [member](const NSObject& object) { return &(static_cast<const Class&>(object).*member); }};
   if constexpr (!std::is_const_v<Value>)
     result.set = [member](NSObject& object, const Ref<NSObject>& value) {
       static_cast<Class&>(object).*member = unbox<Value>(value);
@@ -53,19 +65,40 @@ requires(!std::is_function_v<Value>) Property property(TextView key, Value Class
 // A property that can only be read, through a getter.
 template <class Class, class Value>
 Property property(TextView key, Value (Class::*getter)() const) {
-  return {Text(key), [getter](const NSObject& object) { return box((static_cast<const Class&>(object).*getter)()); },
-          nullptr};
+  Property result{Text(key),
+                  [getter](const NSObject& object) { return box((static_cast<const Class&>(object).*getter)()); }, nullptr};
+  if constexpr (std::is_reference_v<Value>)
+    result.field = [getter](const NSObject& object) { return &(static_cast<const Class&>(object).*getter)(); };
+  return result;
 }
 
-// A property with a getter and a setter, of which one may be a base class's.
+// A property with a getter, or a data member, and a setter, of which one may be a base class's.
 template <class Class, class Value, class Setting, class Result, class Argument>
-Property property(TextView key, Value (Class::*getter)() const, Result (Setting::*setter)(Argument)) {
-  Property both = property(key, getter);
+Property property(TextView key, Value Class::*read, Result (Setting::*setter)(Argument)) {
+  Property both = property(key, read);
   both.set = [setter](NSObject& object, const Ref<NSObject>& value) {
     using Stored = typename detail::StoredArgument<std::remove_cvref_t<Argument>>::Type;
     (static_cast<Setting&>(object).*setter)(unbox<Stored>(value));
   };
   return both;
+}
+
+template <class Field, class Value>
+void NSObject::setField(Field& field, Value&& value) {
+  if (!mySlot.observing) [[likely]] {
+    field = std::forward<Value>(value);
+    return;
+  }
+  detail::PropertyChange change(*this, &field);
+  const detail::PlainValue after{&field, &detail::Boxer<Field>::box};
+  if (!change.keepsOldValue()) {
+    field = std::forward<Value>(value);
+    return change.tell({}, after);
+  }
+  // Made before the exchange, since `value` may be the field itself.
+  Field made(std::forward<Value>(value));
+  const Field before = std::exchange(field, std::move(made));
+  change.tell({&before, after.box}, after);
 }
 
 }  // namespace kelvane

@@ -10,11 +10,13 @@
 
 namespace kelvane {
 
-// One property of a class: its name, how it is read and, unless it can only be read, written.
+// One property of a class: its name, how it is read and, unless it can only be read, written, and where an object keeps
+// it, if in a field.
 struct Property {
   Text key;
   std::function<Ref<NSObject>(const NSObject&)> get;
   std::function<void(NSObject&, const Ref<NSObject>&)> set;
+  std::function<const void*(const NSObject&)> field = {};
 };
 
 // The properties of a class, made once per class; NSObject.h shows how. Immutable.

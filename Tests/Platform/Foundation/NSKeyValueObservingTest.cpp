@@ -1,0 +1,501 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <iterator>
+#include <memory>
+#include <random>
+#include <stdexcept>
+#include <vector>
+
+#include "Platform/Foundation/Format.h"
+#include "Platform/Foundation/NSDictionary.h"
+#include "Platform/Foundation/NSKeyValueMutableArray.h"
+#include "Platform/Foundation/NSKeyValueObserving.h"
+#include "Platform/Foundation/NSNull.h"
+#include "Platform/Foundation/Properties.h"
+#include "Support/CapturedSystemLog.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::ThrowsMessage;
+using Texts = std::vector<Text>;
+
+constexpr NSKeyValueObservingOptions both = NSKeyValueObservingOptionNew | NSKeyValueObservingOptionOld;
+
+class Node : public NSObject {
+ public:
+  Node() = default;
+  explicit Node(int value) : myValue(value) {}
+  const PropertyTable& propertyTable() const override {
+    static const PropertyTable table(
+        NSObject::propertyTable(),
+        {property(u"value", &Node::myValue), property(u"name", &Node::name, &Node::setName),
+         property(u"next", &Node::myNext, &Node::setNext), property(u"nodes", &Node::myNodes),
+         property(u"fixed", &Node::myFixed), property(u"double", &Node::doubleValue, &Node::setDoubleValue)});
+    return table;
+  }
+  void setValue(int value) { setField(myValue, value); }
+  const Text& name() const { return myName; }
+  void setName(TextView name) { setField(myName, name); }
+  const Ref<Node>& next() const { return myNext; }
+  void setNext(const Ref<Node>& next) { setField(myNext, next); }
+  int doubleValue() const { return 2 * myValue; }
+  void setDoubleValue(int value) { myValue = value / 2; }
+  int value() const { return myValue; }
+  const Ref<NSMutableArray>& nodes() const { return myNodes; }
+  Text description() const override { return format(u"N%d", myValue); }
+  using NSObject::isObserving;
+
+ private:
+  int myValue = 0;
+  Text myName;
+  Ref<Node> myNext;
+  Ref<NSMutableArray> myNodes = std::make_shared<NSMutableArray>();
+  Ref<NSArray> myFixed;
+};
+
+class Listener : public NSObject {
+ public:
+  void observeValueForKeyPath(TextView keyPath, NSObject& ofObject, const NSKeyValueChange& change,
+                              void* context) override {
+    heard.push_back(format(u"%@ of %@%@ %@: %@ -> %@", keyPath, ofObject.description(),
+                           context ? format(u"[%ld]", reinterpret_cast<std::intptr_t>(context)) : Text(),
+                           shown(change), flat(change.oldValue()), flat(change.newValue())));
+    if (then) std::exchange(then, nullptr)();
+  }
+  Texts take() { return std::exchange(heard, {}); }
+
+  Texts heard;
+  std::function<void()> then;
+
+ private:
+  static Text shown(const NSKeyValueChange& change) {
+    if (change.isPrior()) return u"will";
+    const Text kinds[] = {u"?", u"set", u"insert", u"remove", u"replace"};
+    return kinds[static_cast<std::size_t>(change.kind())] +
+           (change.indexes() ? change.indexes()->description() : Text());
+  }
+  static Text flat(const Ref<NSObject>& value) {
+    if (!value) return u"-";
+    Text text;
+    for (const char16_t unit : value->description())
+      if (unit != u'\n' && unit != u' ') text += unit;
+    return text;
+  }
+};
+
+auto refuses(const std::string& operation, const char* what) {
+  return ThrowsMessage<std::invalid_argument>(AllOf(HasSubstr(operation), HasSubstr(what)));
+}
+void* context(std::intptr_t number) { return reinterpret_cast<void*>(number); }
+
+TEST(Observing, EachWayToChangeAPropertyIsHeardOnce) {
+  const auto node = std::make_shared<Node>(1);
+  const auto other = std::make_shared<Node>(7);
+  Listener listener;
+  for (const TextView key : {u"value", u"name", u"next", u"double"}) node->addObserver(listener, key, both, nullptr);
+  const struct {
+    std::function<void()> change;
+    Texts heard;
+  } rows[] = {
+      {[&] { node->setValue(2); }, {u"value of N2 set: 1 -> 2"}},
+      {[&] { node->setValue(2); }, {u"value of N2 set: 2 -> 2"}},
+      {[&] { node->setValueForKey(box(3), u"value"); }, {u"value of N3 set: 2 -> 3"}},
+      {[&] { node->setName(u"a"); }, {u"name of N3 set:  -> a"}},
+      {[&] { node->setName(node->name()); }, {u"name of N3 set: a -> a"}},
+      {[&] { node->setValueForKey(box(u"b"), u"name"); }, {u"name of N3 set: a -> b"}},
+      {[&] { node->setValueForKeyPath(other, u"next"); }, {u"next of N3 set: <null> -> N7"}},
+      {[&] { node->setNext(nullptr); }, {u"next of N3 set: N7 -> <null>"}},
+      {[&] { node->setDoubleValue(8); }, {}},
+      {[&] { node->setValueForKey(box(10), u"double"); }, {u"double of N5 set: 8 -> 10"}},
+      {[&] {
+         node->willChangeValueForKey(u"double");
+         node->willChangeValueForKey(u"double");
+         node->setDoubleValue(12);
+         node->didChangeValueForKey(u"double");
+         node->setDoubleValue(14);
+         node->didChangeValueForKey(u"double");
+       },
+       {u"double of N7 set: 10 -> 14"}},
+      {[&] { node->didChangeValueForKey(u"value"); }, {}},
+      {[&] { EXPECT_THROW(node->setValueForKey(box(u"x"), u"value"), std::invalid_argument); }, {}},
+      {[&] { node->setValue(1); }, {u"value of N1 set: 7 -> 1"}},
+  };
+  for (const auto& row : rows) {
+    row.change();
+    EXPECT_EQ(listener.take(), row.heard) << &row - rows;
+  }
+}
+
+TEST(Observing, OptionsDecideWhatARecordHolds) {
+  const std::pair<NSKeyValueObservingOptions, Texts> rows[] = {
+      {0, {u"value of N2 set: - -> -"}},
+      {NSKeyValueObservingOptionNew, {u"value of N2 set: - -> 2"}},
+      {NSKeyValueObservingOptionOld, {u"value of N2 set: 1 -> -"}},
+      {NSKeyValueObservingOptionInitial, {u"value of N1 set: - -> -", u"value of N2 set: - -> -"}},
+      {NSKeyValueObservingOptionInitial | both, {u"value of N1 set: - -> 1", u"value of N2 set: 1 -> 2"}},
+      {NSKeyValueObservingOptionPrior | both, {u"value of N1 will: 1 -> -", u"value of N2 set: 1 -> 2"}},
+  };
+  for (const auto& [options, heard] : rows) {
+    Node node(1);
+    Listener listener;
+    node.addObserver(listener, u"value", options, nullptr);
+    node.setValue(2);
+    EXPECT_EQ(listener.heard, heard) << options;
+  }
+  Node node(1);
+  Listener listener;
+  node.addObserver(listener, u"value", NSKeyValueObservingOptionPrior, nullptr);
+  listener.then = [] { throw std::runtime_error("no"); };
+  EXPECT_THROW(node.setValue(2), std::runtime_error);
+  EXPECT_EQ(node.value(), 1) << "changed in spite of a veto";
+  node.setValue(3);
+  EXPECT_EQ(listener.heard.size(), 3U);
+}
+
+TEST(Observing, PlainValuesAreReadWithoutObjects) {
+  struct Reader : NSObject {
+    void observeValueForKeyPath(TextView, NSObject&, const NSKeyValueChange& change, void*) override {
+      sum += change.newValueAs<int>() * 100 + change.oldValueAs<short>();
+    }
+    int sum = 0;
+  } reader;
+  Node node(1);
+  node.addObserver(reader, u"value", both, nullptr);
+  node.setValue(2);
+  node.setValueForKey(box(3), u"value");
+  EXPECT_EQ(reader.sum, 201 + 302);
+}
+
+TEST(Observing, KeyPathsFollowWhatStandsOnTheWay) {
+  const auto a = std::make_shared<Node>(1), b = std::make_shared<Node>(2), c = std::make_shared<Node>(3);
+  const auto dictionary = std::make_shared<NSMutableDictionary>();
+  Listener listener;
+  dictionary->addObserver(listener, u"node.next.value", both, nullptr);
+  const Texts none;
+  const auto heard = [&](TextView values) { return Texts{u"node.next.value of {} set: " + Text(values)}; };
+  const auto take = [&] {
+    Texts texts = listener.take();
+    for (Text& text : texts) text.replace(19, text.find(u" set") - 19, u"{}");
+    return texts;
+  };
+  dictionary->setObject(a, u"node");
+  EXPECT_EQ(take(), heard(u"<null> -> <null>"));
+  a->setNext(b);
+  EXPECT_EQ(take(), heard(u"<null> -> 2"));
+  b->setValue(4);
+  EXPECT_EQ(take(), heard(u"2 -> 4"));
+  a->setNext(a);
+  EXPECT_EQ(take(), heard(u"4 -> 1"));
+  b->setValue(5);
+  EXPECT_EQ(take(), none) << "no longer on the way";
+  a->setValue(6);
+  EXPECT_EQ(take(), heard(u"1 -> 6"));
+  c->setNext(b);
+  dictionary->setObject(c, u"node");
+  EXPECT_EQ(take(), heard(u"6 -> 5"));
+  a->setNext(nullptr);
+  a->setValue(7);
+  EXPECT_EQ(take(), none);
+  dictionary->removeAllObjects();
+  EXPECT_EQ(take(), heard(u"5 -> <null>"));
+  c->setNext(nullptr);
+  dictionary->setObject(c, u"node");
+  c->setNext(std::make_shared<Node>(8));
+  EXPECT_EQ(take().size(), 2U);
+
+  CapturedSystemLog log;
+  dictionary->setObject(box(u"no node"), u"node");
+  EXPECT_EQ(take(), heard(u"8 -> <null>"));
+  EXPECT_THAT(log.take(), ElementsAre(testing::Truly([](const Text& line) { return line.find(u"'node.next.value'") < line.size(); })));
+  dictionary->setObject(c, u"node");
+  EXPECT_EQ(take(), heard(u"<null> -> 8"));
+  dictionary->removeObserver(listener, u"node.next.value");
+  c->setNext(b);
+  EXPECT_EQ(take(), none);
+}
+
+TEST(Observing, ArraysAreChangedThroughAProxy) {
+  const auto owner = std::make_shared<Node>(9);
+  const auto n = [](int value) { return std::make_shared<Node>(value); };
+  Listener listener;
+  for (const TextView key : {u"nodes", u"fixed"}) owner->addObserver(listener, key, both, nullptr);
+  for (const TextView key : {u"nodes", u"fixed"}) {
+    auto nodes = owner->mutableArrayValueForKey(key);
+    const auto heard = [&](TextView change) { return Texts{Text(key) + u" of N9 " + Text(change)}; };
+    nodes.addObject(n(1));
+    EXPECT_EQ(listener.take(), heard(u"insert(0): - -> (N1)"));
+    NSMutableIndexSet indexes(NSRange{0, 2});
+    indexes.addIndex(3);
+    nodes.insertObjects(*NSArray::arrayWithObjects({n(2), n(3), n(4)}), indexes);
+    EXPECT_EQ(listener.take(), heard(u"insert(0-1, 3): - -> (N2,N3,N4)"));
+    EXPECT_EQ(nodes.array()->description(), u"(\n    N2,\n    N3,\n    N1,\n    N4\n)");
+    nodes.replaceObjectsAtIndexes(indexes, *NSArray::arrayWithObjects({n(5), n(6), n(7)}));
+    EXPECT_EQ(listener.take(), heard(u"replace(0-1, 3): (N2,N3,N4) -> (N5,N6,N7)"));
+    nodes.removeObjectsAtIndexes(indexes);
+    EXPECT_EQ(listener.take(), heard(u"remove(0-1, 3): (N5,N6,N7) -> -"));
+    nodes.replaceObjectAtIndex(0, n(8));
+    nodes.removeLastObject();
+    EXPECT_EQ(listener.take().size(), 2U);
+    nodes.removeAllObjects();
+    nodes.addObjectsFromArray(NSArray());
+    EXPECT_THAT(listener.take(), IsEmpty());
+    nodes.setArray(*NSArray::arrayWithObjects({n(1)}));
+    EXPECT_EQ(listener.take(), heard(u"set: () -> (N1)"));
+    EXPECT_THROW(nodes.insertObject(n(1), 2), std::out_of_range);
+    EXPECT_THROW(nodes.removeObjectAtIndex(1), std::out_of_range);
+    EXPECT_THROW(nodes.addObject(nullptr), std::invalid_argument);
+    EXPECT_THROW(nodes.insertObjects(NSArray(), NSIndexSet(0)), std::invalid_argument);
+    EXPECT_EQ(nodes.count(), 1U);
+    EXPECT_THAT(listener.take(), IsEmpty());
+  }
+  EXPECT_THAT([&] { owner->mutableArrayValueForKey(u"value"); }, refuses("mutableArrayValueForKey:", "'value'"));
+}
+
+TEST(Observing, ElementsAreObservedByTheirIndexes) {
+  const auto a = std::make_shared<Node>(1), b = std::make_shared<Node>(2);
+  const auto array = NSArray::arrayWithObjects({a, b, a});
+  Listener listener;
+  addObserver(*array, listener, NSIndexSet(NSRange{1, 2}), u"value", 0, context(5));
+  a->setValue(3);
+  b->setValue(4);
+  EXPECT_EQ(listener.take(), (Texts{u"value of N3[5] set: - -> -", u"value of N4[5] set: - -> -"}));
+  EXPECT_THROW(addObserver(*array, listener, NSIndexSet(NSRange{2, 2}), u"value", 0, nullptr), std::out_of_range);
+  EXPECT_THROW(removeObserver(*array, listener, NSIndexSet(1), u"value", context(6)), std::invalid_argument);
+  removeObserver(*array, listener, NSIndexSet(NSRange{1, 1}), u"value", context(5));
+  removeObserver(*array, listener, NSIndexSet(0), u"value");
+  EXPECT_THROW(removeObserver(*array, listener, NSIndexSet(2), u"value"), std::invalid_argument);
+  a->setValue(5);
+  EXPECT_THAT(listener.take(), IsEmpty());
+}
+
+TEST(Observing, WhatCannotBeObservedOrEndedIsRefused) {
+  const auto node = std::make_shared<Node>(1);
+  const auto array = std::make_shared<NSMutableArray>();
+  Listener listener;
+  node->setNext(node);
+  for (const TextView path : {u"", u"nothing", u"next.nothing", u"next.", u"nodes.@count", u"next.nodes.value"}) {
+    EXPECT_THROW(node->addObserver(listener, path, both, nullptr), std::invalid_argument)
+        << testing::PrintToString(path);
+    EXPECT_FALSE(node->isObserving(node.get()));
+    EXPECT_THROW(node->removeObserver(listener, path), std::invalid_argument);
+  }
+  EXPECT_THAT([&] { array->addObserver(listener, u"@count", 0, nullptr); }, refuses("addObserver:", "'@count'"));
+  node->addObserver(listener, u"value", 0, context(1));
+  node->addObserver(listener, u"value", 0, context(2));
+  EXPECT_THAT([&] { node->removeObserver(listener, u"value", context(3)); },
+              refuses("removeObserver:forKeyPath:context: <Listener: 0x", "N1 for key path 'value'"));
+  node->removeObserver(listener, u"value", context(1));
+  node->setValue(2);
+  EXPECT_EQ(listener.take(), Texts{u"value of N2[2] set: - -> -"});
+  node->removeObserver(listener, u"value");
+  EXPECT_THROW(node->removeObserver(listener, u"value"), std::invalid_argument);
+
+  Node unaware;
+  node->addObserver(unaware, u"value", 0, nullptr);
+  CapturedSystemLog log;
+  node->setValue(3);
+  EXPECT_THAT(log.take(), ElementsAre(u"N0 is told that 'value' of N3 has changed, and does not handle it."));
+  node->setNext(nullptr);
+}
+
+TEST(Observing, ObserversComeAndGoDuringANotification) {
+  auto node = std::make_shared<Node>(1);
+  Listener first, last, late;
+  auto middle = std::make_unique<Listener>();
+  node->addObserver(first, u"value", both, nullptr);
+  node->addObserver(*middle, u"value", both, nullptr);
+  node->addObserver(last, u"value", both, nullptr);
+  first.then = [&] {
+    middle = nullptr;
+    node->removeObserver(first, u"value");
+    node->addObserver(late, u"value", both, nullptr);
+    node->setValue(3);
+  };
+  node->setValue(2);
+  EXPECT_EQ(first.take().size(), 1U);
+  EXPECT_EQ(last.take(), (Texts{u"value of N3 set: 2 -> 3", u"value of N3 set: 1 -> 2"})) << "each its own values";
+  EXPECT_EQ(late.take(), Texts{u"value of N3 set: 2 -> 3"}) << "it was there for the second change only";
+
+  last.then = [&] { throw std::domain_error("last"); };
+  late.then = [&] { throw std::range_error("late"); };
+  EXPECT_THROW(node->setValue(4), std::domain_error) << "the first";
+  EXPECT_EQ(late.take().size(), 1U) << "heard in spite of it";
+
+  last.then = [&] { node = nullptr; };
+  Node& dying = *node;
+  dying.setValue(5);
+  EXPECT_EQ(last.take().size(), 2U);
+  EXPECT_THAT(late.take(), IsEmpty()) << "the object was gone";
+}
+
+TEST(Observing, CopiesAreNotObserved) {
+  struct Copied : Node {
+    using Node::Node;
+    Copied(const Copied&) = default;
+    Copied& operator=(const Copied&) = default;
+  };
+  Listener listener;
+  Copied original(1);
+  original.addObserver(listener, u"value", both, nullptr);
+  Copied copy(original);
+  copy.setValue(2);
+  EXPECT_THAT(listener.take(), IsEmpty());
+  original = copy;
+  original.setValue(3);
+  EXPECT_EQ(listener.take(), Texts{u"value of N3 set: 2 -> 3"});
+}
+
+// Nodes that point at each other, listeners with key paths of up to four keys, all of them dying now and then, against a
+// plain list of registrations whose way is walked anew at each change.
+class RandomObserving {
+ public:
+  explicit RandomObserving(unsigned seed) : myRandom(seed) {
+    for (auto& node : myNodes) node = std::make_shared<Node>(static_cast<int>(below(100)));
+    for (auto& listener : myListeners) listener = std::make_unique<Listener>();
+  }
+
+  void step() {
+    const std::size_t node = below(std::size(myNodes)), listener = below(std::size(myListeners));
+    switch (below(8)) {
+      case 0:
+      case 1:
+        return add(node, listener);
+      case 2:
+        return remove(node, listener);
+      case 3:
+      case 4:
+        return change(node, u"value", [&] { myNodes[node]->setValue(static_cast<int>(below(100))); });
+      case 5:
+      case 6: {
+        const Ref<Node> next = below(4) == 0 ? nullptr : myNodes[below(std::size(myNodes))];
+        return change(node, u"next", [&] { myNodes[node]->setNext(next); });
+      }
+      default:
+        return below(4) > 0 ? void() : below(2) == 0 ? killListener(listener) : replaceNode(node);
+    }
+  }
+  // Nodes that point at each other hold each other.
+  void end() {
+    for (const auto& node : myNodes) node->setNext(nullptr);
+  }
+
+ private:
+  struct Registration {
+    std::size_t node, listener;
+    std::size_t steps;
+    std::intptr_t number;
+  };
+
+  std::size_t below(std::size_t limit) { return myRandom() % limit; }
+  static Text path(std::size_t steps) {
+    Text text;
+    for (std::size_t i = 0; i < steps; ++i) text += u"next.";
+    return text + u"value";
+  }
+
+  void add(std::size_t node, std::size_t listener) {
+    const std::size_t steps = below(4);
+    myNodes[node]->addObserver(*myListeners[listener], path(steps), both, context(++myLatestNumber));
+    myRegistrations.push_back({node, listener, steps, myLatestNumber});
+  }
+
+  void remove(std::size_t node, std::size_t listener) {
+    const std::size_t steps = below(4);
+    const auto place = std::find_if(myRegistrations.rbegin(), myRegistrations.rend(), [&](const auto& one) {
+      return one.node == node && one.listener == listener && one.steps == steps;
+    });
+    const auto work = [&] { myNodes[node]->removeObserver(*myListeners[listener], path(steps)); };
+    if (place == myRegistrations.rend()) {
+      EXPECT_THROW(work(), std::invalid_argument);
+    } else {
+      work();
+      myRegistrations.erase(std::next(place).base());
+    }
+  }
+
+  // Whether the key of the node is on the way of the registration.
+  bool concerns(const Registration& one, const Node* changed, TextView key) const {
+    const Node* node = myNodes[one.node].get();
+    for (std::size_t step = 0; node && step < one.steps; ++step, node = node->next().get())
+      if (node == changed && key == u"next") return true;
+    return node && node == changed && key == u"value";
+  }
+  Text value(const Registration& one) const {
+    return description(nullForNil(myNodes[one.node]->valueForKeyPath(path(one.steps))));
+  }
+  static Ref<NSObject> nullForNil(Ref<NSObject> value) { return value ? value : NSNull::null(); }
+
+  template <class Work>
+  void change(std::size_t node, TextView key, Work work) {
+    std::vector<Registration> concerned;
+    Texts oldValues;
+    for (const Registration& one : myRegistrations)
+      if (concerns(one, myNodes[node].get(), key)) {
+        concerned.push_back(one);
+        oldValues.push_back(value(one));
+      }
+    // The former neighbour outlives the change, so that the old values can be told from it.
+    const Ref<Node> neighbour = myNodes[node]->next();
+    work();
+    std::vector<Texts> expected(std::size(myListeners));
+    for (std::size_t i = 0; i < concerned.size(); ++i) {
+      const Registration& one = concerned[i];
+      // A path that comes by the changed object twice reads its old value from what has changed already.
+      const bool isTwice = key == u"next" && one.steps > 1;
+      expected[one.listener].push_back(format(u"%@ of %@[%ld] set: %@ -> %@", path(one.steps),
+                                              myNodes[one.node]->description(), one.number,
+                                              isTwice ? Text(u"*") : oldValues[i], value(one)));
+    }
+    for (std::size_t i = 0; i < std::size(myListeners); ++i) {
+      Texts heard = myListeners[i]->take();
+      for (Text& text : heard)
+        if (key == u"next" && text.starts_with(u"next.next.")) {
+          const std::size_t start = text.find(u": ") + 2;
+          text.replace(start, text.find(u" ->") - start, u"*");
+        }
+      std::sort(heard.begin(), heard.end());
+      std::sort(expected[i].begin(), expected[i].end());
+      EXPECT_EQ(heard, expected[i]);
+    }
+  }
+
+  void killListener(std::size_t listener) {
+    myListeners[listener] = std::make_unique<Listener>();
+    std::erase_if(myRegistrations, [&](const auto& one) { return one.listener == listener; });
+  }
+  void replaceNode(std::size_t node) {
+    for (std::size_t i = 0; i < std::size(myNodes); ++i)
+      if (myNodes[i]->next() == myNodes[node]) change(i, u"next", [&] { myNodes[i]->setNext(nullptr); });
+    const std::weak_ptr<Node> old = myNodes[node];
+    myNodes[node] = std::make_shared<Node>(static_cast<int>(below(100)));
+    EXPECT_TRUE(old.expired());
+    std::erase_if(myRegistrations, [&](const auto& one) { return one.node == node; });
+  }
+
+  std::mt19937 myRandom;
+  Ref<Node> myNodes[5];
+  std::unique_ptr<Listener> myListeners[3];
+  std::vector<Registration> myRegistrations;
+  std::intptr_t myLatestNumber = 0;
+};
+
+TEST(Observing, RandomSequencesMatchAPlainModel) {
+  for (unsigned seed = 0; seed < 40 && !testing::Test::HasFailure(); ++seed) {
+    SCOPED_TRACE(seed);
+    RandomObserving all(seed);
+    for (int step = 0; step < 500 && !testing::Test::HasFailure(); ++step) all.step();
+    all.end();
+  }
+}
+
+}  // namespace
+}  // namespace kelvane

@@ -1,0 +1,328 @@
+// QNObservationHandler and QNObjectArrayPropertyObserver.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <random>
+#include <stdexcept>
+
+#include "Platform/Foundation/Format.h"
+#include "Platform/Foundation/NSKeyValueMutableArray.h"
+#include "Platform/Foundation/Properties.h"
+#include "Support/CapturedSystemLog.h"
+#include "Support/TextPrinting.h"
+#include "Utilities/QNLogger.h"
+#include "Utilities/QNObjectArrayPropertyObserver.h"
+#include "Utilities/QNObservationHandler.h"
+
+namespace kelvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Texts = std::vector<Text>;
+
+class Item : public NSObject {
+ public:
+  explicit Item(Text name) : myName(std::move(name)) {}
+  const PropertyTable& propertyTable() const override {
+    static const PropertyTable table(NSObject::propertyTable(),
+                                     {property(u"name", &Item::myName), property(u"size", &Item::mySize)});
+    return table;
+  }
+  void setName(Text name) { setField(myName, std::move(name)); }
+  void setSize(int size) { setField(mySize, size); }
+  Text description() const override { return myName; }
+
+ private:
+  Text myName;
+  int mySize = 0;
+};
+
+class Document : public NSObject {
+ public:
+  const PropertyTable& propertyTable() const override {
+    static const PropertyTable table(NSObject::propertyTable(), {property(u"items", &Document::myItems)});
+    return table;
+  }
+  NSKeyValueMutableArray items() { return mutableArrayValueForKey(u"items"); }
+  const Ref<NSMutableArray>& array() const { return myItems; }
+  void setItems(const Ref<NSMutableArray>& items) { setField(myItems, items); }
+
+ private:
+  Ref<NSMutableArray> myItems = std::make_shared<NSMutableArray>();
+};
+
+Ref<Item> item(TextView name) { return std::make_shared<Item>(Text(name)); }
+
+char itemsContext, nameContext;
+
+class Target : public NSObject {
+ public:
+  void observeValueForKeyPath(TextView keyPath, NSObject& ofObject, const NSKeyValueChange& change,
+                              void* context) override {
+    if (context == &itemsContext)
+      heard.push_back(format(u"%@ %lu", keyPath, static_cast<unsigned long>(change.kind())));
+    else if (context == &nameContext)
+      heard.push_back(format(u"%@ of %@: %@", keyPath, ofObject.description(), change.newValue()));
+    else
+      ADD_FAILURE() << "an unknown context";
+  }
+  Texts take() { return std::exchange(heard, {}); }
+  Texts heard;
+};
+
+TEST(QNObservationHandler, FollowsElementsAsTheyComeAndGo) {
+  Document document;
+  Target target;
+  const auto a = item(u"a"), b = item(u"b"), c = item(u"c");
+  document.items().addObject(a);
+  QNObservationHandler handler;
+  handler.setTarget(&target);
+  handler.setSubject(&document, u"items", &itemsContext);
+  handler.setPropertyKeyPath(u"name", NSKeyValueObservingOptionNew, &nameContext);
+  EXPECT_THAT(target.take(), IsEmpty());
+  document.items().insertObjects(*NSArray::arrayWithObjects({b, c}), NSIndexSet(NSRange{0, 2}));
+  EXPECT_EQ(target.take(), Texts{u"items 2"});
+  for (const auto& one : {a, b, c}) one->setName(one->description() + u"1");
+  EXPECT_EQ(target.take(), (Texts{u"name of a1: a1", u"name of b1: b1", u"name of c1: c1"}));
+  document.items().replaceObjectAtIndex(1, a);
+  c->setName(u"c2");
+  EXPECT_EQ(target.take(), Texts{u"items 4"});
+  a->setName(u"a2");
+  EXPECT_EQ(target.take(), (Texts{u"name of a2: a2", u"name of a2: a2"})) << "it stands there twice";
+  document.items().removeObjectAtIndex(0);
+  b->setName(u"b2");
+  EXPECT_EQ(target.take(), Texts{u"items 3"});
+
+  handler.setPropertyKeyPath(u"size", 0, &nameContext);
+  a->setName(u"a3");
+  a->setSize(1);
+  EXPECT_EQ(target.take(), (Texts{u"size of a3: (null)", u"size of a3: (null)"}));
+  handler.setTarget(nullptr);
+  a->setSize(2);
+}
+
+TEST(QNObservationHandler, KeptGapsAndWarnings) {
+  CapturedSystemLog log;
+  Document document;
+  Target target;
+  const auto a = item(u"a"), b = item(u"b");
+  document.items().addObject(a);
+  {
+    QNObservationHandler handler;
+    handler.setTarget(&target);
+    handler.setPropertyKeyPath(u"name", NSKeyValueObservingOptionNew, &nameContext);
+    handler.setSubject(&document, u"items");
+    a->setName(u"a1");
+    EXPECT_THAT(target.take(), IsEmpty()) << "the property was set before the subject";
+    handler.setPropertyKeyPath(u"name", NSKeyValueObservingOptionNew, &nameContext);
+    const Ref<NSObject> values[] = {nullptr, b};
+    handler.addPropertyObserverToValues(values);
+    b->setName(u"b1");
+    EXPECT_EQ(target.take(), Texts{u"name of b1: b1"});
+    EXPECT_EQ(log.take(),
+              Texts{u"WARN -[QNObservationHandler addPropertyObserverToValues:]:123 - Can't observe nil value!"});
+
+    const auto c = item(u"c");
+    document.items().setArray(*NSArray::arrayWithObjects({c}));
+    EXPECT_EQ(log.take(), Texts{u"WARN -[QNObservationHandler observeValueForKeyPath:ofObject:change:context:]:142 - "
+                                u"don't know what to do"});
+    a->setName(u"a2");
+    c->setName(u"c1");
+    EXPECT_EQ(target.take(), Texts{u"name of a2: a2"}) << "and the new element is not observed";
+    EXPECT_THROW(document.items().removeLastObject(), std::invalid_argument) << "it was never registered";
+    EXPECT_EQ(document.items().count(), 0U) << "removed all the same";
+    document.setItems(std::make_shared<NSMutableArray>(std::vector<Ref<NSObject>>{c}));
+    log.take();
+  }
+  const Texts logged = log.take();
+  ASSERT_EQ(logged.size(), 1U);
+  EXPECT_TRUE(logged[0].starts_with(u"-[QNObservationHandler dealloc]: removeObserver:forKeyPath:")) << "of the gap";
+  for (const auto& one : {a, b}) one->setName(u"x");
+  EXPECT_THAT(target.take(), IsEmpty());
+}
+
+TEST(QNObservationHandler, SubjectsMayDieFirst) {
+  Target target;
+  const auto a = item(u"a");
+  auto document = std::make_unique<Document>();
+  document->items().addObject(a);
+  CapturedSystemLog log;
+  {
+    QNObservationHandler handler;
+    handler.setTarget(&target);
+    handler.setSubject(document.get(), u"items");
+    handler.setPropertyKeyPath(u"name", 0, &nameContext);
+    document = nullptr;
+    a->setName(u"b");
+    EXPECT_EQ(target.take().size(), 1U);
+  }
+  a->setName(u"c");
+  EXPECT_THAT(target.take(), IsEmpty());
+  EXPECT_THAT(log.take(), IsEmpty());
+}
+
+struct Delegate : QNObjectArrayPropertyObserverDelegate {
+  void objectArrayPropertyObserverPropertyChanged(QNObjectArrayPropertyObserver&) override { ++calls; }
+  int take() { return std::exchange(calls, 0); }
+  int calls = 0;
+};
+
+TEST(QNObjectArrayPropertyObserver, TellsOfArrayAndElements) {
+  const auto document = std::make_shared<Document>();
+  auto delegate = std::make_shared<Delegate>();
+  const auto a = item(u"a"), b = item(u"b"), c = item(u"c");
+  document->setItems(nullptr);
+  QNObjectArrayPropertyObserver observer;
+  observer.setDelegate(delegate);
+  observer.observerObject(document, u"items", u"name");
+  document->setItems(std::make_shared<NSMutableArray>(std::vector<Ref<NSObject>>{a, b}));
+  EXPECT_EQ(delegate->take(), 1);
+  a->setName(u"a1");
+  EXPECT_EQ(delegate->take(), 1);
+  a->setSize(1);
+  EXPECT_EQ(delegate->take(), 0);
+  document->items().addObject(c);
+  EXPECT_EQ(delegate->take(), 1);
+  c->setName(u"c1");
+  EXPECT_EQ(delegate->take(), 1);
+  document->setItems(std::make_shared<NSMutableArray>(std::vector<Ref<NSObject>>{c}));
+  EXPECT_EQ(delegate->take(), 1);
+  a->setName(u"a2");
+  EXPECT_EQ(delegate->take(), 0);
+  c->setName(u"c2");
+  EXPECT_EQ(delegate->take(), 1);
+
+  document->array()->addObject(b);
+  observer.removeObserver();
+  document->setItems(nullptr);
+  c->setName(u"c3");
+  EXPECT_EQ(delegate->take(), 0) << "the array had grown unseen, and only its first element was registered";
+  observer.removeObserver();
+
+  observer.observerObject(document, u"items", u"name", &observer);
+  observer.setDelegate(std::make_shared<QNObjectArrayPropertyObserverDelegate>());
+  EXPECT_EQ(observer.delegate(), nullptr) << "not kept alive";
+  document->setItems(std::make_shared<NSMutableArray>());
+}
+
+TEST(QNObjectArrayPropertyObserver, BeginningTwiceLeavesTheFirstToNobody) {
+  CapturedSystemLog log;
+  const auto document = std::make_shared<Document>();
+  const auto delegate = std::make_shared<Delegate>();
+  const auto a = item(u"a");
+  document->items().addObject(a);
+  {
+    QNObjectArrayPropertyObserver observer;
+    observer.setDelegate(delegate);
+    observer.observerObject(document, u"items", u"name");
+    observer.observerObject(document, u"items", u"name");
+    a->setName(u"b");
+    EXPECT_EQ(delegate->take(), 1);
+    EXPECT_EQ(log.take().size(), 1U) << "nobody handles the first";
+    EXPECT_THROW(observer.removeArrayObjectsObservers(NSArray::arrayWithObjects({a, a})), std::invalid_argument);
+  }
+  EXPECT_EQ(log.take().size(), 1U) << "what ending raised";
+  a->setName(u"c");
+  document->setItems(nullptr);
+  EXPECT_THAT(log.take(), IsEmpty());
+}
+
+// Both observers over random changes of one array, against a plain count of who is registered how often.
+TEST(QNObservation, RandomSequencesMatchAPlainModel) {
+  for (unsigned seed = 0; seed < 40 && !testing::Test::HasFailure(); ++seed) {
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    const auto below = [&](std::size_t limit) { return random() % limit; };
+    const auto document = std::make_shared<Document>();
+    const auto delegate = std::make_shared<Delegate>();
+    Target target;
+    auto handler = std::make_unique<QNObservationHandler>();
+    handler->setTarget(&target);
+    handler->setSubject(document.get(), u"items");
+    handler->setPropertyKeyPath(u"name", NSKeyValueObservingOptionNew, &nameContext);
+    QNObjectArrayPropertyObserver observer;
+    observer.setDelegate(delegate);
+    observer.observerObject(document, u"items", u"name");
+    std::vector<Ref<Item>> pool;
+    for (int i = 0; i < 6; ++i) pool.push_back(item(u"i"));
+    std::map<Item*, int> handled, observed;
+    // Whom the handler lists: what it removes it forgets, however often it was there.
+    std::map<Item*, int> listed;
+    const auto come = [&](Item* one) { ++handled[one], ++observed[one], ++listed[one]; };
+
+    for (int step = 0; step < 200; ++step) {
+      const std::size_t count = document->array()->count();
+      const auto standing = [&](std::size_t index) {
+        return as<Item>(document->array()->objectAtIndex(index)).get();
+      };
+      const Ref<Item> one = pool[below(pool.size())];
+      const auto go = [&](Item* gone) {
+        --observed[gone];
+        const bool isEmpty = std::all_of(listed.begin(), listed.end(), [](auto& entry) { return entry.second == 0; });
+        if (isEmpty) return true;
+        listed[gone] = 0;
+        return --handled[gone] >= 0;
+      };
+      switch (below(6)) {
+        case 0:
+        case 1:
+          document->items().insertObject(one, below(count + 1));
+          come(one.get());
+          break;
+        case 2:
+          if (count == 0) break;
+          {
+            const std::size_t index = below(count);
+            EXPECT_TRUE(go(standing(index)));
+            document->items().removeObjectAtIndex(index);
+          }
+          break;
+        case 3:
+          if (count == 0) break;
+          {
+            const std::size_t index = below(count);
+            EXPECT_TRUE(go(standing(index)));
+            document->items().replaceObjectAtIndex(index, one);
+            come(one.get());
+          }
+          break;
+        case 4: {
+          if (below(5) > 0) break;
+          // The handler keeps to the old elements, so it is made anew to go on.
+          std::vector<Ref<NSObject>> items;
+          for (std::size_t i = below(5); i > 0; --i) items.push_back(pool[below(pool.size())]);
+          document->setItems(std::make_shared<NSMutableArray>(items));
+          handler = nullptr;
+          handler = std::make_unique<QNObservationHandler>();
+          handler->setTarget(&target);
+          handler->setSubject(document.get(), u"items");
+          handler->setPropertyKeyPath(u"name", NSKeyValueObservingOptionNew, &nameContext);
+          for (auto* counts : {&handled, &observed, &listed}) counts->clear();
+          for (const auto& added : items) come(as<Item>(added).get());
+          break;
+        }
+        default: {
+          delegate->take();
+          one->setName(u"n");
+          EXPECT_EQ(target.take().size(), static_cast<std::size_t>(handled[one.get()]));
+          EXPECT_EQ(delegate->take(), observed[one.get()]);
+          // One that stands nowhere dies for good.
+          if (handled[one.get()] > 0 || observed[one.get()] > 0) break;
+          for (auto* counts : {&handled, &observed, &listed}) counts->erase(one.get());
+          *std::find(pool.begin(), pool.end(), one) = item(u"new");
+          break;
+        }
+      }
+      target.take();
+    }
+    CapturedSystemLog log;
+    handler = nullptr;
+  }
+}
+
+}  // namespace
+}  // namespace kelvane
