@@ -233,6 +233,7 @@ TEST(QNObjectArrayPropertyObserver, BeginningTwiceLeavesTheFirstToNobody) {
 
 // Both observers over random changes of one array, against a plain count of who is registered how often.
 TEST(QNObservation, RandomSequencesMatchAPlainModel) {
+  const CapturedSystemLog log;
   for (unsigned seed = 0; seed < 40 && !testing::Test::HasFailure(); ++seed) {
     SCOPED_TRACE(seed);
     std::mt19937 random(seed);
@@ -319,8 +320,6 @@ TEST(QNObservation, RandomSequencesMatchAPlainModel) {
       }
       target.take();
     }
-    CapturedSystemLog log;
-    handler = nullptr;
   }
 }
 
