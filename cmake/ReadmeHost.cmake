@@ -1,4 +1,4 @@
-# The README's host is compiled and run as a test, and has to print what the README says it prints.
+# The README's hosts are compiled and run as tests, and have to print what the README says they print.
 #
 # Included, this defines kelvane_add_readme_host(). Run as a script (cmake -DHOST=... -DEXPECTED=... -P) it is the test.
 
@@ -32,17 +32,20 @@ function(kelvane_add_readme_host)
   set(readme "${PROJECT_SOURCE_DIR}/README.md")
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${readme}")
   file(READ "${readme}" text)
-  kelvane_first_block(cpp "${text}" code text)
-  kelvane_first_block(text "${text}" output text)
-  set(source "${CMAKE_CURRENT_BINARY_DIR}/ReadmeHost.cpp")
-  set(expected "${CMAKE_CURRENT_BINARY_DIR}/ReadmeHost.txt")
-  file(GENERATE OUTPUT "${expected}" CONTENT "${output}")
-  file(GENERATE OUTPUT "${source}" CONTENT "${code}")
+  # In the order in which they stand there.
+  foreach(host ReadmeHost ReadmeClass)
+    kelvane_first_block(cpp "${text}" code text)
+    kelvane_first_block(text "${text}" output text)
+    set(source "${CMAKE_CURRENT_BINARY_DIR}/${host}.cpp")
+    set(expected "${CMAKE_CURRENT_BINARY_DIR}/${host}.txt")
+    file(GENERATE OUTPUT "${expected}" CONTENT "${output}")
+    file(GENERATE OUTPUT "${source}" CONTENT "${code}")
 
-  add_executable(ReadmeHost "${source}")
-  target_link_libraries(ReadmeHost PRIVATE KelvaneFoundation::Foundation)
-  set_target_properties(ReadmeHost PROPERTIES CXX_STANDARD 20)
-  kelvane_warnings(ReadmeHost)
-  add_test(NAME ReadmeHost COMMAND "${CMAKE_COMMAND}" "-DHOST=$<TARGET_FILE:ReadmeHost>" "-DEXPECTED=${expected}" -P
-                                   "${CMAKE_CURRENT_FUNCTION_LIST_FILE}")
+    add_executable(${host} "${source}")
+    target_link_libraries(${host} PRIVATE KelvaneFoundation::Foundation)
+    set_target_properties(${host} PROPERTIES CXX_STANDARD 20)
+    kelvane_warnings(${host})
+    add_test(NAME ${host} COMMAND "${CMAKE_COMMAND}" "-DHOST=$<TARGET_FILE:${host}>" "-DEXPECTED=${expected}" -P
+                                  "${CMAKE_CURRENT_FUNCTION_LIST_FILE}")
+  endforeach()
 endfunction()

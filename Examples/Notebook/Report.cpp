@@ -47,6 +47,7 @@ bool Report::print() {
   writeLine(format(u"Report on %@", shown(myFolder)));
   writeLine({});
   walkFolder(myFolder, *this);
+  printNotices();
   printTotals();
   myProgress.erase();
   return myOutput.finish() && myTotals.unreadable.empty();
@@ -99,6 +100,7 @@ void Report::addText(TextView name, TextView place, Document&& document) {
   if (!figures.firstLine.empty()) writeLine(u"    | " + figures.firstLine);
   writeDate(document);
   if (!figures.colours.empty()) addColours(figures.colours);
+  myNotes->add(shownPlace, figures.firstLine);
 }
 
 // Without a terminal that shows them, colours are just named.
@@ -146,6 +148,17 @@ void Report::addUnreadable(const std::string& place, const std::string& reason) 
   myProgress.erase();
   const std::string path = place == "." ? myFolder : myFolder + '/' + place;
   complain(format(u"%@: %@", shown(path), myTotals.unreadable.back().second));
+}
+
+void Report::printNotices() {
+  myNotes->removeEmpty();
+  if (myNotices.count() == 0) return;
+  writeLine({});
+  writeLine(u"Notes");
+  for (const Text& line : myNotices.lines()) writeLine(u"    " + line);
+  if (myNotices.count() > myNotices.lines().size())
+    writeLine(format(u"    and %lu more", myNotices.count() - myNotices.lines().size()));
+  writeLine(u"    " + counted(myNotices.changes(), u"change"));
 }
 
 void Report::printTotals() {

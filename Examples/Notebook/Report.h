@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "DocumentReader.h"
 #include "Figures.h"
 #include "FolderWalk.h"
+#include "Notes.h"
 #include "Output.h"
 #include "Platform/Foundation/Text.h"
 #include "ProgressLine.h"
@@ -59,6 +61,7 @@ class Report : private FolderVisitor {
   void writeAttachment(const Document& document);
   void writeDate(const Document& document);
   void addColours(const std::vector<kelvane::Text>& colours);
+  void printNotices();
   void printTotals();
   void writeLine(kelvane::TextView line);
 
@@ -66,6 +69,8 @@ class Report : private FolderVisitor {
   kelvane::Text mySummary;
   bool myShowsColours;
   Totals myTotals;
+  kelvane::Ref<NoteList> myNotes = std::make_shared<NoteList>();
+  Notices myNotices{myNotes};
   Output myOutput;
   ProgressLine myProgress;
 };

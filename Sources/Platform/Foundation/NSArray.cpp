@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "Platform/Foundation/CollectionDescription.h"
+#include "Platform/Foundation/CollectionNesting.h"
 #include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/NSNumber.h"
 #include "Platform/Foundation/Raise.h"
@@ -21,6 +22,13 @@ NSArray::NSArray(std::vector<Ref<NSObject>> elements) : myElements(std::move(ele
   for (const Ref<NSObject>& element : myElements) requireObject("initWithArray:", element);
 }
 
+NSArray::~NSArray() {
+  detail::ReleasingElements releasing;
+  if (releasing.isTooDeep())
+    for (Ref<NSObject>& element : myElements) releasing.leave(std::move(element));
+  myElements.clear();
+}
+
 Ref<NSArray> NSArray::arrayWithObjects(std::initializer_list<Ref<NSObject>> elements) {
   return std::make_shared<NSArray>(std::vector<Ref<NSObject>>(elements));
 }
@@ -36,13 +44,17 @@ std::size_t NSArray::indexOfObject(const Ref<NSObject>& object) const {
 }
 
 bool NSArray::isEqual(const NSObject& other) const {
+  if (this == &other) return true;
   const NSArray* array = as<NSArray>(&other);
-  return array && std::equal(begin(), end(), array->begin(), array->end(),
+  const detail::ComparingElements comparing;
+  return array && !comparing.isTooDeep() && count() == array->count() && std::equal(begin(), end(), array->begin(), array->end(),
                              [](const auto& a, const auto& b) { return areEqual(a, b); });
 }
 
 std::size_t NSArray::hash() const {
   std::size_t hash = count();
+  const detail::HashingElements hashing;
+  if (hashing.isWithin()) return hash;
   for (const Ref<NSObject>& element : myElements) hash = hash * 31 + element->hash();
   return hash;
 }

@@ -15,6 +15,9 @@ class KELVANE_EXPORT NSArray : public NSObject {
  public:
   NSArray() = default;
   explicit NSArray(std::vector<Ref<NSObject>> elements);
+  NSArray(const NSArray&) = default;
+  NSArray& operator=(const NSArray&) = default;
+  ~NSArray() override;
   static Ref<NSArray> arrayWithObjects(std::initializer_list<Ref<NSObject>> elements);
 
   std::size_t count() const { return myElements.size(); }
@@ -31,7 +34,10 @@ class KELVANE_EXPORT NSArray : public NSObject {
 
   static constexpr std::size_t NSNotFound = kelvane::NSNotFound;
 
+  // Collections that stand within more than 512 others, and so those that hold themselves, are equal to none but
+  // themselves there.
   bool isEqual(const NSObject& other) const override;
+  // Collections within count with their number of elements alone.
   std::size_t hash() const override;
   // One element to a line, indented by 4 blanks, between "(" and ")", with commas between them; "()" when there are
   // none. An array that holds itself shows as "(...)" within.

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "Platform/Foundation/CollectionDescription.h"
+#include "Platform/Foundation/CollectionNesting.h"
 #include "Platform/Foundation/NSNumber.h"
 #include "Platform/Foundation/PropertyChange.h"
 #include "Platform/Foundation/Raise.h"
@@ -13,6 +14,13 @@ namespace kelvane {
 NSDictionary::NSDictionary(Entries entries) : myEntries(std::move(entries)) {
   for (const auto& [key, value] : myEntries)
     if (!value) raiseInvalidArgument("initWithDictionary:", "the value cannot be nil for key", key);
+}
+
+NSDictionary::~NSDictionary() {
+  detail::ReleasingElements releasing;
+  if (releasing.isTooDeep())
+    for (auto& entry : myEntries) releasing.leave(std::move(entry.second));
+  myEntries.clear();
 }
 
 Ref<NSDictionary> NSDictionary::dictionaryWithEntries(std::initializer_list<Entries::value_type> entries) {
@@ -32,14 +40,18 @@ std::vector<Text> NSDictionary::allKeys() const {
 }
 
 bool NSDictionary::isEqual(const NSObject& other) const {
+  if (this == &other) return true;
   const NSDictionary* dictionary = as<NSDictionary>(&other);
-  return dictionary &&
+  const detail::ComparingElements comparing;
+  return dictionary && !comparing.isTooDeep() && count() == dictionary->count() &&
          std::equal(begin(), end(), dictionary->begin(), dictionary->end(),
                     [](const auto& a, const auto& b) { return a.first == b.first && areEqual(a.second, b.second); });
 }
 
 std::size_t NSDictionary::hash() const {
   std::size_t hash = count();
+  const detail::HashingElements hashing;
+  if (hashing.isWithin()) return hash;
   for (const auto& [key, value] : myEntries) hash = (hash * 31 + std::hash<Text>()(key)) * 31 + value->hash();
   return hash;
 }

@@ -20,6 +20,9 @@ class KELVANE_EXPORT NSDictionary : public NSObject {
 
   NSDictionary() = default;
   explicit NSDictionary(Entries entries);
+  NSDictionary(const NSDictionary&) = default;
+  NSDictionary& operator=(const NSDictionary&) = default;
+  ~NSDictionary() override;
   static Ref<NSDictionary> dictionaryWithEntries(std::initializer_list<Entries::value_type> entries);
 
   std::size_t count() const { return myEntries.size(); }
@@ -31,6 +34,7 @@ class KELVANE_EXPORT NSDictionary : public NSObject {
   auto begin() const { return myEntries.begin(); }
   auto end() const { return myEntries.end(); }
 
+  // Collections within others as in NSArray.h.
   bool isEqual(const NSObject& other) const override;
   std::size_t hash() const override;
   // One "key = value;" to a line, indented by 4 blanks, between "{" and "}"; "{}" when there are none. A dictionary

@@ -142,7 +142,7 @@ PropertyChange::PropertyChange(NSObject& object, const void* field) : myObject(o
     Observing::begin(object, *key, NSKeyValueChangeKind::Setting, nullptr);
     myIsPending = true;
   } else {
-    observing->keepNewValues(*key);
+    if (observing->isTelling()) observing->keepNewValues(*key);
     myKeepsOldValue = key->wantOld > 0;
   }
   ++key->users;
@@ -162,8 +162,7 @@ PropertyChange::PropertyChange(NSObject& object, TextView key, NSKeyValueChangeK
   myKey = observed;
 }
 
-PropertyChange::~PropertyChange() {
-  if (!myKey) return;
+void PropertyChange::abandon() {
   --myKey->users;
   if (myIsPending)
     Observing::cancel(myObject, *myKey);

@@ -1,5 +1,6 @@
 #include "Platform/Foundation/NSManagedObject.h"
 
+#include "Platform/Foundation/PropertyChange.h"
 #include "Platform/Foundation/PropertyTable.h"
 #include "Platform/Foundation/Raise.h"
 #include "Platform/Foundation/TextEncoding.h"
@@ -33,8 +34,10 @@ Ref<NSObject> NSManagedObject::valueForKey(TextView key) const {
 
 void NSManagedObject::setValueForKey(const Ref<NSObject>& value, TextView key) {
   if (propertyTable().find(key) || !myValues.contains(key)) return NSObject::setValueForKey(value, key);
+  detail::PropertyChange change(*this, key);
   setPrimitiveValueForKey(value, key);
   didChangeValueForKey(key);
+  change.tell();
 }
 
 void NSManagedObject::willAccessValueForKey(TextView) const {}

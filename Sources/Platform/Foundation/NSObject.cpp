@@ -35,10 +35,6 @@ std::size_t lastNameStart(std::string_view name) {
 
 }  // namespace
 
-NSObject::~NSObject() {
-  if (mySlot.observing) dropObserving();
-}
-
 bool NSObject::isEqual(const NSObject& other) const { return this == &other; }
 
 std::size_t NSObject::hash() const { return std::hash<const NSObject*>()(this); }

@@ -65,7 +65,9 @@ class KELVANE_EXPORT NSObject : public std::enable_shared_from_this<NSObject> {
  public:
   NSObject() = default;
   // Inline, since values such as colours are made and gone in less time than a call takes.
-  virtual ~NSObject() = default;
+  virtual ~NSObject() {
+    if (mySlot.observing) dropObserving();
+  }
 
   // isEqual:  Whether the two are the same in value. Identity, unless a class says otherwise.
   virtual bool isEqual(const NSObject& other) const;

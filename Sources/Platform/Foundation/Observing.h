@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <utility>
 
 #include "Platform/Foundation/KeyPath.h"
 #include "Platform/Foundation/NSKeyValueObserving.h"
@@ -130,6 +131,8 @@ class Observing {
     while (key && key->field != field) key = key->next;
     return key;
   }
+  // Whether observers of any key are just hearing of a change.
+  bool isTelling() const { return myDispatches; }
   const Observation* latestMade() const { return myLatestMade; }
 
  private:
@@ -157,14 +160,34 @@ Ref<NSObject> objectsAtIndexes(const Ref<NSObject>& array, const NSIndexSet& ind
 // Tells the observers of one key about one change.
 class Dispatch {
  public:
-  Dispatch(NSObject& object, ObservedKey& key, NSKeyValueChangeKind kind, Ref<NSIndexSet> indexes, bool isPrior);
-  ~Dispatch();
+  // Inline, as is the end: every change that is heard passes here.
+  Dispatch(NSObject& object, ObservedKey& key, NSKeyValueChangeKind kind, Ref<NSIndexSet> indexes, bool isPrior)
+      : myObject(&object), myKey(key) {
+    myChange.myKind = kind;
+    myChange.myIndexes = std::move(indexes);
+    myChange.myIsPrior = isPrior;
+    myChange.myObject = &object;
+    myChange.myKey = key.key;
+    Observing& observing = *Observing::of(object);
+    myLatestSerial = observing.myLatestSerial;
+    myOuter = std::exchange(observing.myDispatches, this);
+    ++key.users;
+  }
+  ~Dispatch() {
+    if (!myObject) return;
+    Observing::of(*myObject)->myDispatches = myOuter;
+    --myKey.users;
+    if (!myKey.isUsed()) Observing::tidy(*myObject, myKey);
+  }
   Dispatch(const Dispatch&) = delete;
   Dispatch& operator=(const Dispatch&) = delete;
 
   void setOldValue(const Ref<NSObject>& value);
   void setNewValue(const Ref<NSObject>& value);
-  void setPlainValues(const PlainValue& oldValue, const PlainValue& newValue);
+  void setPlainValues(const PlainValue& oldValue, const PlainValue& newValue) {
+    myChange.myPlainOld = oldValue;
+    myChange.myPlainNew = newValue;
+  }
   // Then throws what an observer threw first.
   void run();
   bool isObjectAlive() const { return myObject; }

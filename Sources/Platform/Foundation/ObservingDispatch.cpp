@@ -31,34 +31,9 @@ Ref<NSObject> objectsAtIndexes(const Ref<NSObject>& array, const NSIndexSet& ind
   return std::make_shared<NSArray>(std::move(objects));
 }
 
-Dispatch::Dispatch(NSObject& object, ObservedKey& key, NSKeyValueChangeKind kind, Ref<NSIndexSet> indexes, bool isPrior)
-    : myObject(&object), myKey(key) {
-  myChange.myKind = kind;
-  myChange.myIndexes = std::move(indexes);
-  myChange.myIsPrior = isPrior;
-  myChange.myObject = &object;
-  myChange.myKey = key.key;
-  Observing& observing = *Observing::of(object);
-  myLatestSerial = observing.myLatestSerial;
-  myOuter = std::exchange(observing.myDispatches, this);
-  ++key.users;
-}
-
-Dispatch::~Dispatch() {
-  if (!myObject) return;
-  Observing::of(*myObject)->myDispatches = myOuter;
-  --myKey.users;
-  Observing::tidy(*myObject, myKey);
-}
-
 void Dispatch::setOldValue(const Ref<NSObject>& value) { myChange.myOld = value; }
 
 void Dispatch::setNewValue(const Ref<NSObject>& value) { myChange.myNew = value; }
-
-void Dispatch::setPlainValues(const PlainValue& oldValue, const PlainValue& newValue) {
-  myChange.myPlainOld = oldValue;
-  myChange.myPlainNew = newValue;
-}
 
 Link* Dispatch::firstLink() {
   if (!myObject) return nullptr;

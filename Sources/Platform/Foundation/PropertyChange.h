@@ -32,7 +32,9 @@ class KELVANE_EXPORT PropertyChange {
   PropertyChange(NSObject& object, TextView key);
   // Of elements of an array property; `indexes` null for the whole.
   PropertyChange(NSObject& object, TextView key, NSKeyValueChangeKind kind, const NSIndexSet* indexes);
-  ~PropertyChange();
+  ~PropertyChange() {
+    if (myKey) abandon();
+  }
   PropertyChange(const PropertyChange&) = delete;
   PropertyChange& operator=(const PropertyChange&) = delete;
 
@@ -44,6 +46,8 @@ class KELVANE_EXPORT PropertyChange {
   void tell(const PlainValue& oldValue, const PlainValue& newValue);
 
  private:
+  void abandon();
+
   NSObject& myObject;
   // Null when there is nobody to tell.
   ObservedKey* myKey = nullptr;

@@ -168,5 +168,33 @@ TEST(ElementTraits, ReferencesPointersAndPlainValues) {
   EXPECT_TRUE(!Pointers::equal(a.get(), b.get()) && Pointers::isNil(nullptr) && !Pointers::isNil(a.get()));
 }
 
+// Nested in turn, so that each kind meets the other.
+Ref<NSObject> nested(std::size_t levels) {
+  Ref<NSObject> object = NSArray::arrayWithObjects({});
+  for (std::size_t level = 1; level < levels; ++level)
+    object = level % 2 == 0 ? Ref<NSObject>(NSArray::arrayWithObjects({object}))
+                            : NSDictionary::dictionaryWithEntries({{u"key", object}});
+  return object;
+}
+
+TEST(Collections, DeepNestsDoNotUseUpTheStack) {
+  EXPECT_TRUE(nested(512)->isEqual(*nested(512)));
+  const Ref<NSObject> deep = nested(1'000'000);
+  EXPECT_TRUE(deep->isEqual(*deep));
+  EXPECT_FALSE(deep->isEqual(*nested(1'000'000)));
+  EXPECT_EQ(deep->hash(), nested(4)->hash());
+
+  const auto makeCircle = [] {
+    const auto circle = std::make_shared<NSMutableArray>();
+    circle->addObject(circle);
+    circle->addObject(circle);
+    return circle;
+  };
+  const auto a = makeCircle(), b = makeCircle();
+  EXPECT_EQ(a->hash(), b->hash());
+  EXPECT_TRUE(a->isEqual(*a) && !a->isEqual(*b));
+  for (const auto& circle : {a, b}) circle->removeAllObjects();
+}
+
 }  // namespace
 }  // namespace kelvane

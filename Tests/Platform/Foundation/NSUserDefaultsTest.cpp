@@ -12,6 +12,7 @@
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/NSArray.h"
+#include "Platform/Foundation/NSKeyValueObserving.h"
 #include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/NSUserDefaults.h"
 #include "Platform/Foundation/NSUserDefaultsController.h"
@@ -110,6 +111,51 @@ TEST_F(NSUserDefaultsTest, ObserversHearEachChangeOnce) {
   ASSERT_TRUE(other.synchronize());
   ASSERT_TRUE(defaults.synchronize());
   EXPECT_EQ(heard, (std::vector<Text>{u"a: 1 -> 5", u"b: new -> (null)"}));
+}
+
+TEST_F(NSUserDefaultsTest, RegisteringIsHeardAndKeepsCopies) {
+  NSUserDefaults defaults(path);
+  defaults.setObject(box(1), u"set");
+  std::vector<Text> heard;
+  defaults.addObserver([](TextView, const auto&, const auto&) { throw std::domain_error("observer"); });
+  defaults.addObserver([&](TextView key, const Ref<NSObject>& oldValue, const Ref<NSObject>& newValue) {
+    heard.push_back(format(u"%@: %@ -> %@", key, oldValue, newValue));
+  });
+  const auto list = std::make_shared<NSMutableArray>();
+  const auto registered = NSDictionary::dictionaryWithEntries({{u"list", list}, {u"set", box(2)}, {u"a", box(3)}});
+  EXPECT_THROW(defaults.registerDefaults(*registered), std::domain_error);
+  EXPECT_EQ(std::exchange(heard, {}), (std::vector<Text>{u"a: (null) -> 3", u"list: (null) -> ()"}));
+  list->addObject(box(1));
+  EXPECT_EQ(description(defaults.objectForKey(u"list")), u"()");
+  EXPECT_THROW(defaults.registerDefaults(*NSDictionary::dictionaryWithEntries({{u"b", NSNull::null()}})),
+               std::invalid_argument);
+  EXPECT_THROW(defaults.removeObjectForKey(u"set"), std::domain_error);
+  EXPECT_EQ(heard, (std::vector<Text>{u"set: 1 -> 2"})) << "in spite of the one before, and of the refusal";
+}
+
+TEST_F(NSUserDefaultsTest, ValuesAreObservedThroughTheController) {
+  struct Listener : NSObject {
+    void observeValueForKeyPath(TextView keyPath, NSObject&, const NSKeyValueChange& change, void*) override {
+      heard.push_back(format(u"%@: %@ -> %@", keyPath, change.oldValue(), change.newValue()));
+    }
+    std::vector<Text> heard;
+  };
+  NSUserDefaults defaults(path), other(path);
+  Listener listener;
+  {
+    NSUserDefaultsController controller(defaults), second(defaults);
+    controller.addObserver(listener, u"values.zoom", NSKeyValueObservingOptionNew | NSKeyValueObservingOptionOld,
+                           nullptr);
+    controller.setValueForKeyPath(box(1), u"values.zoom");
+    second.setValueForKeyPath(box(2), u"values.zoom");
+    second.setValueForKeyPath(box(2), u"values.other");
+    defaults.setObject(nullptr, u"zoom");
+    other.setObject(box(3), u"zoom");
+    ASSERT_TRUE(defaults.synchronize() && other.synchronize() && defaults.synchronize());
+  }
+  defaults.setObject(box(4), u"zoom");
+  EXPECT_EQ(listener.heard, (std::vector<Text>{u"values.zoom: <null> -> 1", u"values.zoom: 1 -> 2",
+                                               u"values.zoom: 2 -> <null>", u"values.zoom: <null> -> 3"}));
 }
 
 TEST_F(NSUserDefaultsTest, SavesOnTopOfWhatOthersSaved) {
