@@ -62,7 +62,9 @@ void QNObservationHandler::setPropertyKeyPath(TextView propertyKeyPath, NSKeyVal
 void QNObservationHandler::addPropertyObserverToValues(const Ref<NSObject>& values) {
   const auto array = as<NSArray>(values);
   if (!array) return;
-  // A copy, since whoever is told at once of the first values may change the array.
+  if ((myPropertyOptions & NSKeyValueObservingOptionInitial) == 0)
+    return addPropertyObserverToValues(std::span(array->begin(), array->end()));
+  // Whoever is told at once of the first values may change the array.
   const std::vector<Ref<NSObject>> elements(array->begin(), array->end());
   addPropertyObserverToValues(elements);
 }

@@ -147,6 +147,19 @@ TEST_F(NotebookTest, tellsWhatFilesHold) {
 )");
 }
 
+TEST_F(NotebookTest, followsItsNotes) {
+  write("a.txt", "Tea\n");
+  write("b.txt", "");
+  EXPECT_THAT(reportOn(myFolder).out, HasSubstr(R"(
+Notes
+    added "a.txt"
+    "a.txt" is now "Tea"
+    added "b.txt"
+    removed "b.txt"
+    4 changes
+)"));
+}
+
 TEST_F(NotebookTest, walksInOrderAndSkipsWhatIsNoFile) {
   write("b/c.txt", "c");
   write("b/a.txt", "a");

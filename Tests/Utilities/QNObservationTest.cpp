@@ -232,94 +232,91 @@ TEST(QNObjectArrayPropertyObserver, BeginningTwiceLeavesTheFirstToNobody) {
 }
 
 // Both observers over random changes of one array, against a plain count of who is registered how often.
+class RandomChanges {
+ public:
+  explicit RandomChanges(unsigned seed) : myRandom(seed) {
+    for (int i = 0; i < 6; ++i) myPool.push_back(item(u"i"));
+    myObserver.setDelegate(myDelegate);
+    myObserver.observerObject(myDocument, u"items", u"name");
+    makeHandler();
+  }
+
+  void step() {
+    const std::size_t count = myDocument->array()->count();
+    const std::size_t index = below(count + 1);
+    const Ref<Item> one = myPool[below(myPool.size())];
+    const std::size_t kind = below(30);
+    if (kind == 0) return setAll();
+    if (kind < 10) return rename(one);
+    if (kind < 20 || index == count) {
+      myDocument->items().insertObject(one, index);
+      come(one.get());
+    } else {
+      go(as<Item>(myDocument->array()->objectAtIndex(index)).get());
+      if (kind < 25) return myDocument->items().removeObjectAtIndex(index);
+      myDocument->items().replaceObjectAtIndex(index, one);
+      come(one.get());
+    }
+  }
+
+ private:
+  std::size_t below(std::size_t limit) { return myRandom() % limit; }
+
+  void makeHandler() {
+    myHandler = nullptr;
+    myHandler = std::make_unique<QNObservationHandler>();
+    myHandler->setTarget(&myTarget);
+    myHandler->setSubject(myDocument.get(), u"items");
+    myHandler->setPropertyKeyPath(u"name", NSKeyValueObservingOptionNew, &nameContext);
+  }
+  void come(Item* one) {
+    for (auto* counts : {&myHandled, &myObserved, &myListed}) ++(*counts)[one];
+  }
+  // The handler forgets what it removes, however often it stood there, and removes nothing once it lists nothing.
+  void go(Item* one) {
+    --myObserved[one];
+    if (std::all_of(myListed.begin(), myListed.end(), [](auto& entry) { return entry.second == 0; })) return;
+    myListed[one] = 0;
+    --myHandled[one];
+  }
+  // The handler keeps to the old elements, so it is made anew to go on.
+  void setAll() {
+    std::vector<Ref<NSObject>> items;
+    for (std::size_t i = below(5); i > 0; --i) items.push_back(myPool[below(myPool.size())]);
+    myDocument->setItems(std::make_shared<NSMutableArray>(items));
+    makeHandler();
+    for (auto* counts : {&myHandled, &myObserved, &myListed}) counts->clear();
+    for (const auto& added : items) come(as<Item>(added).get());
+  }
+  void rename(const Ref<Item>& one) {
+    myDelegate->take();
+    one->setName(u"n");
+    EXPECT_EQ(myTarget.take().size(), static_cast<std::size_t>(myHandled[one.get()]));
+    EXPECT_EQ(myDelegate->take(), myObserved[one.get()]);
+    // One that stands nowhere dies for good.
+    if (myHandled[one.get()] > 0 || myObserved[one.get()] > 0) return;
+    for (auto* counts : {&myHandled, &myObserved, &myListed}) counts->erase(one.get());
+    *std::find(myPool.begin(), myPool.end(), one) = item(u"new");
+  }
+
+  std::mt19937 myRandom;
+  Ref<Document> myDocument = std::make_shared<Document>();
+  std::shared_ptr<Delegate> myDelegate = std::make_shared<Delegate>();
+  std::vector<Ref<Item>> myPool;
+  std::map<Item*, int> myHandled, myObserved;
+  // Whom the handler lists.
+  std::map<Item*, int> myListed;
+  Target myTarget;
+  std::unique_ptr<QNObservationHandler> myHandler;
+  QNObjectArrayPropertyObserver myObserver;
+};
+
 TEST(QNObservation, RandomSequencesMatchAPlainModel) {
   const CapturedSystemLog log;
   for (unsigned seed = 0; seed < 40 && !testing::Test::HasFailure(); ++seed) {
     SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
-    const auto below = [&](std::size_t limit) { return random() % limit; };
-    const auto document = std::make_shared<Document>();
-    const auto delegate = std::make_shared<Delegate>();
-    Target target;
-    auto handler = std::make_unique<QNObservationHandler>();
-    handler->setTarget(&target);
-    handler->setSubject(document.get(), u"items");
-    handler->setPropertyKeyPath(u"name", NSKeyValueObservingOptionNew, &nameContext);
-    QNObjectArrayPropertyObserver observer;
-    observer.setDelegate(delegate);
-    observer.observerObject(document, u"items", u"name");
-    std::vector<Ref<Item>> pool;
-    for (int i = 0; i < 6; ++i) pool.push_back(item(u"i"));
-    std::map<Item*, int> handled, observed;
-    // Whom the handler lists: what it removes it forgets, however often it was there.
-    std::map<Item*, int> listed;
-    const auto come = [&](Item* one) { ++handled[one], ++observed[one], ++listed[one]; };
-
-    for (int step = 0; step < 200; ++step) {
-      const std::size_t count = document->array()->count();
-      const auto standing = [&](std::size_t index) {
-        return as<Item>(document->array()->objectAtIndex(index)).get();
-      };
-      const Ref<Item> one = pool[below(pool.size())];
-      const auto go = [&](Item* gone) {
-        --observed[gone];
-        const bool isEmpty = std::all_of(listed.begin(), listed.end(), [](auto& entry) { return entry.second == 0; });
-        if (isEmpty) return true;
-        listed[gone] = 0;
-        return --handled[gone] >= 0;
-      };
-      switch (below(6)) {
-        case 0:
-        case 1:
-          document->items().insertObject(one, below(count + 1));
-          come(one.get());
-          break;
-        case 2:
-          if (count == 0) break;
-          {
-            const std::size_t index = below(count);
-            EXPECT_TRUE(go(standing(index)));
-            document->items().removeObjectAtIndex(index);
-          }
-          break;
-        case 3:
-          if (count == 0) break;
-          {
-            const std::size_t index = below(count);
-            EXPECT_TRUE(go(standing(index)));
-            document->items().replaceObjectAtIndex(index, one);
-            come(one.get());
-          }
-          break;
-        case 4: {
-          if (below(5) > 0) break;
-          // The handler keeps to the old elements, so it is made anew to go on.
-          std::vector<Ref<NSObject>> items;
-          for (std::size_t i = below(5); i > 0; --i) items.push_back(pool[below(pool.size())]);
-          document->setItems(std::make_shared<NSMutableArray>(items));
-          handler = nullptr;
-          handler = std::make_unique<QNObservationHandler>();
-          handler->setTarget(&target);
-          handler->setSubject(document.get(), u"items");
-          handler->setPropertyKeyPath(u"name", NSKeyValueObservingOptionNew, &nameContext);
-          for (auto* counts : {&handled, &observed, &listed}) counts->clear();
-          for (const auto& added : items) come(as<Item>(added).get());
-          break;
-        }
-        default: {
-          delegate->take();
-          one->setName(u"n");
-          EXPECT_EQ(target.take().size(), static_cast<std::size_t>(handled[one.get()]));
-          EXPECT_EQ(delegate->take(), observed[one.get()]);
-          // One that stands nowhere dies for good.
-          if (handled[one.get()] > 0 || observed[one.get()] > 0) break;
-          for (auto* counts : {&handled, &observed, &listed}) counts->erase(one.get());
-          *std::find(pool.begin(), pool.end(), one) = item(u"new");
-          break;
-        }
-      }
-      target.take();
-    }
+    RandomChanges changes(seed);
+    for (int step = 0; step < 200; ++step) changes.step();
   }
 }
 
