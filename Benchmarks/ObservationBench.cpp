@@ -104,7 +104,8 @@ std::int64_t countedByQt(int receiverCount) {
   QBuffer sender;
   std::vector<std::int64_t> counts(static_cast<std::size_t>(receiverCount));
   for (std::int64_t& count : counts)
-    QObject::connect(&sender, &QIODevice::bytesWritten, &sender, [&count](qint64) { ++count; }, Qt::DirectConnection);
+    QObject::connect(
+        &sender, &QIODevice::bytesWritten, &sender, [&count](qint64) { ++count; }, Qt::DirectConnection);
   std::int64_t field = 0;
   changeAll([&](std::int64_t value) {
     field = value;
@@ -253,11 +254,13 @@ const Subject attaching([] {
 
   // What is held is the result itself, and what hangs off it.
   Row("register with each element")
-      .ours([] {
-        auto counter = std::make_unique<Counter>();
-        addObserver(*manyItems(), *counter, NSIndexSet(NSRange{0, elements}), u"value", 0, nullptr);
-        return counter;
-      }, [](const auto& counter) { return counter->count; })
+      .ours(
+          [] {
+            auto counter = std::make_unique<Counter>();
+            addObserver(*manyItems(), *counter, NSIndexSet(NSRange{0, elements}), u"value", 0, nullptr);
+            return counter;
+          },
+          [](const auto& counter) { return counter->count; })
       .per("element", elements)
       .memory(320 * elements);
 });

@@ -62,8 +62,7 @@ void Notices::observeValueForKeyPath(TextView keyPath, NSObject& ofObject, const
   const bool isRemoval = change.kind() == kelvane::NSKeyValueChangeKind::Removal;
   const auto notes = kelvane::as<kelvane::NSArray>(isRemoval ? change.oldValue() : change.newValue());
   for (const auto& note : *notes)
-    put(format(u"%@ \"%@\"", isRemoval ? TextView(u"removed") : TextView(u"added"),
-               kelvane::as<Note>(note)->title()));
+    put(format(u"%@ \"%@\"", isRemoval ? TextView(u"removed") : TextView(u"added"), kelvane::as<Note>(note)->title()));
 }
 
 void Notices::put(Text line) {

@@ -28,8 +28,8 @@ class KELVANE_EXPORT QNObjectArrayPropertyObserverDelegate {
 //   observer.setDelegate(sidebar);
 //   observer.observerObject(document, u"items", u"name");
 //
-// Observed object, delegate and array are not kept alive. It can begin anew after `removeObserver`; beginning twice leaves
-// the first registrations in place, whose notifications then count as nobody's. Main thread only.
+// Observed object, delegate and array are not kept alive. It can begin anew after `removeObserver`; beginning twice
+// leaves the first registrations in place, whose notifications then count as nobody's. Main thread only.
 class KELVANE_EXPORT QNObjectArrayPropertyObserver : public NSObject {
  public:
   QNObjectArrayPropertyObserver() = default;
@@ -45,19 +45,19 @@ class KELVANE_EXPORT QNObjectArrayPropertyObserver : public NSObject {
     myDelegateWeakRef = delegate;
   }
 
-  // observerObject:keyPath:propertyKeyPath:  Begins to observe the array at the key path of the object, and the property
-  // of its elements. A value that is no array is one without elements; of a nil object there is nothing to observe.
-  // Raises as addObserver does.
+  // observerObject:keyPath:propertyKeyPath:  Begins to observe the array at the key path of the object, and the
+  // property of its elements. A value that is no array is one without elements; of a nil object there is nothing to
+  // observe. Raises as addObserver does.
   void observerObject(const Ref<NSObject>& object, TextView keyPath, TextView propertyKeyPath);
   // observerObject:keyPath:propertyKeyPath:handler:  The same; the handler is only stored, and not owned.
   void observerObject(const Ref<NSObject>& object, TextView keyPath, TextView propertyKeyPath, NSObject* handler);
 
-  // addArrayObjectsObservers:  Registers with the elements of the array, and remembers which indexes of which array these
-  // were. Nothing for an empty array and for what is none.
+  // addArrayObjectsObservers:  Registers with the elements of the array, and remembers which indexes of which array
+  // these were. Nothing for an empty array and for what is none.
   void addArrayObjectsObservers(const Ref<NSObject>& value);
-  // removeArrayObjectsObservers:  Ends the registrations with the elements: when it is the very array that was added last
-  // and has grown since, with those at the remembered indexes, else with all. std::invalid_argument at the first that
-  // there is no registration with.
+  // removeArrayObjectsObservers:  Ends the registrations with the elements: when it is the very array that was added
+  // last and has grown since, with those at the remembered indexes, else with all. std::invalid_argument at the first
+  // that there is no registration with.
   void removeArrayObjectsObservers(const Ref<NSObject>& value);
   // propagatePropertyChangeToDelegate
   void propagatePropertyChangeToDelegate();

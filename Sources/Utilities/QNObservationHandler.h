@@ -47,12 +47,12 @@ class KELVANE_EXPORT QNObservationHandler : public NSObject {
   // changed, as addObserver does.
   void setSubject(NSObject* subject, TextView valueKeyPath, void* changeContext = nullptr);
 
-  // setPropertyKeyPath:options:context:  Follows this property of the elements, in place of the one before. To be called
-  // after setSubject: without a subject there are no elements.
+  // setPropertyKeyPath:options:context:  Follows this property of the elements, in place of the one before. To be
+  // called after setSubject: without a subject there are no elements.
   void setPropertyKeyPath(TextView propertyKeyPath, NSKeyValueObservingOptions options, void* context);
 
-  // addPropertyObserverToValues:  Registers with each of the values; a nil one is warned of and skipped. Nothing for what
-  // is no array. Linear.
+  // addPropertyObserverToValues:  Registers with each of the values; a nil one is warned of and skipped. Nothing for
+  // what is no array. Linear.
   void addPropertyObserverToValues(std::span<const Ref<NSObject>> values);
   void addPropertyObserverToValues(const Ref<NSObject>& values);
   // removePropertyObserverFromValues:  Ends one registration with each of the values, and forgets these; nothing while

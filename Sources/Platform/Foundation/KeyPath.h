@@ -21,9 +21,7 @@ class KELVANE_EXPORT KeyPath {
   // One at least; views that live as long as any copy does.
   const std::vector<TextView>& keys() const { return myParts->keys; }
 
-  friend bool operator==(const KeyPath& a, const KeyPath& b) {
-    return a.myParts == b.myParts || a.text() == b.text();
-  }
+  friend bool operator==(const KeyPath& a, const KeyPath& b) { return a.myParts == b.myParts || a.text() == b.text(); }
 
  private:
   struct Split {};

@@ -47,8 +47,9 @@ bool NSArray::isEqual(const NSObject& other) const {
   if (this == &other) return true;
   const NSArray* array = as<NSArray>(&other);
   const detail::ComparingElements comparing;
-  return array && !comparing.isTooDeep() && count() == array->count() && std::equal(begin(), end(), array->begin(), array->end(),
-                             [](const auto& a, const auto& b) { return areEqual(a, b); });
+  return array && !comparing.isTooDeep() && count() == array->count() &&
+         std::equal(begin(), end(), array->begin(), array->end(),
+                    [](const auto& a, const auto& b) { return areEqual(a, b); });
 }
 
 std::size_t NSArray::hash() const {

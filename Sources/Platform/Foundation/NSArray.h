@@ -69,8 +69,8 @@ class KELVANE_EXPORT NSMutableArray : public NSArray {
   // exchangeObjectAtIndex:withObjectAtIndex:
   void exchangeObjectAtIndex(std::size_t index, std::size_t withObjectAtIndex);
   void removeAllObjects() { myElements.clear(); }
-  // insertObjects:atIndexes:  Each stands in its place afterwards. The ranges ascend and do not overlap, and have as many
-  // places as there are objects. Linear.
+  // insertObjects:atIndexes:  Each stands in its place afterwards. The ranges ascend and do not overlap, and have as
+  // many places as there are objects. Linear.
   void insertObjects(const NSArray& objects, const std::vector<NSRange>& atRanges);
   // removeObjectsAtIndexes:  Likewise.
   void removeObjects(const std::vector<NSRange>& ranges);

@@ -13,9 +13,9 @@ namespace kelvane {
 //
 //   notebook->mutableArrayValueForKey(u"notes").addObject(note);
 //
-// Each operation is one change: an insertion, removal, replacement or setting. Where the property holds a mutable array,
-// that very one is changed; where it holds an immutable one, or nil, a changed copy is set in its place. The property is
-// asked for anew each time, so this may be kept; it keeps the object alive when references hold that.
+// Each operation is one change: an insertion, removal, replacement or setting. Where the property holds a mutable
+// array, that very one is changed; where it holds an immutable one, or nil, a changed copy is set in its place. The
+// property is asked for anew each time, so this may be kept; it keeps the object alive when references hold that.
 //
 // Nil elements and a property that is no array raise std::invalid_argument, indexes beyond the end std::out_of_range;
 // then nothing has changed. One thread at a time.
@@ -31,7 +31,8 @@ class KELVANE_EXPORT NSKeyValueMutableArray {
   void addObjectsFromArray(const NSArray& objects);
   // insertObject:atIndex:
   void insertObject(const Ref<NSObject>& object, std::size_t index);
-  // insertObjects:atIndexes:  In ascending order, so that each stands at its index afterwards. As many as indexes. Linear.
+  // insertObjects:atIndexes:  In ascending order, so that each stands at its index afterwards. As many as indexes.
+  // Linear.
   void insertObjects(const NSArray& objects, const NSIndexSet& atIndexes);
   void removeObjectAtIndex(std::size_t index) { removeObjectsAtIndexes(NSIndexSet(index)); }
   void removeLastObject();

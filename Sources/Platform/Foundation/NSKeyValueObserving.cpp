@@ -27,10 +27,10 @@ ObservedKey* observedKey(const NSObject& object, TextView key) {
 void endLatest(const NSObject& object, const NSObject& observer, const KeyPath& keyPath, void* const* context) {
   if (Observation* observation = Observing::find(object, observer, keyPath, context))
     return Observing::end(*observation);
-  raiseInvalidArgument(context ? "removeObserver:forKeyPath:context:" : "removeObserver:forKeyPath:",
-                       utf8(observer.description()) + " is not registered with " + utf8(object.description()) +
-                           " for key path",
-                       keyPath.text());
+  raiseInvalidArgument(
+      context ? "removeObserver:forKeyPath:context:" : "removeObserver:forKeyPath:",
+      utf8(observer.description()) + " is not registered with " + utf8(object.description()) + " for key path",
+      keyPath.text());
 }
 
 // All or none: what is beyond the end is found before anything is done.

@@ -32,21 +32,22 @@
 // and lacks the key counts as nil and is reported to the system log. When another object is set, the old value is read
 // from the one that it replaces.
 //
-// Order. Observers of a key hear in the order in which they registered (for an object further along a key path: in which
-// the path came to it), each as often as it registered. A change that an observer makes is told at once, so whoever has
-// not heard of the first hears of the second before it; each record keeps its own values. A change of a key within a
-// change of the same key (a setter called by key) is one change.
+// Order. Observers of a key hear in the order in which they registered (for an object further along a key path: in
+// which the path came to it), each as often as it registered. A change that an observer makes is told at once, so
+// whoever has not heard of the first hears of the second before it; each record keeps its own values. A change of a key
+// within a change of the same key (a setter called by key) is one change.
 //
 // Coming and going. Who is added while observers hear of a change hears from the next one on; who is removed hears
-// nothing any more. An object that dies, observer or observed, takes its registrations with it; nobody else hears when it
-// dies meanwhile. A class whose destructor changes what it observes calls `stopObserving` first in there.
+// nothing any more. An object that dies, observer or observed, takes its registrations with it; nobody else hears when
+// it dies meanwhile. A class whose destructor changes what it observes calls `stopObserving` first in there.
 //
 // Exceptions. When an observer throws, the others still hear; then the first exception reaches whoever made the change,
 // which stays made.
 //
-// Cost. An object that takes no part has one null pointer. One that does takes 40 bytes, 88 for each key that is observed
-// and 120 for each registration, with 48 more for each further key of its path. Registering is constant; unregistering
-// looks through the observers of the key or the observer's own registrations, whichever are fewer, the latest first.
+// Cost. An object that takes no part has one null pointer. One that does takes 40 bytes, 88 for each key that is
+// observed and 120 for each registration, with 48 more for each further key of its path. Registering is constant;
+// unregistering looks through the observers of the key or the observer's own registrations, whichever are fewer, the
+// latest first.
 //
 // Nothing here keeps anything alive. One thread at a time for all objects that observe each other.
 namespace kelvane {

@@ -123,8 +123,8 @@ class KELVANE_EXPORT NSObject : public std::enable_shared_from_this<NSObject> {
                                       void* context);
 
   // willChangeValueForKey:
-  // didChangeValueForKey:  Between these a class changes a property in a way that is not seen otherwise. Calls of the same
-  // key nest and are told at the last one.
+  // didChangeValueForKey:  Between these a class changes a property in a way that is not seen otherwise. Calls of the
+  // same key nest and are told at the last one.
   void willChangeValueForKey(TextView key);
   void didChangeValueForKey(TextView key);
   // willChange:valuesAtIndexes:forKey:

@@ -24,8 +24,8 @@ class SystemCalls;
 //    The lock is a file beside, "NAME.plist.lock", which stays;
 //  - a file that makes no sense is set aside as "NAME.plist.damaged-1" and reported to the system log.
 //
-// Any thread. Observers are called on the thread that makes a change, without any lock held. When one throws, the others
-// still hear; then the first exception reaches whoever made the change, which stays made.
+// Any thread. Observers are called on the thread that makes a change, without any lock held. When one throws, the
+// others still hear; then the first exception reaches whoever made the change, which stays made.
 class KELVANE_EXPORT NSUserDefaults {
  public:
   // Hears that the value under a key is another one now; nil where there is none, defaults included.

@@ -9,9 +9,9 @@ namespace kelvane {
 // Stands between an application and its preferences: every change that goes through `values` is heard at once by the
 // observers of the store.
 //
-// The values can be observed (NSKeyValueObserving.h), by "values.KEY" of the controller or by "KEY" of `values`, and tell
-// of whatever changes the store: this controller, others, the store itself, and what other processes saved when it is
-// taken up. Such observers hear on the thread that changed the store.
+// The values can be observed (NSKeyValueObserving.h), by "values.KEY" of the controller or by "KEY" of `values`, and
+// tell of whatever changes the store: this controller, others, the store itself, and what other processes saved when it
+// is taken up. Such observers hear on the thread that changed the store.
 //
 // Main thread only; while its values are observed, so is changing the store.
 class KELVANE_EXPORT NSUserDefaultsController : public NSObject {

@@ -15,8 +15,8 @@ namespace {
 const Property* requireKey(const NSObject& object, TextView key) {
   if (const Property* property = object.propertyTable().find(key)) return property;
   if (as<NSArray>(&object))
-    raiseInvalidArgument("addObserver:forKeyPath:options:context:",
-                         "an array cannot be observed, only its elements can, by key", key);
+    raiseInvalidArgument(
+        "addObserver:forKeyPath:options:context:", "an array cannot be observed, only its elements can, by key", key);
   object.valueForKey(key);
   return nullptr;
 }
@@ -95,8 +95,8 @@ void Observing::tidy(NSObject& object) {
   delete std::exchange(object.mySlot.observing, nullptr);
 }
 
-// Attaches the links from `level` on, beginning with `object`. A getter on the way may do anything, end the registration
-// included.
+// Attaches the links from `level` on, beginning with `object`. A getter on the way may do anything, end the
+// registration included.
 void Observing::follow(Observation& observation, std::size_t level, NSObject& object) {
   attach(observation.link(level), object);
   Ref<NSObject> value;
@@ -123,9 +123,11 @@ void Observing::moveLinksBehind(Observation& observation, std::size_t level) {
 
 void Observing::add(NSObject& object, NSObject& observer, const KeyPath& keyPath, NSKeyValueObservingOptions options,
                     void* context) {
-  auto owner = std::make_unique<Observation>(
-      Observation{.object = &object, .observer = &observer, .keyPath = keyPath, .context = context,
-                  .options = static_cast<std::uint8_t>(options & 0xFU)});
+  auto owner = std::make_unique<Observation>(Observation{.object = &object,
+                                                         .observer = &observer,
+                                                         .keyPath = keyPath,
+                                                         .context = context,
+                                                         .options = static_cast<std::uint8_t>(options & 0xFU)});
   Observation& observation = *owner;
   const std::size_t levels = observation.levels();
   if (levels > 1) observation.rest = std::make_unique<Link[]>(levels - 1);

@@ -12,10 +12,10 @@
 
 // What stands behind NSKeyValueObserving.h: who is registered with whom, and how a change reaches them. Not for hosts.
 //
-// An object that takes part has an `Observing`: the list of its keys that are observed, and the list of the registrations
-// that it made itself. A registration, `Observation`, stands with one link in the list of each key on its way: a link
-// per key of its path, the first with the observed object, the last where the value is. When a value on the way changes,
-// the links behind it move.
+// An object that takes part has an `Observing`: the list of its keys that are observed, and the list of the
+// registrations that it made itself. A registration, `Observation`, stands with one link in the list of each key on its
+// way: a link per key of its path, the first with the observed object, the last where the value is. When a value on the
+// way changes, the links behind it move.
 //
 // Everything here may be cut short by what observers do. So whoever calls an observer holds on to nothing but a
 // `Dispatch`, which learns of links that go and of the object's death.
@@ -38,7 +38,9 @@ struct Link {
 struct Observation {
   std::size_t levels() const { return keyPath.keys().size(); }
   Link& link(std::size_t level) { return level == 0 ? first : rest[level - 1]; }
-  std::size_t levelOf(const Link& one) const { return &one == &first ? 0 : static_cast<std::size_t>(&one - &rest[0]) + 1; }
+  std::size_t levelOf(const Link& one) const {
+    return &one == &first ? 0 : static_cast<std::size_t>(&one - &rest[0]) + 1;
+  }
 
   NSObject* object;
   NSObject* observer;

@@ -17,8 +17,8 @@
 //   property(u"name", &Person::name, &Person::setName)          a getter and a setter
 //   property(u"isOpen", &Door::isOpen, &Door::setIsOpen<bool>)  a setter that takes nothing but a bool is a template
 //
-// Properties are observable by the same names (NSKeyValueObserving.h). Setting one by key is always heard; for a setter to
-// be heard it sets the field with `setField`:
+// Properties are observable by the same names (NSKeyValueObserving.h). Setting one by key is always heard; for a setter
+// to be heard it sets the field with `setField`:
 //
 //   void setAge(int age) { setField(myAge, age); }
 //
@@ -66,7 +66,8 @@ requires(!std::is_function_v<Value>) Property property(TextView key, Value Class
 template <class Class, class Value>
 Property property(TextView key, Value (Class::*getter)() const) {
   Property result{Text(key),
-                  [getter](const NSObject& object) { return box((static_cast<const Class&>(object).*getter)()); }, nullptr};
+                  [getter](const NSObject& object) { return box((static_cast<const Class&>(object).*getter)()); },
+                  nullptr};
   if constexpr (std::is_reference_v<Value>)
     result.field = [getter](const NSObject& object) { return &(static_cast<const Class&>(object).*getter)(); };
   return result;

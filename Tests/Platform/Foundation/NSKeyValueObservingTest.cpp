@@ -67,8 +67,8 @@ class Listener : public NSObject {
   void observeValueForKeyPath(TextView keyPath, NSObject& ofObject, const NSKeyValueChange& change,
                               void* context) override {
     heard.push_back(format(u"%@ of %@%@ %@: %@ -> %@", keyPath, ofObject.description(),
-                           context ? format(u"[%ld]", reinterpret_cast<std::intptr_t>(context)) : Text(),
-                           shown(change), flat(change.oldValue()), flat(change.newValue())));
+                           context ? format(u"[%ld]", reinterpret_cast<std::intptr_t>(context)) : Text(), shown(change),
+                           flat(change.oldValue()), flat(change.newValue())));
     if (then) std::exchange(then, nullptr)();
   }
   Texts take() { return std::exchange(heard, {}); }
@@ -215,7 +215,9 @@ TEST(Observing, KeyPathsFollowWhatStandsOnTheWay) {
   CapturedSystemLog log;
   dictionary->setObject(box(u"no node"), u"node");
   EXPECT_EQ(take(), heard(u"8 -> <null>"));
-  EXPECT_THAT(log.take(), ElementsAre(testing::Truly([](const Text& line) { return line.find(u"'node.next.value'") < line.size(); })));
+  EXPECT_THAT(
+      log.take(),
+      ElementsAre(testing::Truly([](const Text& line) { return line.find(u"'node.next.value'") < line.size(); })));
   dictionary->setObject(c, u"node");
   EXPECT_EQ(take(), heard(u"<null> -> 8"));
   dictionary->removeObserver(listener, u"node.next.value");
@@ -354,8 +356,8 @@ TEST(Observing, CopiesAreNotObserved) {
   EXPECT_EQ(listener.take(), Texts{u"value of N3 set: 2 -> 3"});
 }
 
-// Nodes that point at each other, listeners with key paths of up to four keys, all of them dying now and then, against a
-// plain list of registrations whose way is walked anew at each change.
+// Nodes that point at each other, listeners with key paths of up to four keys, all of them dying now and then, against
+// a plain list of registrations whose way is walked anew at each change.
 class RandomObserving {
  public:
   explicit RandomObserving(unsigned seed) : myRandom(seed) {
