@@ -1,5 +1,6 @@
 #include "Platform/Foundation/NSKeyValueMutableArray.h"
 
+#include <string>
 #include <utility>
 
 #include "Platform/Foundation/PropertyChange.h"

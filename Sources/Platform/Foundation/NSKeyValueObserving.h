@@ -44,7 +44,7 @@
 // Exceptions. When an observer throws, the others still hear; then the first exception reaches whoever made the change,
 // which stays made.
 //
-// Cost. An object that takes no part has one null pointer. One that does takes 40 bytes, 88 for each key that is
+// Cost. An object that takes no part has one null pointer. One that does takes 48 bytes, 88 for each key that is
 // observed and 120 for each registration, with 48 more for each further key of its path. Registering is constant;
 // unregistering looks through the observers of the key or the observer's own registrations, whichever are fewer, the
 // latest first.
@@ -68,6 +68,11 @@ enum class NSKeyValueChangeKind : std::uint64_t { Setting = 1, Insertion = 2, Re
 namespace detail {
 class Dispatch;
 class Observing;
+
+// What stands for a value in a change record, nil included.
+Ref<NSObject> nullForNil(Ref<NSObject> value);
+// The elements of an array at indexes that are within it; nil when it is no array.
+Ref<NSObject> objectsAtIndexes(const Ref<NSObject>& array, const NSIndexSet& indexes);
 }  // namespace detail
 
 // A change record. Lives as long as the observer's call; values are made when they are asked for.

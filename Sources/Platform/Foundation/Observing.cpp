@@ -135,7 +135,7 @@ void Observing::add(NSObject& object, NSObject& observer, const KeyPath& keyPath
 
   Observing& observing = madeFor(observer);
   observation.earlier = observing.myLatestMade;
-  if (observation.earlier) observation.earlier->later = &observation;
+  (observation.earlier ? observation.earlier->later : observing.myEarliestMade) = &observation;
   observing.myLatestMade = owner.release();
   const Hold hold(observation);
   try {
@@ -169,11 +169,8 @@ Observation* Observing::find(const NSObject& object, const NSObject& observer, c
 
 void Observing::end(Observation& observation) {
   Observing& observing = *of(*observation.observer);
-  if (observation.later)
-    observation.later->earlier = observation.earlier;
-  else
-    observing.myLatestMade = observation.earlier;
-  if (observation.earlier) observation.earlier->later = observation.later;
+  (observation.later ? observation.later->earlier : observing.myLatestMade) = observation.earlier;
+  (observation.earlier ? observation.earlier->later : observing.myEarliestMade) = observation.later;
   observation.isEnded = true;
   const Hold hold(observation);
   for (std::size_t level = 0; level < observation.levels(); ++level) detach(observation.link(level));

@@ -135,7 +135,7 @@ class Observing {
   }
   // Whether observers of any key are just hearing of a change.
   bool isTelling() const { return myDispatches; }
-  const Observation* latestMade() const { return myLatestMade; }
+  const Observation* earliestMade() const { return myEarliestMade; }
 
  private:
   friend class Dispatch;
@@ -148,16 +148,12 @@ class Observing {
   ObservedKey& addKey(const NSObject& object, const KeyPath& path, TextView key);
 
   ObservedKey* myKeys = nullptr;
+  Observation* myEarliestMade = nullptr;
   Observation* myLatestMade = nullptr;
   Dispatch* myDispatches = nullptr;
   std::uint64_t myLatestSerial = 0;
   bool myIsDying = false;
 };
-
-// What stands for a value in a change record, nil included.
-Ref<NSObject> nullForNil(Ref<NSObject> value);
-// The elements of an array at indexes that are within it; nil when it is no array.
-Ref<NSObject> objectsAtIndexes(const Ref<NSObject>& array, const NSIndexSet& indexes);
 
 // Tells the observers of one key about one change.
 class Dispatch {

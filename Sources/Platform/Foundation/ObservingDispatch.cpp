@@ -1,7 +1,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/Observing.h"
 
 namespace kelvane::detail {
@@ -18,18 +17,6 @@ Ref<NSObject> valueAlong(const KeyPath& keyPath, std::size_t level, Ref<NSObject
 }
 
 }  // namespace
-
-Ref<NSObject> nullForNil(Ref<NSObject> value) { return value ? std::move(value) : NSNull::null(); }
-
-Ref<NSObject> objectsAtIndexes(const Ref<NSObject>& array, const NSIndexSet& indexes) {
-  const NSArray* from = as<NSArray>(array.get());
-  if (!from) return nullptr;
-  std::vector<Ref<NSObject>> objects;
-  for (const NSRange& range : indexes.ranges())
-    for (std::size_t index = range.location; index < range.end(); ++index)
-      objects.push_back(from->objectAtIndex(index));
-  return std::make_shared<NSArray>(std::move(objects));
-}
 
 void Dispatch::setOldValue(const Ref<NSObject>& value) { myChange.myOld = value; }
 
