@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "Extensions/NSString-HTML.h"
 #include "Extensions/TSVTable.h"
 #include "Platform/Foundation/Export.h"
 #include "Platform/Foundation/NSCharacterSet.h"
@@ -13,8 +14,8 @@
 #include "Platform/Foundation/TextLines.h"
 #include "Platform/Foundation/TextSearch.h"
 
-// Operations on text: lines, tokens, trimming, quoting, tables, paths, replacement. The receiver is the first
-// parameter.
+// Operations on text: lines, tokens, trimming, quoting, tables, paths, replacement, and (NSString-HTML.h) HTML. The
+// receiver is the first parameter.
 //
 // All of them take time proportional to their input (and to their result, where replacing makes that longer), may run
 // on any thread, and never fail but where it is said; a result longer than a text can be is std::length_error. Texts

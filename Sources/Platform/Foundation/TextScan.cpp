@@ -105,6 +105,16 @@ std::size_t countAnyOfHere(TextView text, const UnitSet& set) {
   return withMembership(set, [&](auto isMember) { return countLanes(text, isMember); });
 }
 
+// Which lanes hold a member of a set or are above `limit`.
+template <class IsMember>
+auto orAbove(IsMember isMember, char16_t limit) {
+  return [=](auto vector) { return hn::Or(isMember(vector), hn::Gt(vector, hn::Set(Units(), laneOf(limit)))); };
+}
+
+std::size_t countAnyOfOrAboveHere(TextView text, const UnitSet& set, char16_t limit) {
+  return withMembership(set, [&](auto isMember) { return countLanes(text, orAbove(isMember, limit)); });
+}
+
 // The bits of the lanes that are set.
 template <class Mask>
 std::uint64_t bitsOf(Mask mask) {
@@ -136,6 +146,14 @@ void markAnyOfHere(TextView text, const UnitSet& set, std::uint64_t* marks) {
   const std::uint16_t* units = unitsOf(text);
   withMembership(set, [&](auto isMember) {
     markPlaces(text.size(), marks, [&](auto load, std::size_t i) { return isMember(load(units + i)); });
+  });
+}
+
+void markAnyOfOrAboveHere(TextView text, const UnitSet& set, char16_t limit, std::uint64_t* marks) {
+  const std::uint16_t* units = unitsOf(text);
+  withMembership(set, [&](auto isMember) {
+    const auto isMarked = orAbove(isMember, limit);
+    markPlaces(text.size(), marks, [&](auto load, std::size_t i) { return isMarked(load(units + i)); });
   });
 }
 
@@ -232,6 +250,8 @@ HWY_EXPORT(findUnitHere);
 HWY_EXPORT(countUnitHere);
 HWY_EXPORT(countAnyOfHere);
 HWY_EXPORT(markAnyOfHere);
+HWY_EXPORT(countAnyOfOrAboveHere);
+HWY_EXPORT(markAnyOfOrAboveHere);
 HWY_EXPORT(markEndsHere);
 HWY_EXPORT(replaceUnitHere);
 HWY_EXPORT(removeAnyOfHere);
@@ -258,6 +278,14 @@ static_assert(std::endian::native == std::endian::little);
 
 void markAnyOf(TextView text, const UnitSet& set, std::uint64_t* marks) {
   HWY_DYNAMIC_DISPATCH(markAnyOfHere)(text, set, marks);
+}
+
+std::size_t countAnyOfOrAbove(TextView text, const UnitSet& set, char16_t limit) {
+  return HWY_DYNAMIC_DISPATCH(countAnyOfOrAboveHere)(text, set, limit);
+}
+
+void markAnyOfOrAbove(TextView text, const UnitSet& set, char16_t limit, std::uint64_t* marks) {
+  HWY_DYNAMIC_DISPATCH(markAnyOfOrAboveHere)(text, set, limit, marks);
 }
 
 void markEnds(TextView text, TextView needle, std::uint64_t* marks) {

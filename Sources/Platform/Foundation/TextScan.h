@@ -51,7 +51,11 @@ KELVANE_EXPORT std::size_t countAnyOf(TextView text, const UnitSet& set);
 // the first code unit's. `marks` has a bit for each code unit; those behind the last one are cleared.
 KELVANE_EXPORT void markAnyOf(TextView text, const UnitSet& set, std::uint64_t* marks);
 
-// The same for each place where `needle` may begin: where its first code unit stands, and its last one where it would
+// The same two for what is in `set` or above `limit`.
+KELVANE_EXPORT std::size_t countAnyOfOrAbove(TextView text, const UnitSet& set, char16_t limit);
+KELVANE_EXPORT void markAnyOfOrAbove(TextView text, const UnitSet& set, char16_t limit, std::uint64_t* marks);
+
+// Sets the bit of each place where `needle` may begin: where its first code unit stands, and its last one where it would
 // end. `needle` is not empty and no longer than `text`, and `marks` has a bit for each place where it fits.
 KELVANE_EXPORT void markEnds(TextView text, TextView needle, std::uint64_t* marks);
 

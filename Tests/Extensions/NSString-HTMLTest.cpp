@@ -1,0 +1,95 @@
+#include "Extensions/NSString-HTML.h"
+
+#include <gtest/gtest.h>
+
+#include "Platform/Foundation/Boxing.h"
+#include "Platform/Foundation/NSAttributedString.h"
+#include "Platform/Foundation/NSColor.h"
+#include "Platform/Foundation/NSFont.h"
+#include "Platform/Foundation/VectorTargets.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+// One unit after the other.
+Text plainlyEscaped(TextView text) {
+  Text out;
+  for (const char16_t unit : text) {
+    const std::string number = std::to_string(static_cast<unsigned>(unit));
+    if (unit >= 128)
+      out += u"&#" + Text(number.begin(), number.end()) + u";";
+    else if (unit == u'\n' || unit == u'"')
+      out += unit == u'"' ? u"&quot;" : u"<br/>";
+    else if (unit == u'&' || unit == u'<' || unit == u'>')
+      out += unit == u'&' ? u"&amp;" : unit == u'<' ? u"&lt;" : u"&gt;";
+    else
+      out += unit;
+  }
+  return out;
+}
+
+TEST(HTMLString, EscapesEveryUnitOnEveryInstructionSet) {
+  EXPECT_EQ(htmlString(u"A\nB\r\n'\t\"&<>"), u"A<br/>B\r<br/>'\t&quot;&amp;&lt;&gt;");
+  EXPECT_EQ(htmlString(u"\xE9\x20AC\xD83D\xDE00\xD800"), u"&#233;&#8364;&#55357;&#56832;&#55296;");
+  Text all;
+  for (char32_t unit = 0; unit <= 0xFFFF; ++unit) {
+    all += static_cast<char16_t>(unit);
+    all.append(unit % 7 * (unit % 5), u'x');
+  }
+  const std::int64_t supported = supportedVectorTargets();
+  for (std::int64_t left = supported; left != 0; left &= left - 1) {
+    useVectorTargets(left & -left);
+    EXPECT_EQ(htmlString(all), plainlyEscaped(all));
+    for (std::size_t length = 0; length < 150; ++length) {
+      const TextView piece = TextView(all).substr(length, length);
+      ASSERT_EQ(htmlString(piece), plainlyEscaped(piece)) << length;
+    }
+  }
+  useVectorTargets(supported);
+}
+
+TEST(FlattenHTML, ReadsShortTextThroughMacOSRoman) {
+  const std::pair<TextView, TextView> rows[] = {
+      {u"", u""},
+      {u"a b", u"a b"},
+      {u"\xE9", u"\x17D"},            // 8E
+      {u"\x6771", u"\x6771"},         // no such character
+      {u"<\x6771>", u"<\x6771>"},     // so the text itself, tag or not
+      {u"<b>", u""},
+      {u"\xD4\xAA\xF8", u""},         // EF BB BF, the mark of UTF-8
+      {u"caf\xE9", u"caf\xE9"},       // four units are read as they are
+      {u"<p>\x6771<p>b", u"\x6771\nb"},
+  };
+  for (const auto& [text, flat] : rows) EXPECT_EQ(flattenHTML(text), flat) << testing::PrintToString(text);
+  EXPECT_EQ(NSStringExtensions::stringWithHTMLString(u"\xE9&eacute;"), u"\xE9\xE9");
+  EXPECT_EQ(NSStringExtensions::stringWithHTMLString(std::nullopt), std::nullopt);
+}
+
+TEST(EncodeLegally, EscapesWhatNoURLMayHold) {
+  const std::pair<TextView, TextView> rows[] = {
+      {u"a b/\xE9?q=1&r=+#x", u"a%20b/%C3%A9?q=1&r=+#x"},
+      {u"%20 100%", u"%20%20100%"},
+      {u"<>\"{}|\\^[]`\x7F\n", u"%3C%3E%22%7B%7D%7C%5C%5E%5B%5D%60%7F%0A"},
+      {u"AZaz09-_.!~*'();/?:@&=+$,", u"AZaz09-_.!~*'();/?:@&=+$,"},
+      {u"\xD83D\xDE00\xD800", u"%F0%9F%98%80%EF%BF%BD"},
+  };
+  for (const auto& [text, encoded] : rows) EXPECT_EQ(encodeLegally(text), encoded);
+}
+
+TEST(Hyperlink, CarriesItsAttributesOverAllOfIt) {
+  const NSAttributedString link = hyperlink(u"https://example.org");
+  NSRange range;
+  const Ref<NSDictionary>& attributes = link.attributesAtIndex(3, &range);
+  EXPECT_EQ(range, (NSRange{0, link.length()}));
+  EXPECT_TRUE(isEqual(attributes->objectForKey(NSLinkAttributeName), box(u"https://example.org")));
+  EXPECT_TRUE(isEqual(attributes->objectForKey(NSUnderlineStyleAttributeName), box(1)));
+  EXPECT_TRUE(isEqual(attributes->objectForKey(NSForegroundColorAttributeName),
+                      box(NSColor::colorWithCalibratedRed(0.1, 0.1, 1, 1))));
+  const auto font = NSFont::systemFontOfSize(NSFont::smallSystemFontSize());
+  EXPECT_TRUE(isEqual(attributes->objectForKey(NSFontAttributeName), box(font)));
+  EXPECT_EQ(hyperlink(u"").length(), 0U);
+}
+
+}  // namespace
+}  // namespace kelvane

@@ -1,0 +1,97 @@
+#include "Platform/Foundation/HTMLPlainText.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+
+#include "Platform/Foundation/HTMLBytes.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+using namespace std::literals;
+
+TEST(HTMLPlainText, Renders) {
+  const std::pair<TextView, TextView> rows[] = {
+      // Blocks and line breaks.
+      {u"<p>One<p>Two</p><div><div>Three</div></div>", u"One\nTwo\nThree"},
+      {u"one<br>two<br/><BR >three</br>four", u"one\ntwo\n\nthree\nfour"},
+      {u"<p>a<br></p><p>b</p>c<hr>d", u"a\nb\nc\nd"},
+      {u"a<b>b</b><x>c</x><p></p>", u"abc"},
+      // White space.
+      {u" a \n\t <b> b</b>\f c&nbsp; &#32;&#10;", u"a b c\xA0"},
+      {u"a  b<p> c </p> d", u"a b\nc\nd"},
+      {u"a <i> b </i> c", u"a b c"},
+      {u"a<pre>\n  b\r\n\rc\n</pre>d  e", u"a\n  b\n\nc\nd e"},
+      {u"<textarea>\n a&amp;<b>\0</textarea> x"sv, u" a&<b>\xFFFD\nx"},
+      {u"<xmp>&amp;<b></xmp>a<plaintext></plaintext>", u"&amp;<b>\na\n</plaintext>"},
+      // Lists.
+      {u"<ul><li>a<li>b<ol start=3><li>c<li value='-7'>d<li>e</ol></ul>f",
+       u"\x2022 a\n\x2022 b\n  3. c\n  -7. d\n  -6. e\nf"},
+      {u"x<ul><li><p>a</p><li><li><ul><li>b</ul></ul></ol>y", u"x\n\x2022 a\n\x2022\n\x2022\n  \x2022 b\ny"},
+      {u"<ol start=x><li>a<ul></ol><li>b", u"1. a\n\x2022 b"},
+      // Tables.
+      {u"<table><tr><th>a<th>b</tr><tr><td>\n<td><p>c</p>\n<td>\n<td>d</table>e", u"a\tb\n\tc\t\td\ne"},
+      {u"<tr><td><p>a</p><p>b</p></td><td>c<tr><td></td></tr>d", u"a\nb\tc\nd"},
+      // What is not shown.
+      {u"<title>a<b></title>b<style>c</style><!--d--><!DOCTYPE e><?f?></ g><script>h</script>", u"b"},
+      {u"a<template><p>b<template>c</template>d</template>e<iframe>f</iframe><noscript>g</noscript>", u"aeg"},
+      {u"<svg><title/><script/>a<![CDATA[<b>]]></svg><![CDATA[c]]>d", u"a<b>d"},
+      // Where tokens end.
+      {u"1 < 2 <3 <<a b='>' c=\">\" d=> e</a/ ='>'>", u"1 < 2 <3 < e"},
+      {u"<a/b=c/>x<a =>y<a b = '>'c>z", u"xyz"},
+      {u"a<!-->b<!--->c<!--x--!>d<!--<!-->e<!---->f", u"abcdef"},
+      {u"<script><!--<script></script>a</script>b--></script>c", u"b-->c"},
+      {u"<script><!--></script>a<script><!--<script>--></script>b", u"ab"},
+      {u"<style></styles></style x>a<title></TITLE/>b", u"ab"},
+      {u"a</", u"a</"},
+      {u"a</><", u"a<"},
+      {u"a<b c", u"a"},
+      {u"a<!--b", u"a"},
+      {u"a<title>b", u"a"},
+      {u"a\0b<\0c"sv, u"ab<c"},
+      {u"\xD800<b>\xDC00", u"\xD800\xDC00"},
+      // References.
+      {u"&lt;&eacute;&#8364;&copy2; a&b; &", u"<\xE9\x20AC\xA9"
+                                             u"2; a&b; &"},
+      {u"&notit;&notin;&amp;amp;&AMP&ampx", u"\xACit;\x2209&amp;&&x"},
+      {u"&#x80;&#x1F600&#0;&#xD800;&#1114112;&#99999999999;&#;&#x;", u"\x20AC\xD83D\xDE00\xFFFD\xFFFD\xFFFD\xFFFD&#;&#x;"},
+      {u"&NotEqualTilde;&bne;", u"\x2242\x338=\x20E5"},
+  };
+  for (const auto& [html, text] : rows) EXPECT_EQ(plainTextOfHTML(html), text) << testing::PrintToString(html);
+}
+
+TEST(HTMLPlainText, ReadsBytesInTheEncodingThatTheySay) {
+  const std::pair<std::string_view, TextView> rows[] = {
+      {"\xE9\x80", u"\xE9\x20AC"},
+      {"\xEF\xBB\xBF\xC3\xA9", u"\xE9"},
+      {std::string_view("\xFE\xFF\0a\0", 5), u"a\xFFFD"},
+      {std::string_view("\xFF\xFE\xE9\0", 4), u"\xE9"},
+      {"<meta charset=utf-8>\xC3\xA9", u"\xE9"},
+      {"<META CharSet='UTF-16'>\xC3\xA9", u"\xE9"},
+      {"<!-- <meta charset=utf-8> --><meta http-equiv=x content='text/html; charset = \"KOI8-R\"'>\xC1", u"\x430"},
+      {"<meta name=charset><meta charset=iso-8859-1>\x80", u"\x20AC"},
+      {"<meta charset=utf-7>+AGE-", u"+AGE-"},
+      {"<meta charset=nobody-knows>\x80", u"\x20AC"},
+      {"<meta charset=shift_jis>\x93\x8C", u"\x6771"},
+      {"<meta charset", u""},
+  };
+  for (const auto& [bytes, text] : rows) EXPECT_EQ(plainTextOfHTML(bytes), text) << bytes;
+}
+
+// Each takes hours where one of its pieces costs as much as all before it.
+TEST(HTMLPlainText, TakesLinearTime) {
+  const auto start = std::chrono::steady_clock::now();
+  for (const TextView piece : {u"<", u"&", u"&a", u"<!--", u"<a ", u"<ul>", u"<ol><ul></ol>", u"<b>", u"</ul>", u"<li>", u"<td>",
+                               u"<svg><![CDATA[", u"<pre>", u"<title>", u"<script><!--<script>", u"  ", u"</script ", u"&#1", u"<meta charset=x"}) {
+    Text html;
+    for (int i = 0; i < 500'000; ++i) html += piece;
+    EXPECT_LE(plainTextOfHTML(html).size(), 32 * html.size()) << testing::PrintToString(Text(piece));
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
+}
+
+}  // namespace
+}  // namespace kelvane
