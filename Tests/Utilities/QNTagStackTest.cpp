@@ -56,7 +56,7 @@ TEST(QNTagStack, RefusesWhatCallersGetWrong) {
       {"popUntil: the tag is nil", [](QNTagStack& s) { s.popUntil(std::nullopt); }, 2},
       {"openTag: the tag is nil", [](QNTagStack& s) { s.openTag(std::nullopt); }, 2},
       {"closeTag: the tag is nil", [](QNTagStack& s) { s.closeTag(std::nullopt); }, 2},
-      {"popUntil:: no such tag is open '<u>'", [](QNTagStack& s) { s.closeTag(u"<u>"); }, 0},
+      {"popUntil: no such tag is open '<u>'", [](QNTagStack& s) { s.closeTag(u"<u>"); }, 0},
       {"flushTags: an empty tag has no closing form", [](QNTagStack& s) { s.push(u""), s.flushTags(); }, 3},
       {"closeTag: an empty tag has no closing form", [](QNTagStack& s) { s.push(u""), s.closeTag(u"<b>"); }, 0},
   };

@@ -40,7 +40,7 @@ TEST(HTMLPlainText, Renders) {
       {u"a<template><p>b<template>c</template>d</template>e<iframe>f</iframe><noscript>g</noscript>", u"aeg"},
       {u"<svg><title/><script/>a<![CDATA[<b>]]></svg><![CDATA[c]]>d", u"a<b>d"},
       // Where tokens end.
-      {u"1 < 2 <3 <<a b='>' c=\">\" d=> e</a/ ='>'>", u"1 < 2 <3 < e"},
+      {u"1 < 2 <3 <<a b='>' c=\">\" d=> e</a/ ='>'>", u"1 < 2 <3 < e'>"},
       {u"<a/b=c/>x<a =>y<a b = '>'c>z", u"xyz"},
       {u"a<!-->b<!--->c<!--x--!>d<!--<!-->e<!---->f", u"abcdef"},
       {u"<script><!--<script></script>a</script>b--></script>c", u"b-->c"},
