@@ -10,12 +10,12 @@
 #include "Support/Row.h"
 
 #ifdef BENCH_QT
-#include <QGuiApplication>
 #include <QTextBlock>
 #include <QTextCharFormat>
 #include <QTextCursor>
 #include <QTextDocument>
-#include <cstdlib>
+
+#include "Support/QtApplication.h"
 #endif
 
 namespace kelvane::bench {
@@ -68,18 +68,6 @@ NSMutableAttributedString& edited() {
 std::size_t lengthOf(const NSMutableAttributedString& text) { return text.length(); }
 
 #ifdef BENCH_QT
-// Documents ask for fonts, and these for an application.
-void needApplication() {
-  static int argumentCount = 1;
-  static char name[] = "Benchmarks";
-  static char* arguments[] = {name, nullptr};
-  static const auto& application = *[] {
-    ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    return new QGuiApplication(argumentCount, arguments);
-  }();
-  static_cast<void>(application);
-}
-
 const std::vector<QTextCharFormat>& qtStyles() {
   static const auto& all = *[] {
     auto* formats = new std::vector<QTextCharFormat>(3);

@@ -15,12 +15,14 @@
 #include <string_view>
 #include <utility>
 
+#include "Extensions/NSAttributedString-QNExtensions.h"
 #include "Extensions/NSData-QNExtensions.h"
 #include "Extensions/NSString-QNExtensions.h"
 #include "Platform/Foundation/ABAddressBook.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/Geometry.h"
+#include "Platform/Foundation/HTMLPlainText.h"
 #include "Platform/Foundation/NSURL.h"
 #include "Platform/Foundation/PathText.h"
 #include "Platform/Foundation/PropertyList.h"
@@ -178,6 +180,10 @@ void readAndWriteList(std::string_view bytes) {
   if (list.root) writePropertyList(*list.root);
 }
 
+void readPage(TextView html) { flattenHTML(html); }
+
+void readAndWriteStyles(TextView html) { rtf(NSAttributedString(attributedStringWithHTML(htmlString(attributedStringWithHTML(html))))); }
+
 void readLines(TextView text) {
   componentsSeparatedByLineSeparators(text);
   numberOfLines(text);
@@ -292,6 +298,30 @@ const Row rows[] = {
     {"card: soft line ends", bytes("BEGIN:VCARD\nEMAIL;QUOTED-PRINTABLE:", "=61=\n", ""), readVCard},
     {"card: cards within", bytes("BEGIN:VCARD\n"), readVCard},
     {"card: quotes", bytes("BEGIN:VCARD\nEMAIL;", "\":\";", ""), readVCard},
+
+    {"HTML: escaping", text(u"a&\xE9"), [](const Text& t) { htmlString(t), encodeLegally(t); }},
+    {"HTML: paragraphs", text(u"<p>a &amp; <b>b</b>\n"), readPage},
+    {"HTML: only <", text(u"<"), readPage},
+    {"HTML: only &", text(u"&"), readPage},
+    {"HTML: cut references", text(u"&notin&#1"), readPage},
+    {"HTML: blanks only", text(u"a", u" ", u""), readPage},
+    {"HTML: nested", text(u"<div><ul><ol><li><b>"), readPage},
+    {"HTML: crossed lists", text(u"<ul><ol></ul>"), readPage},
+    {"HTML: ends of lists", text(u"<ul>", u"</ol>", u""), readPage},
+    {"HTML: cells", text(u"<td>"), readPage},
+    {"HTML: unended comments", text(u"<!--"), readPage},
+    {"HTML: ends of no comment", text(u"<!--", u"->", u""), readPage},
+    {"HTML: unended tags", text(u"<a b='"), readPage},
+    {"HTML: scripts in scripts", text(u"<script><!--<script>"), readPage},
+    {"HTML: almost ended title", text(u"<title>", u"</titl", u""), readPage},
+    {"HTML: unended CDATA", text(u"<svg><![CDATA["), readPage},
+    {"HTML: templates", text(u"<template>"), readPage},
+    {"HTML: declarations", bytes("<meta charset"), [](std::string_view b) { plainTextOfHTML(b); }},
+    {"styles: usual", text(u"<b>a</b> <i>b<u>c</i></u><br>"), readAndWriteStyles},
+    {"styles: only <", text(u"<"), readAndWriteStyles},
+    {"styles: only &", text(u"&"), [](const Text& t) { attributedStringWithHTML(t); }},
+    {"styles: unended", text(u"<b>a<font size=+1>b"), readAndWriteStyles},
+    {"styles: blanks only", text(u"\n"), readAndWriteStyles},
 
     {"path: slashes only", text(u"/"), stringByStandardizingPath},
     {"path: there and back", text(u"a/../"), stringByStandardizingPath},

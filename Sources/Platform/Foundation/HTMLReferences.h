@@ -38,6 +38,6 @@ struct HTMLReferenceName {
 };
 
 // In ascending order.
-extern const HTMLReferenceName htmlReferenceNames[2231];
+KELVANE_EXPORT extern const HTMLReferenceName htmlReferenceNames[2231];
 
 }  // namespace kelvane
