@@ -7,6 +7,7 @@
 #include "Extensions/NSData-QNExtensions.h"
 #include "Extensions/NSDate-QNExtensions.h"
 #include "Extensions/NSString-QNExtensions.h"
+#include "Pages.h"
 #include "Platform/Foundation/Base64.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/TextEncoding.h"
@@ -20,6 +21,9 @@ namespace {
 using kelvane::format;
 using kelvane::Text;
 using kelvane::TextView;
+
+// Of a page, the text is of more interest than that of other documents, which anybody can read.
+constexpr std::size_t mostPageLines = 8;
 
 // A place as it is printed.
 Text shown(const std::string& place) { return printable(kelvane::textFromFileSystem(place)); }
@@ -80,6 +84,11 @@ void Report::skipSpecialFile(const std::string&) { ++myTotals.specialFiles; }
 void Report::failFolder(const std::string& place, const std::string& reason) { addUnreadable(place, reason); }
 
 void Report::addText(TextView name, TextView place, Document&& document) {
+  std::vector<Text> pageLines;
+  if (isPage(name)) {
+    document.text = kelvane::flattenHTML(document.text);
+    pageLines = firstLines(document.text, mostPageLines);
+  }
   const Figures figures = figuresOf(name, std::move(document.text));
   ++myTotals.texts;
   myTotals.lines += figures.lines;
@@ -97,7 +106,8 @@ void Report::addText(TextView name, TextView place, Document&& document) {
   }
   writeLine(shownPlace);
   writeLine(u"    " + describe(figures, document.kind));
-  if (!figures.firstLine.empty()) writeLine(u"    | " + figures.firstLine);
+  for (const Text& line : pageLines) writeLine(u"    | " + line);
+  if (pageLines.empty() && !figures.firstLine.empty()) writeLine(u"    | " + figures.firstLine);
   writeDate(document);
   if (!figures.colours.empty()) addColours(figures.colours);
   myNotes->add(shownPlace, figures.firstLine);

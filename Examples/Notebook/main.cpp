@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "Extensions/NSAttributedString-QNExtensions.h"
+#include "Pages.h"
 #include "Output.h"
 #include "Platform/Foundation/Format.h"
 #include "Report.h"
@@ -19,10 +21,13 @@ enum ExitStatus { Success = 0, Failure = 1, WrongUsage = 2 };
 
 constexpr kelvane::TextView usage =
     u"Usage: Notebook --report [FOLDER]\n"
+    u"       Notebook --html FILE\n"
+    u"       Notebook --rtf FILE\n"
     u"       Notebook --help\n"
     u"\n"
     u"Reports on the documents in FOLDER and the folders in it: lines, tables, configuration files.\n"
     u"Without FOLDER, on the one of the last time.\n"
+    u"With --html or --rtf, prints the note in FILE in that format.\n"
     u"The exit status is 1 if something could not be read or written, 2 if the arguments are wrong.\n";
 
 ExitStatus printHelp() {
@@ -45,6 +50,10 @@ ExitStatus run(std::span<char*> arguments) {
     const auto folder = notebook::lastFolder();
     if (arguments.size() == 2 && folder) return report(*folder);
   }
+  if (arguments.size() == 3 && std::string_view(arguments[1]) == "--html")
+    return notebook::printNote(arguments[2], notebook::NoteFormat::HTML) ? Success : Failure;
+  if (arguments.size() == 3 && std::string_view(arguments[1]) == "--rtf")
+    return notebook::printNote(arguments[2], notebook::NoteFormat::RTF) ? Success : Failure;
   notebook::writeToStandardError(usage);
   return WrongUsage;
 }
@@ -55,6 +64,7 @@ int main(int count, char** arguments) {
   // A reader who has seen enough is a failed write like any other, not our end.
   std::signal(SIGPIPE, SIG_IGN);
   try {
+    kelvane::NSAttributedStringExtensions::didLoad();
     return run({arguments, static_cast<std::size_t>(count)});
   } catch (const std::exception& exception) {
     notebook::complain(kelvane::format(u"%s", exception.what()));

@@ -77,7 +77,7 @@ TEST_F(NotebookTest, reportsOnTheShippedDocuments) {
                                                  "allotment-meeting.txt\n    17 lines, longest 139 in line 7\n"));
   EXPECT_THAT(result.out, HasSubstr("not UTF-8, read as ISO Latin-1\n    | Karlsruhe, den 9. Februar 1998\n"));
   EXPECT_EQ(totals(result), R"(Totals
-    7 texts in 3 folders: 88 lines, 2927 bytes
+    8 texts in 3 folders: 94 lines, 3230 bytes
     1 text not in UTF-8
     2 tables with 12 rows
     longest line: 139, line 7 of allotment-meeting.txt
@@ -100,6 +100,28 @@ TEST_F(NotebookTest, showsDatesAndAttachments) {
                         "c.txt\n    1 line, longest 4 in line 1\n    | text\n    changed 1 March 2009 at 21:50\n"));
   ::setenv("LC_ALL", "de_AT.UTF-8", 1);
   EXPECT_THAT(reportOn(myFolder).out, HasSubstr("    changed 1. März 2009 um 21:50\n"));
+}
+
+TEST_F(NotebookTest, readsAndWritesNotesInHTML) {
+  write("Note.HTM", "<title>T</title><p>Caf&eacute; <b>at 3</b><script>x</script><br>&lt;b&gt;\xC3\xA9");
+  EXPECT_THAT(reportOn(myFolder).out, HasSubstr("Note.HTM\n    2 lines, longest 9 in line 1\n"
+                                                "    | Caf\u00E9 at 3\n    | <b>\u00E9\n"));
+  write("note.html", "<b>1 \xC3\xA9</b><font size=5>x");
+  write("note.txt", "1 < 2 {\n");
+  const std::vector<std::string> rows[] = {
+      {"--html", "note.html", "<b>1 &#233;</b><font size=\"5\">x </font>\n"},
+      {"--rtf", "note.html", "{\\f0\\fs24\\b 1 \\u233?}{\\f0\\fs28 x }"},
+      {"--html", "note.txt", "1 &lt; 2 {<br/>\n"},
+      {"--rtf", "note.txt", "{\\f0\\fs24 1 < 2 \\{\\par\n}"},
+  };
+  for (const auto& row : rows) {
+    const ProcessResult result = runProcess({KELVANE_NOTEBOOK, row[0], (myFolder / row[1]).native()});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_THAT(result.out, HasSubstr(row[2]));
+  }
+  const ProcessResult missing = runProcess({KELVANE_NOTEBOOK, "--rtf", (myFolder / "none").native()});
+  EXPECT_EQ(missing.status, 1);
+  EXPECT_THAT(missing.err, EndsWith("none: No such file or directory\n"));
 }
 
 TEST_F(NotebookTest, tellsWhatFilesHold) {
