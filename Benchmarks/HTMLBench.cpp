@@ -33,7 +33,9 @@ constexpr bool isLetter(char16_t unit) { return (unit | 0x20) >= u'a' && (unit |
 
 // Blanks, list markers and the like differ from library to library; what is compared is how many letters come out.
 struct Letters {
-  std::size_t operator()(TextView text) const { return static_cast<std::size_t>(std::ranges::count_if(text, isLetter)); }
+  std::size_t operator()(TextView text) const {
+    return static_cast<std::size_t>(std::ranges::count_if(text, isLetter));
+  }
   std::size_t operator()(const std::string& utf8) const { return (*this)(TextView(textFromUTF8(utf8))); }
   std::size_t operator()(const NSAttributedString& text) const { return (*this)(TextView(text.string())); }
 #ifdef BENCH_QT
@@ -89,8 +91,9 @@ const NSAttributedString& styledText() {
 // A page with what pages have: a head, navigation, prose with links and references, lists, tables, a script.
 const Text& page() {
   static const Text& html = *[] {
-    auto* made = new Text(u"<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><title>A page</title>\n"
-                          u"<style>p { margin: 0 }</style></head>\n<body>\n");
+    auto* made = new Text(
+        u"<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><title>A page</title>\n"
+        u"<style>p { margin: 0 }</style></head>\n<body>\n");
     std::size_t count = 0;
     for (const TextView line : mixedLines()) {
       if (made->size() >= inputUnits) break;

@@ -102,7 +102,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   // No links or colours are read, so all that ends was written.
   const Text second = htmlString(attributedStringWithHTML(htmlString(first)));
   const Text third = htmlString(attributedStringWithHTML(second));
-  const bool isPlain = first.string().find_first_of(u"&<>\"") == Text::npos && utf8(first.string()).size() == first.length();
+  const bool isPlain =
+      first.string().find_first_of(u"&<>\"") == Text::npos && utf8(first.string()).size() == first.length();
   expect(!isPlain || htmlString(attributedStringWithHTML(third)) == third, "from the third pass on nothing changes");
   return 0;
 }

@@ -18,9 +18,9 @@ std::vector<kelvane::Text> firstLines(kelvane::TextView text, std::size_t most);
 
 enum class NoteFormat { HTML, RTF };
 
-// Prints the note at `path` in another format. A page is read as styled text, which knows bold, italic, underline, sizes
-// and line breaks; any other text has no styles. The answer tells whether that went well; if not, standard error tells
-// why.
+// Prints the note at `path` in another format. A page is read as styled text, which knows bold, italic, underline,
+// sizes and line breaks; any other text has no styles. The answer tells whether that went well; if not, standard error
+// tells why.
 bool printNote(const std::string& path, NoteFormat format);
 
 }  // namespace notebook

@@ -1,7 +1,10 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <string>
+#include <utility>
 
 #include "Extensions/NSAttributedString-HTMLState.h"
 #include "Extensions/NSAttributedString-QNExtensions.h"
@@ -18,8 +21,8 @@ namespace {
 
 // What is written of a run's attributes. What is missing, or of another class, is null.
 struct Style {
-  explicit Style(const Ref<NSDictionary>& attributes);
   Style() = default;
+  explicit Style(const NSDictionary& attributes);
 
   bool isBold() const { return font && font->isBold(); }
   bool isItalic() const { return font && font->isItalic(); }
@@ -37,8 +40,8 @@ bool truthOf(const NSObject* value) {
   return text && text->boolValue();
 }
 
-Style::Style(const Ref<NSDictionary>& attributes) {
-  for (const auto& [name, value] : *attributes) {
+Style::Style(const NSDictionary& attributes) {
+  for (const auto& [name, value] : attributes) {
     if (name == NSLinkAttributeName)
       link = value.get();
     else if (name == NSFontAttributeName)
@@ -68,6 +71,7 @@ class Writer {
   void changeTo(const Ref<NSDictionary>& attributes, Text& out);
 
  private:
+  const Style& styleOf(const NSDictionary& attributes);
   void write(const Style& next, Text& out);
   bool writeLink(const Style& next, Text& out);
   void writeFont(const Style& next, Text& out);
@@ -77,20 +81,33 @@ class Writer {
   Ref<NSDictionary> myAttributes;
   Style myStyle;
   std::optional<QNTagStack> myTags;
+  // The styles of dictionaries that came by in this text, which most runs share.
+  std::array<std::pair<const NSDictionary*, Style>, 16> myStyles;
 };
 
 void Writer::reset() {
   myAttributes = nullptr;
   myStyle = Style();
+  myStyles = {};
   if (myTags)
     myTags->clear();
   else
     myTags.emplace(0);
 }
 
+const Style& Writer::styleOf(const NSDictionary& attributes) {
+  auto& [dictionary, style] = myStyles[reinterpret_cast<std::uintptr_t>(&attributes) / 64 % myStyles.size()];
+  if (dictionary != &attributes) {
+    dictionary = &attributes;
+    style = Style(attributes);
+  }
+  return style;
+}
+
 void Writer::changeTo(const Ref<NSDictionary>& attributes, Text& out) {
-  if (isEqual(myAttributes, attributes)) return;
-  const Style next(attributes);
+  // Neighbouring runs never have equal dictionaries (AttributeRuns.h), so there is nothing to compare.
+  if (attributes == myAttributes) return;
+  const Style next = styleOf(*attributes);
   if (!writeLink(next, out)) write(next, out);
   myAttributes = attributes;
   myStyle = next;
@@ -160,7 +177,7 @@ void NSAttributedStringExtensions::resetAttributeTags() { writer().reset(); }
 Text htmlString(const NSAttributedString& text) {
   const Text& units = text.string();
   Text out;
-  out.reserve(units.size());
+  out.reserve(units.size() + units.size() / 2);
   NSAttributedStringExtensions::resetAttributeTags();
   for (const AttributeRun run : text.runs()) {
     writer().changeTo(run.attributes, out);

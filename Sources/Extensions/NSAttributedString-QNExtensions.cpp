@@ -1,5 +1,7 @@
 #include "Extensions/NSAttributedString-QNExtensions.h"
 
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <charconv>
 #include <map>
@@ -16,6 +18,8 @@
 #include "Platform/Foundation/RTFWriter.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/TextNumbers.h"
+#include "Platform/Foundation/TextPlaces.h"
+#include "Platform/Foundation/TextRewrite.h"
 #include "Platform/Foundation/TextScan.h"
 
 namespace kelvane {
@@ -50,8 +54,8 @@ Ref<NSDictionary> CurrentStyle::attributes() const {
   if (const auto found = made.find(style); found != made.end()) return found->second;
   if (made.size() == mostStyles) made.clear();
   const NSFont font = NSFont::fontWithFamily(u"Helvetica", myTraits, 5, mySize);
-  return made[style] = NSDictionary::dictionaryWithEntries({{Text(NSFontAttributeName), box(font)},
-                                                            {Text(NSUnderlineStyleAttributeName), box(myIsUnderlined)}});
+  return made[style] = NSDictionary::dictionaryWithEntries(
+             {{Text(NSFontAttributeName), box(font)}, {Text(NSUnderlineStyleAttributeName), box(myIsUnderlined)}});
 }
 
 struct ClassState {
@@ -65,21 +69,42 @@ ClassState& state() {
   return theState;
 }
 
+// The places that have to be looked at to tell words apart: a single blank between words stays as it is, and so does
+// most text in ASCII.
+struct WordMarker {
+  std::size_t size() const { return text.size(); }
+  void mark(std::size_t from, std::size_t count, std::uint64_t* marks) const {
+    constexpr UnitSet blanks{u'\n', u'\t', u'\r', u'\f', u'\v'};
+    markAnyOfOrAbove(text.substr(from, count), blanks, 0x84, marks);
+    const TextView stretch = text.substr(from, count + 1);
+    if (stretch.size() < 2) return;
+    std::array<std::uint64_t, 4> doubled{};
+    markEnds(stretch, u"  ", doubled.data());
+    for (std::size_t word = 0; word * 64 < count; ++word) marks[word] |= doubled[word];
+  }
+
+  TextView text;
+};
+
 // The words of `html`, each followed by a blank.
 Text wordsOf(TextView html) {
   const NSCharacterSet& blanks = NSCharacterSet::whitespaceAndNewlineCharacterSet();
-  return overwritten<Text>(html.size() + 1, [&](char16_t* out) {
-    std::size_t count = 0;
-    bool isWithinWord = false;
-    // Each unit is written, and the next overwrites it unless it counts: no branch to guess wrong.
-    for (const char16_t unit : html) {
-      const bool isBlank = blanks.characterIsMember(unit);
-      out[count] = isBlank ? u' ' : unit;
-      count += isWithinWord || !isBlank;
-      isWithinWord = !isBlank;
+  const auto behindAllBlanks = [&](std::size_t at) {
+    while (at < html.size() && blanks.characterIsMember(html[at])) ++at;
+    return at;
+  };
+  return overwritten<Text>(html.size() + 1, [&](char16_t* const begin) {
+    char16_t* out = begin;
+    std::size_t start = behindAllBlanks(0);
+    MarkedPlaces<WordMarker> places(WordMarker{html}, start);
+    for (;;) {
+      const std::size_t place = places.next();
+      if (place < start || (place < html.size() && !blanks.characterIsMember(html[place]))) continue;
+      out = rewriting::copyRun(out, html.data() + start, place - start, html.size() - start);
+      if (out > begin && out[-1] != u' ') *out++ = u' ';
+      if (place == html.size()) return out - begin;
+      start = behindAllBlanks(place);
     }
-    if (isWithinWord) out[count++] = u' ';
-    return count;
   });
 }
 
@@ -148,6 +173,7 @@ class SubsetReader {
   void read();
 
  private:
+  void readRun(std::size_t end, bool hasReferences);
   void readTag();
   void act(TextView tag);
   static Text converted(TextView run);
@@ -159,18 +185,29 @@ class SubsetReader {
 };
 
 void SubsetReader::read() {
+  constexpr UnitSet special{u'<', u'&'};
+  UnitPlaces places(myWords, special);
+  bool hasReferences = false;
   for (;;) {
-    myPlace = behindBlanks(myWords, myPlace);
-    const std::size_t end = findUnit(myWords, u'<', myPlace);
-    if (end > myPlace) {
-      const TextView run = myWords.substr(myPlace, end - myPlace);
-      const bool isPlain = findUnit(run, u'&') == run.size();
-      myResult.appendString(isPlain ? run : TextView(converted(run)), myStyle.attributes());
-      myPlace = end;
+    const std::size_t place = places.next();
+    if (place < myPlace) continue;
+    if (place < myWords.size() && myWords[place] == u'&') {
+      hasReferences = true;
+      continue;
     }
-    if (myPlace == myWords.size()) return;
+    readRun(place, hasReferences);
+    if (place == myWords.size()) return;
+    hasReferences = false;
     readTag();
   }
+}
+
+void SubsetReader::readRun(std::size_t end, bool hasReferences) {
+  const std::size_t start = behindBlanks(myWords, myPlace);
+  myPlace = end;
+  if (start >= end) return;
+  const TextView run = myWords.substr(start, end - start);
+  myResult.appendString(hasReferences ? TextView(converted(run)) : run, myStyle.attributes());
 }
 
 // What stands before each "&", and the name that it becomes. Blanks before either are skipped.
@@ -201,7 +238,7 @@ Text SubsetReader::converted(TextView run) {
 
 void SubsetReader::readTag() {
   const std::size_t start = behindBlanks(myWords, behindUnits(myWords, myPlace, u'<'));
-  const std::size_t end = findUnit(myWords, u'>', start);
+  const std::size_t end = std::min(myWords.find(u'>', start), myWords.size());
   act(myWords.substr(start, end - start));
   myPlace = behindUnits(myWords, end, u'>');
 }

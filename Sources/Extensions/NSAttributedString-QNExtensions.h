@@ -53,18 +53,18 @@ KELVANE_EXPORT void resetAttributeTags();
 //   </font>                       12 points again
 //
 // Tags are compared as they stand, with regard to case; any other is left out, comments too. A "<" without a ">" takes
-// the rest of the text for its tag's name. White space of any kind is one blank, which is lost at the start and behind a
-// tag, and the text ends with one. The characters behind an "&" do not make a reference: "&" becomes "&amp", ">" right
-// behind it becomes "&gt", and an "&" with nothing but blanks between it and the one before repeats what stood before
-// that. So n characters followed by m times "&" give n * m; else time and memory are linear.
+// the rest of the text for its tag's name. White space of any kind is one blank, which is lost at the start and behind
+// a tag, and the text ends with one. The characters behind an "&" do not make a reference: "&" becomes "&amp", ">"
+// right behind it becomes "&gt", and an "&" with nothing but blanks between it and the one before repeats what stood
+// before that. So n characters followed by m times "&" give n * m; else time and memory are linear.
 //   u"Hello <b>bold</b> world" => u"Hello boldworld ", of which "bold" is bold
 //   u"a&&b" => u"a&ampa&ampb "
 KELVANE_EXPORT NSMutableAttributedString attributedStringWithHTML(TextView html);
 
 // htmlString  The text in this subset, run by run: a link as <a href="...">, bold, italic, underline, a size other than
-// 12.0 as <font size="N"> with N points less 9, cut to a whole number, and a colour as <font color="#rrggbb">, unless it
-// is black. The text is escaped by htmlString of NSString-HTML.h; the link is not. Tags are always nested properly, as a
-// QNTagStack does it; only that size and colour share one "</font>".
+// 12.0 as <font size="N"> with N points less 9, cut to a whole number, and a colour as <font color="#rrggbb">, unless
+// it is black. The text is escaped by htmlString of NSString-HTML.h; the link is not. Tags are always nested properly,
+// as a QNTagStack does it; only that size and colour share one "</font>".
 //
 // Where a link starts or ends, no other change is written. Links and colours are compared by identity, and only where
 // attributes differ at all. A style that ends without having been written, since it began with a link or is black text,

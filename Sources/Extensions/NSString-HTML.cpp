@@ -22,8 +22,10 @@ constexpr std::size_t unicodeLength = 4;
 constexpr TextView macRoman =
     u"ÄÅÇÉÑÖÜáàâäãåçéèêëíìîïñóòôöõúùûü"
     u"†°¢£§•¶ß®©™´¨≠ÆØ∞±≤≥¥µ∂∑∏π∫ªºΩæø"
-    u"¿¡¬√ƒ≈∆«»…\x00A0" u"ÀÃÕŒœ–—“”‘’÷◊ÿŸ⁄€‹›ﬁﬂ"
-    u"‡·‚„‰ÂÊÁËÈÍÎÏÌÓÔ\xF8FF" u"ÒÚÛÙıˆ˜¯˘˙˚¸˝˛ˇ";
+    u"¿¡¬√ƒ≈∆«»…\x00A0"
+    u"ÀÃÕŒœ–—“”‘’÷◊ÿŸ⁄€‹›ﬁﬂ"
+    u"‡·‚„‰ÂÊÁËÈÍÎÏÌÓÔ\xF8FF"
+    u"ÒÚÛÙıˆ˜¯˘˙˚¸˝˛ˇ";
 static_assert(macRoman.size() == 128);
 
 // Nothing when it has no such character.

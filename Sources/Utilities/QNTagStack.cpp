@@ -72,8 +72,14 @@ Text QNTagStack::openTag(std::optional<TextView> tag) {
 Text QNTagStack::closeTag(std::optional<TextView> tag) {
   // The tag may be a view of the entry that goes.
   const Text closed(given("closeTag:", tag));
-  std::vector<Text> popped = popUntil(closed);
   Text markup;
+  // What is on top needs no list of what was popped.
+  if (!myStack.empty() && myStack.back() == closed) {
+    myStack.pop_back();
+    appendClosingForm("closeTag:", markup, closed);
+    return markup;
+  }
+  std::vector<Text> popped = popUntil(closed);
   markup.reserve(usualMarkup);
   for (const Text& entry : popped) appendClosingForm("closeTag:", markup, entry);
   if (!popped.empty()) popped.pop_back();

@@ -1,5 +1,3 @@
-#include "Extensions/NSAttributedString-QNExtensions.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,6 +6,7 @@
 #include <random>
 #include <stdexcept>
 
+#include "Extensions/NSAttributedString-QNExtensions.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSColor.h"
 #include "Platform/Foundation/NSFont.h"
@@ -148,7 +147,8 @@ TEST(StyledTextAsHTML, Writes) {
        u"<font color=\"#ff0000\">a<u>b</u></font><font color=\"#ff0000\">c</font>"},
       {styled({{u"a", {color(black)}}, {u"b", {}}}), u"ab"},
       {styled({{u"a", {link(address), font(NSBoldFontMask, 14)}}, {u"b", {}}}), u"<a href=\"a\"b\">a</a>b"},
-      {styled({{u"a", {link(address)}}, {u"b", {link(box(u"a\"b")), underline(1)}}}), u"<a href=\"a\"b\">a<u>b</u></a>"},
+      {styled({{u"a", {link(address)}}, {u"b", {link(box(u"a\"b")), underline(1)}}}),
+       u"<a href=\"a\"b\">a<u>b</u></a>"},
       {styled({{u"a", {link(NSURL::URLWithString(u"x:y"))}}}), u"<a href=\"x:y\">a</a>"},
       // What is of another class is not there.
       {styled({{u"a", {{Text(NSFontAttributeName), box(1)}, {u"other", box(2)}}}}), u"a"},
@@ -173,13 +173,13 @@ TEST(StyledTextAsHTML, FailsWhereAStyleEndsThatWasNotWritten) {
   EXPECT_EQ(htmlString(styled({{u"a", bold}})), u"<b>a</b>");
 }
 
-// A first pass may lose blanks behind tags. A second one loses breaks and sizes too, as they are not written the way they
-// are read, and with them maybe the tag that the text ended with; so with these it is the third.
+// A first pass may lose blanks behind tags. A second one loses breaks and sizes too, as they are not written the way
+// they are read, and with them maybe the tag that the text ended with; so with these it is the third.
 TEST(StyledTextAsHTML, IsAFixedPointFromTheSecondPassOn) {
   NSAttributedStringExtensions::didLoad();
-  constexpr TextView pieces[] = {u"<b>",  u"</b>", u"<i>",        u"</i>", u"<u>", u"</u>",           u"word",
-                                 u" ",    u"\n",   u"two words ", u"'",    u"<p>", u"<font size=5>", u"<font size=+1>",
-                                 u"<br>", u"</font>"};
+  constexpr TextView pieces[] = {
+      u"<b>", u"</b>",       u"<i>", u"</i>", u"<u>",           u"</u>",           u"word", u" ",
+      u"\n",  u"two words ", u"'",   u"<p>",  u"<font size=5>", u"<font size=+1>", u"<br>", u"</font>"};
   constexpr std::size_t fastSettling = 11;
   std::mt19937 random(8);
   for (int round = 0; round < 4000; ++round) {
@@ -210,7 +210,8 @@ TEST(StyledTextAsRTF, OpensInAnotherProgram) {
       {u"red", {color(red), underline(1)}},
       {u"label", {link(box(u"http://example.org/"))}},
   }));
-  for (const char* part : {"plain {\\} ", "<b>bold<br>", "<i>&eacute;&euro;&#26481;", "20pt", "<u><font color=\"#ff0000\">red", "http://example.org/"})
+  for (const char* part : {"plain {\\} ", "<b>bold<br>", "<i>&eacute;&euro;&#26481;", "20pt",
+                           "<u><font color=\"#ff0000\">red", "http://example.org/"})
     EXPECT_THAT(html, HasSubstr(part));
 }
 

@@ -1,7 +1,6 @@
-#include "Extensions/NSString-HTML.h"
-
 #include <gtest/gtest.h>
 
+#include "Extensions/NSString-HTML.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSAttributedString.h"
 #include "Platform/Foundation/NSColor.h"
@@ -53,12 +52,12 @@ TEST(FlattenHTML, ReadsShortTextThroughMacOSRoman) {
   const std::pair<TextView, TextView> rows[] = {
       {u"", u""},
       {u"a b", u"a b"},
-      {u"\xE9", u"\x17D"},            // 8E
-      {u"\x6771", u"\x6771"},         // no such character
-      {u"<\x6771>", u"<\x6771>"},     // so the text itself, tag or not
+      {u"\xE9", u"\x17D"},         // 8E
+      {u"\x6771", u"\x6771"},      // no such character
+      {u"<\x6771>", u"<\x6771>"},  // so the text itself, tag or not
       {u"<b>", u""},
-      {u"\xD4\xAA\xF8", u""},         // EF BB BF, the mark of UTF-8
-      {u"caf\xE9", u"caf\xE9"},       // four units are read as they are
+      {u"\xD4\xAA\xF8", u""},    // EF BB BF, the mark of UTF-8
+      {u"caf\xE9", u"caf\xE9"},  // four units are read as they are
       {u"<p>\x6771<p>b", u"\x6771\nb"},
   };
   for (const auto& [text, flat] : rows) EXPECT_EQ(flattenHTML(text), flat) << testing::PrintToString(text);

@@ -182,7 +182,9 @@ void readAndWriteList(std::string_view bytes) {
 
 void readPage(TextView html) { flattenHTML(html); }
 
-void readAndWriteStyles(TextView html) { rtf(NSAttributedString(attributedStringWithHTML(htmlString(attributedStringWithHTML(html))))); }
+void readAndWriteStyles(TextView html) {
+  rtf(NSAttributedString(attributedStringWithHTML(htmlString(attributedStringWithHTML(html)))));
+}
 
 void readLines(TextView text) {
   componentsSeparatedByLineSeparators(text);

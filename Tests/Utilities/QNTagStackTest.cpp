@@ -1,5 +1,3 @@
-#include "Utilities/QNTagStack.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -7,6 +5,7 @@
 #include <stdexcept>
 
 #include "Support/TextPrinting.h"
+#include "Utilities/QNTagStack.h"
 
 namespace kelvane {
 namespace {

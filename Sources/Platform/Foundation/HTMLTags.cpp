@@ -85,7 +85,8 @@ bool isNamed(TextView text, TextView name) {
 
 // Whether a tag's name stands at `at`, and not only something that begins like it.
 bool isNameAt(TextView text, std::size_t at, TextView name) {
-  return at + name.size() < text.size() && endsName(text[at + name.size()]) && isNamed(text.substr(at, name.size()), name);
+  return at + name.size() < text.size() && endsName(text[at + name.size()]) &&
+         isNamed(text.substr(at, name.size()), name);
 }
 
 std::size_t behindUnit(TextView text, char16_t unit, std::size_t from) {
@@ -113,7 +114,8 @@ HTMLElement htmlElementNamed(TextView name) {
 
 bool HTMLAttributes::next() {
   char16_t before = 0;
-  while (myPlace < myText.size() && (isHTMLSpace(myText[myPlace]) || myText[myPlace] == u'/')) before = myText[myPlace++];
+  while (myPlace < myText.size() && (isHTMLSpace(myText[myPlace]) || myText[myPlace] == u'/'))
+    before = myText[myPlace++];
   if (myPlace == myText.size()) return false;
   if (myText[myPlace] == u'>') {
     ++myPlace;

@@ -65,16 +65,16 @@ class Places {
 
 }  // namespace rewriting
 
-// Writes `text` to `out`, each unit that `mark(stretch, marks)` marks, as markAnyOf does, as `put(out, unit)` writes it,
-// which returns the place behind. Returns the end of what is written. At every unit of the text `out` must have room for
-// all units that are left, and for what `put` writes.
-template <class Mark, class Put>
-char16_t* rewriteMarked(TextView text, Mark mark, char16_t* out, Put put) {
+// Writes `text` to `out`, each unit of `special` as `put(out, unit)` writes it, which returns the place behind. Returns
+// the end of what is written. At every unit of the text `out` must have room for all units that are left, and for what
+// `put` writes.
+template <class Put>
+char16_t* rewrite(TextView text, const UnitSet& special, char16_t* out, Put put) {
   constexpr std::size_t blockSize = rewriting::blockWords * 64;
   std::size_t start = 0;
   for (std::size_t block = 0; block < text.size(); block += blockSize) {
     std::array<std::uint64_t, rewriting::blockWords> marks{};
-    mark(text.substr(block, blockSize), marks.data());
+    markAnyOf(text.substr(block, blockSize), special, marks.data());
     for (const std::uint16_t offset : rewriting::Places(marks)) {
       const std::size_t place = block + offset;
       out = rewriting::copyRun(out, text.data() + start, place - start, text.size() - start);
@@ -83,13 +83,6 @@ char16_t* rewriteMarked(TextView text, Mark mark, char16_t* out, Put put) {
     }
   }
   return rewriting::copyRun(out, text.data() + start, text.size() - start, text.size() - start);
-}
-
-// The same for each unit of `special`.
-template <class Put>
-char16_t* rewrite(TextView text, const UnitSet& special, char16_t* out, Put put) {
-  const auto mark = [&](TextView stretch, std::uint64_t* marks) { markAnyOf(stretch, special, marks); };
-  return rewriteMarked(text, mark, out, put);
 }
 
 }  // namespace kelvane

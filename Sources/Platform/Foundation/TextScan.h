@@ -55,8 +55,8 @@ KELVANE_EXPORT void markAnyOf(TextView text, const UnitSet& set, std::uint64_t* 
 KELVANE_EXPORT std::size_t countAnyOfOrAbove(TextView text, const UnitSet& set, char16_t limit);
 KELVANE_EXPORT void markAnyOfOrAbove(TextView text, const UnitSet& set, char16_t limit, std::uint64_t* marks);
 
-// Sets the bit of each place where `needle` may begin: where its first code unit stands, and its last one where it would
-// end. `needle` is not empty and no longer than `text`, and `marks` has a bit for each place where it fits.
+// Sets the bit of each place where `needle` may begin: where its first code unit stands, and its last one where it
+// would end. `needle` is not empty and no longer than `text`, and `marks` has a bit for each place where it fits.
 KELVANE_EXPORT void markEnds(TextView text, TextView needle, std::uint64_t* marks);
 
 // `text` with every `from` replaced by `to`.
