@@ -31,9 +31,9 @@ KELVANE_EXPORT std::optional<Text> stringWithHTMLString(std::optional<TextView> 
 KELVANE_EXPORT Text flattenHTML(TextView text);
 
 // encodeLegally  The text with the UTF-8 bytes of each character that no URL may hold as it is (RFC 2396, 2.4.3)
-// written as "%" and two upper-case digits: white space, control characters, all beyond ASCII, and these: < > " { } | \
-// [ ] backslash and grave accent. "%", "+" and "#" stay, so that nothing is escaped twice. A lone surrogate counts as
-// U+FFFD.
+// written as "%" and two upper-case digits: white space, control characters, all beyond ASCII, the double quote, the
+// backslash, the grave accent and < > { } | ^ [ ]. "%", "+" and "#" stay, so that nothing is escaped twice. A lone
+// surrogate counts as U+FFFD.
 //   u"a b/é?q=1#x" => u"a%20b/%C3%A9?q=1#x"      u"%20" => u"%20"
 KELVANE_EXPORT Text encodeLegally(TextView text);
 
