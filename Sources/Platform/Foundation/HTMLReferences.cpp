@@ -78,9 +78,8 @@ HTMLReference namedReference(TextView rest) {
     }
     if (depth == rest.size()) break;
     const auto unitAt = [depth](const HTMLReferenceName& row) { return row.name[depth]; };
-    const auto same = std::ranges::equal_range(first, last, rest[depth], {}, unitAt);
-    first = same.begin();
-    last = same.end();
+    first = std::ranges::lower_bound(first, last, rest[depth], {}, unitAt);
+    last = std::ranges::upper_bound(first, last, rest[depth], {}, unitAt);
   }
   return found;
 }
