@@ -174,7 +174,7 @@ TEST(HTMLJudge, AgreesAboutTagSoup) {
                                            "<table><tr><td>",
                                            "</td></tr></table>"};
   std::mt19937 random(5);
-  for (int round = 0; round < 20'000; ++round) {
+  for (int round = 0; round < 5'000; ++round) {
     std::string html = "<body>";
     for (std::size_t length = random() % 12; length > 0; --length) html += pieces[random() % pieces.size()];
     ASSERT_EQ(ours(html), judges(html)) << html;
@@ -188,7 +188,7 @@ std::string contentsOf(const std::filesystem::path& path) {
 
 // Whatever pages the machine has.
 TEST(HTMLJudge, AgreesAboutRealPages) {
-  constexpr int most = 200;
+  constexpr int most = 40;
   int count = 0;
   const char* const folder = std::getenv("KELVANE_PAGES");
   std::error_code error;
