@@ -6,6 +6,7 @@ find_path(HWY_INCLUDE_DIR hwy/highway.h REQUIRED)
 find_package(Fontconfig REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-2.0)
+pkg_check_modules(CURL REQUIRED IMPORTED_TARGET libcurl)
 
 file(GLOB_RECURSE sources RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/Sources/*.cpp")
 list(FILTER sources EXCLUDE REGEX "^Sources/Qt/")
@@ -24,7 +25,7 @@ set_target_properties(
 target_compile_features(KelvaneFoundation PUBLIC cxx_std_20)
 target_include_directories(KelvaneFoundation PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/Sources>")
 target_link_libraries(KelvaneFoundation PRIVATE ICU::uc ICU::i18n pugixml::pugixml Fontconfig::Fontconfig
-                                                PkgConfig::GIO)
+                                                PkgConfig::GIO PkgConfig::CURL)
 # Highway's headers alone: VectorTargets.cpp says why its library is not linked. VBMI2 is worth its own copy of the loops.
 target_include_directories(KelvaneFoundation SYSTEM PRIVATE "${HWY_INCLUDE_DIR}")
 target_compile_definitions(KelvaneFoundation PRIVATE HWY_WANT_AVX3_DL)

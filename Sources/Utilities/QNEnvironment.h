@@ -1,12 +1,15 @@
 #pragma once
 
+#include <chrono>
 #include <concepts>
 #include <cstdint>
 #include <optional>
 #include <vector>
 
 #include "Platform/Foundation/Export.h"
+#include "Platform/Foundation/NSDictionary.h"
 #include "Platform/Foundation/Text.h"
+#include "Platform/Foundation/URLLimits.h"
 
 namespace kelvane {
 
@@ -119,14 +122,90 @@ class KELVANE_EXPORT QNEnvironment {
   // the system log.
   void setupFilesAndFolders();
 
+  // Where the maker's web site keeps its links: the host, and the port if it is not 80, of "HOST/sitemap/application.xml".
+  // Nil, as at first, when there is none; then every link is the default.
+  std::optional<Text> sitemapServer() const { return mySitemapServer; }
+  void setSitemapServer(std::optional<TextView> sitemapServer) { mySitemapServer = sitemapServer; }
+  // How long a caller may have to wait for it, and for how much.
+  const URLLimits& sitemapLimits() const { return mySitemapLimits; }
+  void setSitemapLimits(const URLLimits& limits) { mySitemapLimits = limits; }
+
+  // linkFromSitemapForKey:defaultTo:  The address that the sitemap, a property list on the web site, has under the key.
+  // The default when it has none or an empty one, nil when it has a value of another kind, or the default is no text; nil
+  // for nil. The first call fetches the sitemap and waits for it. It is kept for the process, whatever environment has
+  // asked; when there was none to be had, the next call tries again. Any thread.
+  std::optional<Text> linkFromSitemapForKey(std::optional<TextView> key, const Ref<NSObject>& defaultTo) const;
+  // linkFromSitemapForKey:  The default is what the main bundle's information dictionary has under the key.
+  std::optional<Text> linkFromSitemapForKey(std::optional<TextView> key) const;
+
+  // Links that the host has asked for and keeps here for its menus and dialogs; nil until then.
+
+  // linkToBugsListPage
+  std::optional<Text> linkToBugsListPage() const { return myLinkToBugsListPage; }
+  // setLinkToBugsListPage:
+  void setLinkToBugsListPage(std::optional<TextView> linkToBugsListPage) { myLinkToBugsListPage = linkToBugsListPage; }
+  // linkToDownloadPage
+  std::optional<Text> linkToDownloadPage() const { return myLinkToDownloadPage; }
+  // setLinkToDownloadPage:
+  void setLinkToDownloadPage(std::optional<TextView> linkToDownloadPage) { myLinkToDownloadPage = linkToDownloadPage; }
+  // linkToFAQPage
+  std::optional<Text> linkToFAQPage() const { return myLinkToFAQPage; }
+  // setLinkToFAQPage:
+  void setLinkToFAQPage(std::optional<TextView> linkToFAQPage) { myLinkToFAQPage = linkToFAQPage; }
+  // linkToFeedbackPage
+  std::optional<Text> linkToFeedbackPage() const { return myLinkToFeedbackPage; }
+  // setLinkToFeedbackPage:
+  void setLinkToFeedbackPage(std::optional<TextView> linkToFeedbackPage) { myLinkToFeedbackPage = linkToFeedbackPage; }
+  // linkToHelpPage
+  std::optional<Text> linkToHelpPage() const { return myLinkToHelpPage; }
+  // setLinkToHelpPage:
+  void setLinkToHelpPage(std::optional<TextView> linkToHelpPage) { myLinkToHelpPage = linkToHelpPage; }
+  // linkToHomePage
+  std::optional<Text> linkToHomePage() const { return myLinkToHomePage; }
+  // setLinkToHomePage:
+  void setLinkToHomePage(std::optional<TextView> linkToHomePage) { myLinkToHomePage = linkToHomePage; }
+  // linkToProductPage
+  std::optional<Text> linkToProductPage() const { return myLinkToProductPage; }
+  // setLinkToProductPage:
+  void setLinkToProductPage(std::optional<TextView> linkToProductPage) { myLinkToProductPage = linkToProductPage; }
+  // linkToShopPage
+  std::optional<Text> linkToShopPage() const { return myLinkToShopPage; }
+  // setLinkToShopPage:
+  void setLinkToShopPage(std::optional<TextView> linkToShopPage) { myLinkToShopPage = linkToShopPage; }
+  // linkToSupportPage
+  std::optional<Text> linkToSupportPage() const { return myLinkToSupportPage; }
+  // setLinkToSupportPage:
+  void setLinkToSupportPage(std::optional<TextView> linkToSupportPage) { myLinkToSupportPage = linkToSupportPage; }
+  // linkToVersionInfoFile
+  std::optional<Text> linkToVersionInfoFile() const { return myLinkToVersionInfoFile; }
+  // setLinkToVersionInfoFile:
+  void setLinkToVersionInfoFile(std::optional<TextView> linkToVersionInfoFile) { myLinkToVersionInfoFile = linkToVersionInfoFile; }
+
   // summary  "app-name: NAME", LF, "library-app-support: " and `libraryAppSupportPath`.
   Text summary() const;
 
  private:
+  Ref<NSDictionary> fetchSitemap() const;
+
   std::optional<Text> myAppName;
+  std::optional<Text> myLinkToBugsListPage;
+  std::optional<Text> myLinkToDownloadPage;
+  std::optional<Text> myLinkToFAQPage;
+  std::optional<Text> myLinkToFeedbackPage;
+  std::optional<Text> myLinkToHelpPage;
+  std::optional<Text> myLinkToHomePage;
+  std::optional<Text> myLinkToProductPage;
+  std::optional<Text> myLinkToShopPage;
+  std::optional<Text> myLinkToSupportPage;
+  std::optional<Text> myLinkToVersionInfoFile;
   std::int64_t myMajorVersion = 0;
   bool myIsDevelopmentVersion = false;
   bool myRedirectHelpBookToWebSite = false;
+  std::optional<Text> mySitemapServer;
+  URLLimits mySitemapLimits = {.connectTime = std::chrono::seconds(30),
+                               .idleTime = std::chrono::seconds(30),
+                               .totalTime = std::chrono::minutes(2),
+                               .receivedBytes = std::uint64_t{16} << 20U};
 };
 
 }  // namespace kelvane

@@ -128,6 +128,7 @@ class TemporaryFile {
   std::error_code create(const std::string& prefix);
   std::error_code becomeLike(const Target& target);
   std::error_code write(std::string_view bytes);
+  std::error_code flush();
   std::error_code renameTo(const std::string& path);
 
  private:
@@ -186,6 +187,10 @@ std::error_code TemporaryFile::write(std::string_view bytes) {
     if (written == 0) return errorOf(EIO);
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
+  return {};
+}
+
+std::error_code TemporaryFile::flush() {
   // Before the renaming: else the disk may learn of the new name first and have an empty file after a crash.
   if (retried([&] { return myCalls.fsync(myFile.number()); }) < 0) return lastError();
   // Network file systems tell only now that something did not get there.
@@ -267,21 +272,55 @@ FileContents readFile(const std::string& path, std::size_t limit, SystemCalls& c
   return contents;
 }
 
-std::error_code writeFileAtomically(const std::string& path, std::string_view bytes, SystemCalls& calls) {
-  Target target;
-  if (const auto error = findTarget(path, target, calls)) return error;
-  if (target.exists) {
-    if (const auto error = checkRegular(target.status.st_mode)) return error;
+struct AtomicFileWriter::Save {
+  explicit Save(SystemCalls& systemCalls) : calls(systemCalls), folder(systemCalls), file(systemCalls) {}
+
+  std::error_code begin(const std::string& path) {
+    if (const auto reason = findTarget(path, target, calls)) return reason;
+    if (target.exists) {
+      if (const auto reason = checkRegular(target.status.st_mode)) return reason;
+    }
+    // Opened first: a failure here is then one before anything has changed.
+    if (const auto reason = openFolder(folder, target.path)) return reason;
+    if (const auto reason = file.create(folderPrefix(target.path))) return reason;
+    return file.becomeLike(target);
   }
-  // Opened first: a failure here is then one before anything has changed.
-  Descriptor folder(calls);
-  if (const auto error = openFolder(folder, target.path)) return error;
-  TemporaryFile file(calls);
-  if (const auto error = file.create(folderPrefix(target.path))) return error;
-  if (const auto error = file.becomeLike(target)) return error;
-  if (const auto error = file.write(bytes)) return error;
-  if (const auto error = file.renameTo(target.path)) return error;
-  return flushFolder(folder, calls);
+
+  std::error_code finish() {
+    if (const auto reason = file.flush()) return reason;
+    if (const auto reason = file.renameTo(target.path)) return reason;
+    return flushFolder(folder, calls);
+  }
+
+  SystemCalls& calls;
+  Target target;
+  Descriptor folder;
+  TemporaryFile file;
+  std::error_code error;
+};
+
+AtomicFileWriter::AtomicFileWriter(const std::string& path, SystemCalls& calls)
+    : mySave(std::make_unique<Save>(calls)) {
+  mySave->error = mySave->begin(path);
+}
+
+AtomicFileWriter::~AtomicFileWriter() = default;
+
+std::error_code AtomicFileWriter::append(std::string_view bytes) {
+  if (!mySave->error) mySave->error = mySave->file.write(bytes);
+  return mySave->error;
+}
+
+std::error_code AtomicFileWriter::commit() {
+  if (!mySave->error) mySave->error = mySave->finish();
+  return mySave->error;
+}
+
+std::error_code writeFileAtomically(const std::string& path, std::string_view bytes, SystemCalls& calls) {
+  AtomicFileWriter writer(path, calls);
+  // An error stays until it is asked for.
+  writer.append(bytes);
+  return writer.commit();
 }
 
 std::error_code setAside(const std::string& path, std::string* newPath, SystemCalls& calls) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -51,6 +52,31 @@ KELVANE_EXPORT FileContents readFile(const std::string& path, std::size_t limit,
 // Of several that save at a time, the last one wins; hold a `FileLock` to read, change and save.
 KELVANE_EXPORT std::error_code writeFileAtomically(const std::string& path, std::string_view bytes,
                                                    SystemCalls& calls = SystemCalls::system());
+
+// The same for bytes that come little by little:
+//
+//   AtomicFileWriter writer(path);
+//   while (...) writer.append(bytes);
+//   if (const auto error = writer.commit()) ...
+//
+// Until `commit` the file is as it was; without it, nothing is left behind. After an error nothing more is written, and
+// every call gives that error again. One thread at a time.
+class KELVANE_EXPORT AtomicFileWriter {
+ public:
+  // `calls` must outlive the writer.
+  explicit AtomicFileWriter(const std::string& path, SystemCalls& calls = SystemCalls::system());
+  ~AtomicFileWriter();
+  AtomicFileWriter(const AtomicFileWriter&) = delete;
+  AtomicFileWriter& operator=(const AtomicFileWriter&) = delete;
+
+  std::error_code append(std::string_view bytes);
+  // Once, at the end.
+  std::error_code commit();
+
+ private:
+  struct Save;
+  std::unique_ptr<Save> mySave;
+};
 
 // Renames what is at `path`, presumably a file that makes no sense, to the first free one of "NAME.damaged-1",
 // "NAME.damaged-2", ... beside it, and tells that in `newPath` unless it is null. Never replaces anything. Of a
