@@ -6,6 +6,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace kelvane::test {
@@ -57,6 +58,27 @@ bool RawPeer::read(RawRequest& request) {
   }
   request.body = myRest.substr(0, length);
   myRest.erase(0, length);
+  return true;
+}
+
+bool RawPeer::discard(std::uint64_t& size) {
+  std::string buffer(std::size_t{1} << 18U, '\0');
+  std::string head;
+  std::size_t end = std::string::npos;
+  std::uint64_t left = 1;
+  while (left > 0) {
+    const ssize_t count = waitFor(POLLIN) ? ::recv(mySocket, buffer.data(), buffer.size(), 0) : 0;
+    if (count <= 0) return false;
+    std::uint64_t more = static_cast<std::uint64_t>(count);
+    if (end == std::string::npos) {
+      head.append(buffer, 0, more);
+      end = head.find("\r\n\r\n");
+      if (end == std::string::npos) continue;
+      size = left = announcedLength(head);
+      more = head.size() - end - 4;
+    }
+    left -= std::min(left, more);
+  }
   return true;
 }
 

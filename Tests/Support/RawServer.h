@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <list>
 #include <mutex>
@@ -25,6 +26,8 @@ class RawPeer {
   // "http://127.0.0.1:PORT", for redirects.
   const std::string& base() const { return myBase; }
   bool read(RawRequest& request);
+  // Reads a request whose body is too long to be kept, and counts that.
+  bool discard(std::uint64_t& size);
   bool send(std::string_view bytes);
   // Sends the same without an end.
   bool sendForever(std::string_view bytes);
@@ -64,9 +67,10 @@ class RawServer {
   void acceptAll();
 
   Behaviour myBehaviour;
+  // Set by what makes the listener.
+  std::string myBase;
   int myListener;
   int myStop[2];
-  std::string myBase;
   std::atomic<int> myConnections = 0;
   std::list<std::thread> myPeers;
   std::thread myThread;

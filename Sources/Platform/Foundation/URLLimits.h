@@ -9,7 +9,7 @@ namespace kelvane {
 struct URLLimits {
   // Until the connection stands, looking the name up and agreeing on keys included.
   std::chrono::milliseconds connectTime = std::chrono::seconds(60);
-  // Without a byte in either direction; whole seconds, rounded up.
+  // Without a byte in either direction; noticed within a second.
   std::chrono::milliseconds idleTime = std::chrono::seconds(60);
   // For all of it, redirects included, however steadily bytes may come.
   std::chrono::milliseconds totalTime = std::chrono::hours(24);

@@ -3,6 +3,7 @@
 #include <curl/curl.h>
 
 #include <algorithm>
+#include <limits>
 #include <new>
 
 #include "Platform/Foundation/NSURLError.h"
@@ -12,7 +13,7 @@ namespace kelvane {
 namespace {
 
 // All headers of a transfer, those before redirects included: what no honest server comes near.
-constexpr std::uint64_t mostHeaderBytes = std::uint64_t{1} << 20U;
+constexpr std::uint64_t mostHeaderBytes = std::uint64_t{256} << 10U;
 // Larger ones gain nothing, and leave the processor's cache.
 constexpr long uploadBufferBytes = 256L << 10U;
 constexpr long receiveBufferBytes = 64L << 10U;
@@ -115,9 +116,19 @@ Meaning meaningOf(CURLcode code) {
     case CURLE_HTTP2:
     case CURLE_HTTP2_STREAM:
       return {NSURLErrorBadServerResponse, u"The server’s answer makes no sense, or is an error."};
+    case CURLE_OUT_OF_MEMORY:
+      // Also what a single endless header comes to.
+      return {NSURLErrorDataLengthExceedsMaximum, u"The answer takes more memory than there is, or is allowed."};
     default:
       return {NSURLErrorUnknown, u"The transfer failed."};
   }
+}
+
+// Where the transfer got to, redirects followed.
+bool isAtHTTPAddress(CURL* handle) {
+  const char* address = nullptr;
+  if (curl_easy_getinfo(handle, CURLINFO_EFFECTIVE_URL, &address) != CURLE_OK || !address) return false;
+  return curl_strnequal(address, "http:", 5) != 0 || curl_strnequal(address, "https:", 6) != 0;
 }
 
 long milliseconds(std::chrono::milliseconds time) { return static_cast<long>(std::max<std::int64_t>(time.count(), 1)); }
@@ -162,8 +173,11 @@ struct URLTransfer::Callbacks {
     return taken ? size : refused;
   }
 
-  static std::size_t receiveHeader(char*, std::size_t, std::size_t size, void* self) noexcept {
+  static std::size_t receiveHeader(char* bytes, std::size_t, std::size_t size, void* self) noexcept {
     auto& transfer = *static_cast<URLTransfer*>(self);
+    const std::string_view line(bytes, size);
+    if (line.starts_with("HTTP/")) transfer.myIsHeadWhole = false;
+    if (line == "\r\n" || line == "\n") transfer.myIsHeadWhole = true;
     transfer.myHeaderBytes += size;
     if (transfer.myHeaderBytes <= mostHeaderBytes) return size;
     transfer.myReason = Reason::TooMuch;
@@ -194,6 +208,10 @@ struct URLTransfer::Callbacks {
     auto& transfer = *static_cast<URLTransfer*>(self);
     if (counted(received) > transfer.myRequest.limits.receivedBytes) {
       transfer.myReason = Reason::TooMuch;
+      return 1;
+    }
+    if (transfer.isIdleForTooLong(counted(sent) + counted(received))) {
+      transfer.myReason = Reason::Idle;
       return 1;
     }
     URLProgress& last = transfer.myProgress;
@@ -299,15 +317,26 @@ void URLTransfer::setBody() {
   curl_easy_setopt(myHandle, CURLOPT_UPLOAD_BUFFERSIZE, uploadBufferBytes);
 }
 
+// The library's own measure is a mean of several seconds.
+bool URLTransfer::isIdleForTooLong(std::uint64_t bodyBytes) {
+  const auto now = std::chrono::steady_clock::now();
+  const std::uint64_t moved = bodyBytes + myHeaderBytes;
+  if (moved != myMovedBytes || myLastMove == std::chrono::steady_clock::time_point()) {
+    myMovedBytes = moved;
+    myLastMove = now;
+  }
+  return now - myLastMove > myRequest.limits.idleTime;
+}
+
 void URLTransfer::setLimits() {
   const URLLimits& limits = myRequest.limits;
   curl_easy_setopt(myHandle, CURLOPT_FOLLOWLOCATION, 1L);
   curl_easy_setopt(myHandle, CURLOPT_MAXREDIRS, static_cast<long>(std::min(limits.redirects, 10000U)));
   curl_easy_setopt(myHandle, CURLOPT_CONNECTTIMEOUT_MS, milliseconds(limits.connectTime));
   curl_easy_setopt(myHandle, CURLOPT_TIMEOUT_MS, milliseconds(limits.totalTime));
+  // Never true, but makes the library look at the transfer, and so tell its progress, once a second.
   curl_easy_setopt(myHandle, CURLOPT_LOW_SPEED_LIMIT, 1L);
-  curl_easy_setopt(myHandle, CURLOPT_LOW_SPEED_TIME,
-                   static_cast<long>(std::chrono::ceil<std::chrono::seconds>(limits.idleTime).count()));
+  curl_easy_setopt(myHandle, CURLOPT_LOW_SPEED_TIME, std::numeric_limits<int>::max() / 2000L);
   if (myRequest.failsOnErrorStatus) curl_easy_setopt(myHandle, CURLOPT_FAILONERROR, 1L);
 }
 
@@ -318,6 +347,8 @@ Ref<NSError> URLTransfer::perform() {
 }
 
 Ref<NSError> URLTransfer::errorFor(int code) const {
+  // The library takes an answer that breaks off within its headers for one without a body.
+  if (code == CURLE_OK && !myIsHeadWhole) code = CURLE_PARTIAL_FILE;
   if (code == CURLE_OK) return nullptr;
   const auto inDomain = [](const Meaning& meaning, const Ref<NSError>& underlying = nullptr) {
     return NSError::errorWithDescription(NSURLErrorDomain, meaning.code, meaning.description, underlying);
@@ -334,10 +365,14 @@ Ref<NSError> URLTransfer::errorFor(int code) const {
                       NSError::errorWithSystemError(myBodyError));
     case Reason::NoMemory:
       return NSError::errorWithSystemError(std::make_error_code(std::errc::not_enough_memory));
+    case Reason::Idle:
+      return inDomain(meaningOf(CURLE_OPERATION_TIMEDOUT));
     case Reason::None:
       break;
   }
-  const auto result = static_cast<CURLcode>(code);
+  auto result = static_cast<CURLcode>(code);
+  // The library says the same of an answer that is no HTTP as of an address that is not.
+  if (result == CURLE_UNSUPPORTED_PROTOCOL && isAtHTTPAddress(myHandle)) result = CURLE_WEIRD_SERVER_REPLY;
   const TextView domain = u"NSURLTransferErrorDomain";
   const Text details = textFromUTF8(myDetails[0] != '\0' ? myDetails : curl_easy_strerror(result));
   return inDomain(meaningOf(result), NSError::errorWithDescription(domain, code, details));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <string_view>
@@ -43,7 +45,7 @@ class URLTransfer {
 
  private:
   struct Callbacks;
-  enum class Reason { None, TooMuch, Refused, Cancelled, BodyUnreadable, NoMemory };
+  enum class Reason { None, TooMuch, Refused, Cancelled, Idle, BodyUnreadable, NoMemory };
 
   URLTransfer(const NSURLRequest& request, Listener& listener, Kind kind);
   bool setAddress();
@@ -51,6 +53,7 @@ class URLTransfer {
   void setCallbacks();
   void setBody();
   void setLimits();
+  bool isIdleForTooLong(std::uint64_t bodyBytes);
 
   NSURLRequest myRequest;
   Listener& myListener;
@@ -61,6 +64,10 @@ class URLTransfer {
   std::unique_ptr<RequestBodyReader> myReader;
   std::uint64_t myReceivedBytes = 0;
   std::uint64_t myHeaderBytes = 0;
+  // Whether the empty line behind the last answer's headers has come.
+  bool myIsHeadWhole = true;
+  std::uint64_t myMovedBytes = 0;
+  std::chrono::steady_clock::time_point myLastMove;
   URLProgress myProgress;
   Reason myReason = Reason::None;
   std::exception_ptr myException;

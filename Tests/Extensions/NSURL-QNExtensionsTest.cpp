@@ -1,0 +1,123 @@
+#include "Extensions/NSURL-QNExtensions.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "Platform/Foundation/NSURLError.h"
+#include "Platform/Foundation/TextEncoding.h"
+#include "Platform/Foundation/URLContents.h"
+#include "Support/CapturedSystemLog.h"
+#include "Support/RawServer.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+namespace fs = std::filesystem;
+using test::answer;
+using test::RawPeer;
+using test::RawRequest;
+using test::RawServer;
+using testing::EndsWith;
+using testing::IsEmpty;
+
+std::string bytesOf(const std::string& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+class DownloadTest : public testing::Test {
+ protected:
+  DownloadTest() {
+    fs::create_directory(temporary);
+    fs::permissions(temporary, fs::perms::owner_all);
+    setenv("TMPDIR", temporary.c_str(), 1);
+  }
+
+  static Ref<NSURL> url(const std::string& address) { return NSURL::URLWithString(textFromUTF8(address)); }
+  std::vector<fs::path> left() const { return {fs::directory_iterator(temporary), fs::directory_iterator()}; }
+
+  TemporaryFolder folder;
+  std::string temporary = folder.path("temporary");
+  CapturedSystemLog log;
+};
+
+TEST_F(DownloadTest, PutsContentsIntoANewFile) {
+  const std::string contents(3000000, 'x');
+  const RawServer server([&](RawPeer& peer) {
+    RawRequest request;
+    while (peer.read(request)) {
+      EXPECT_THAT(request.head, testing::StartsWith("GET /%C3%A9?a=%20 "));
+      peer.send(answer("200 OK", contents));
+    }
+  });
+  URLProgress last;
+  const auto progress = [&](const URLProgress& now) {
+    EXPECT_GE(now.receivedBytes, last.receivedBytes);
+    last = now;
+    return true;
+  };
+  const auto address = url(server.base() + "/\xC3\xA9?a=%20");
+  const auto target = qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(address, u"dat", progress);
+  ASSERT_TRUE(target);
+  EXPECT_EQ(target->pathExtension(), u"dat");
+  EXPECT_EQ(bytesOf(fileSystemRepresentation(*target->path())), contents);
+  EXPECT_EQ(last.receivedBytes, contents.size());
+  EXPECT_EQ(last.bytesToReceive, contents.size());
+  EXPECT_EQ(left().size(), 1U);
+  const auto copy = qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(target, std::nullopt, progress);
+  ASSERT_TRUE(copy);
+  EXPECT_EQ(bytesOf(fileSystemRepresentation(*copy->path())), contents);
+  EXPECT_TRUE(copy->pathExtension().empty());
+  EXPECT_TRUE(log.take().empty());
+}
+
+TEST_F(DownloadTest, LeavesNothingBehindAFailure) {
+  const RawServer server([](RawPeer& peer) {
+    RawRequest request;
+    peer.read(request);
+    const bool isMissing = request.head.find("/missing") != std::string::npos;
+    peer.send(isMissing ? answer("404 Not Found", "no") : "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhalf");
+  });
+  const auto stop = [](const URLProgress&) { return false; };
+  const struct {
+    Ref<NSURL> url;
+    URLProgressCall progress;
+  } rows[] = {{url(server.base() + "/cut"), nullptr},    {url(server.base() + "/missing"), nullptr},
+              {url(server.base() + "/stopped"), stop},   {url(test::refusingBase()), nullptr},
+              {url("ftp://127.0.0.1/x"), nullptr},       {url("file:///missing"), nullptr},
+              {url("file://" + folder.path()), nullptr}, {nullptr, nullptr}};
+  for (const auto& [url, progress] : rows) {
+    EXPECT_EQ(qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(url, u"x", progress), nullptr);
+    const auto logged = log.take();
+    ASSERT_EQ(logged.size(), 1U) << utf8(description(url));
+    EXPECT_THAT(utf8(logged[0]), EndsWith("Can't download contents of URL: " + utf8(description(url))));
+    EXPECT_THAT(left(), IsEmpty());
+  }
+  // A folder that is not there cannot be written to.
+  EXPECT_EQ(qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(
+                NSURL::fileURLWithPath(u"/etc/passwd"), u"a/b"),
+            nullptr);
+  EXPECT_THAT(utf8(log.take().at(0)), testing::HasSubstr("Can't write contents to URL: file://"));
+}
+
+TEST_F(DownloadTest, LimitsHoldForFilesToo) {
+  const std::string path = folder.path("a file");
+  std::ofstream(path) << "12345";
+  const auto file = NSURL::fileURLWithPath(textFromFileSystem(path));
+  Ref<NSError> error;
+  EXPECT_EQ(dataWithContentsOfURL(file, nullptr, {.receivedBytes = 5})->length(), 5U);
+  EXPECT_EQ(dataWithContentsOfURL(file, &error, {.receivedBytes = 4}), nullptr);
+  EXPECT_EQ(error->code(), NSURLErrorDataLengthExceedsMaximum);
+  EXPECT_EQ(dataWithContentsOfURL(url("file:///missing"), &error), nullptr);
+  EXPECT_EQ(error->code(), NSURLErrorFileDoesNotExist);
+}
+
+}  // namespace
+}  // namespace kelvane

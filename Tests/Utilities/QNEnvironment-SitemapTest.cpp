@@ -1,0 +1,97 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Platform/Foundation/Boxing.h"
+#include "Platform/Foundation/TextEncoding.h"
+#include "Support/CapturedSystemLog.h"
+#include "Support/RawServer.h"
+#include "Support/TextPrinting.h"
+#include "Utilities/QNEnvironment.h"
+
+namespace kelvane {
+namespace {
+
+using test::answer;
+using test::RawPeer;
+using test::RawRequest;
+using test::RawServer;
+
+std::string plist(const std::string& root) { return "<plist version=\"1.0\">" + root + "</plist>"; }
+
+class SitemapTest : public testing::Test {
+ protected:
+  // Gives each request the next of the answers, and the last one again and again.
+  RawServer server{[this](RawPeer& peer) {
+    RawRequest request;
+    while (peer.read(request)) {
+      heads.push_back(request.head);
+      peer.send(answers.front());
+      if (answers.size() > 1) answers.erase(answers.begin());
+    }
+  }};
+  std::vector<std::string> answers;
+  std::vector<std::string> heads;
+  CapturedSystemLog log;
+  QNEnvironment environment;
+  const Ref<NSObject> fallback = box(u"fallback");
+};
+
+TEST_F(SitemapTest, LooksKeysUpInWhatItFetchesOnce) {
+  answers = {answer("500 Oops", plist("<dict><key>home</key><string>wrong</string></dict>")),
+             answer("200 OK", plist("<array/>")), answer("200 OK", "no property list"),
+             answer("200 OK", plist(std::string(7 * 1000, 'x'))), "nonsense",
+             answer("200 OK", plist("<dict><key>home</key><string>http://h/</string><key>empty</key><string/>"
+                                    "<key>number</key><integer>3</integer></dict>"))};
+  environment.setAppName(u"My App");
+  EXPECT_EQ(environment.linkFromSitemapForKey(u"home", fallback), u"fallback") << "no server";
+  environment.setSitemapServer(textFromUTF8(server.base().substr(7)));
+  EXPECT_EQ(environment.linkFromSitemapForKey(std::nullopt, fallback), std::nullopt);
+  EXPECT_TRUE(heads.empty());
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(environment.linkFromSitemapForKey(u"home", fallback), u"fallback") << i;
+  const std::tuple<Text, Ref<NSObject>, std::optional<Text>> rows[] = {
+      {u"home", fallback, u"http://h/"}, {u"empty", fallback, u"fallback"}, {u"missing", fallback, u"fallback"},
+      {u"number", fallback, std::nullopt}, {u"missing", box(3), std::nullopt}, {u"empty", nullptr, std::nullopt}};
+  for (const auto& [key, defaultTo, link] : rows) EXPECT_EQ(environment.linkFromSitemapForKey(key, defaultTo), link);
+  EXPECT_EQ(environment.linkFromSitemapForKey(u"missing"), std::nullopt);
+  EXPECT_EQ(QNEnvironment().linkFromSitemapForKey(u"home"), u"http://h/") << "of the process";
+  ASSERT_EQ(heads.size(), 6U);
+  EXPECT_THAT(heads[0], testing::StartsWith("GET /sitemap/application.xml?product=MyApp&version=(null)&revision=(null) "));
+  EXPECT_TRUE(log.take().empty());
+}
+
+TEST_F(SitemapTest, HugeDeepAndSlowOnesGiveTheDefault) {
+  std::string deep;
+  for (int i = 0; i < 100000; ++i) deep += "<dict><key>home</key>";
+  const RawServer slow([&](RawPeer& peer) {
+    RawRequest request;
+    peer.read(request);
+    peer.stall();
+  });
+  answers = {answer("200 OK", "<plist>" + deep), answer("200 OK", plist("<string>" + std::string(200000, 'x') + "</string>"))};
+  environment.setSitemapLimits({.idleTime = std::chrono::seconds(1), .receivedBytes = 5U << 20U});
+  environment.setSitemapServer(textFromUTF8(slow.base().substr(7)));
+  EXPECT_EQ(environment.linkFromSitemapForKey(u"home", fallback), u"fallback");
+  environment.setSitemapServer(textFromUTF8(server.base().substr(7)));
+  EXPECT_EQ(environment.linkFromSitemapForKey(u"home", fallback), u"fallback");
+  environment.setSitemapLimits({.receivedBytes = 100000});
+  EXPECT_EQ(environment.linkFromSitemapForKey(u"home", fallback), u"fallback");
+  EXPECT_EQ(heads.size(), 2U);
+  for (const TextView server_ : {u"no host", u"%", u""}) {
+    environment.setSitemapServer(server_);
+    EXPECT_EQ(environment.linkFromSitemapForKey(u"home", fallback), u"fallback");
+  }
+  EXPECT_TRUE(log.take().empty());
+}
+
+TEST_F(SitemapTest, KeepsTheLinksOfTheHost) {
+  EXPECT_EQ(environment.linkToFAQPage(), std::nullopt);
+  environment.setLinkToFAQPage(u"faq");
+  environment.setLinkToHelpPage(u"help");
+  EXPECT_EQ(environment.linkToFAQPage(), u"faq");
+  environment.setLinkToFAQPage(std::nullopt);
+  EXPECT_EQ(environment.linkToFAQPage(), std::nullopt);
+  EXPECT_EQ(environment.linkToHelpPage(), u"help");
+}
+
+}  // namespace
+}  // namespace kelvane
