@@ -71,7 +71,7 @@ TEST_F(DownloadTest, PutsContentsIntoANewFile) {
   EXPECT_EQ(last.receivedBytes, contents.size());
   EXPECT_EQ(last.bytesToReceive, contents.size());
   EXPECT_EQ(left().size(), 1U);
-  const auto copy = qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(target, std::nullopt, progress);
+  const auto copy = qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(target, std::nullopt);
   ASSERT_TRUE(copy);
   EXPECT_EQ(bytesOf(fileSystemRepresentation(*copy->path())), contents);
   EXPECT_TRUE(copy->pathExtension().empty());
