@@ -82,9 +82,11 @@ def read(path):
             raise SystemExit(f"{run['run_name']}: {run['error_message']}")
         if run.get("aggregate_name") != "median":
             continue
-        name, kind, contestant = run["run_name"].split("|")
+        run_name = run["run_name"]
+        clock = "real_time" if run_name.endswith("/real_time") else "cpu_time"
+        name, kind, contestant = run_name.removesuffix("/real_time").split("|")
         row = rows.setdefault(name, Row(name))
-        row.times[kind][contestant] = run["cpu_time"]
+        row.times[kind][contestant] = run[clock]
         row.held[kind, contestant] = run["held"]
     for key, value in measured["context"].items():
         name, _, promise = key.partition("|")

@@ -20,6 +20,7 @@ struct Row::Contestant {
 struct Row::Contest {
   std::string name;
   std::vector<Contestant> contestants;
+  bool isElapsed = false;
   // Nothing until the results were compared; then empty, or what is wrong.
   std::optional<std::string> complaint;
 
@@ -43,6 +44,11 @@ Row::Row(std::string name) : myContest(std::make_shared<Contest>()) {
   static int number = 0;
   myContest->name = std::move(name);
   set("order", std::to_string(number++));
+}
+
+Row& Row::elapsed() {
+  myContest->isElapsed = true;
+  return *this;
 }
 
 Row& Row::per(const std::string& piece, std::size_t count) {
@@ -72,7 +78,7 @@ Row& Row::add(const std::string& kind, const std::string& name, std::function<Tr
   const std::size_t index = myContest->contestants.size();
   myContest->contestants.push_back({name, std::move(tryOut)});
   // report.py takes the name apart again.
-  benchmark::RegisterBenchmark((myContest->name + "|" + kind + "|" + name).c_str(),
+  benchmark::internal::Benchmark* made = benchmark::RegisterBenchmark((myContest->name + "|" + kind + "|" + name).c_str(),
                                [contest = myContest, index, timing = std::move(timing)](benchmark::State& state) {
                                  if (!contest->complaint) contest->compareResults();
                                  if (!contest->complaint->empty())
@@ -80,6 +86,7 @@ Row& Row::add(const std::string& kind, const std::string& name, std::function<Tr
                                  timing(state);
                                  state.counters["held"] = static_cast<double>(contest->contestants[index].heldBytes);
                                });
+  if (myContest->isElapsed) made->UseRealTime();
   return *this;
 }
 

@@ -33,6 +33,9 @@ class Row {
   // Names are unique, and say what the work is.
   explicit Row(std::string name);
 
+  // The row is about time that passes, not about the processor's: for work that others do, such as a server. First of all.
+  Row& elapsed();
+
   // `compared` turns a result into what is compared, where the result as it is tells nothing.
   template <class Work, class Compared = std::identity>
   Row& ours(Work work, Compared compared = {}) {

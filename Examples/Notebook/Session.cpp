@@ -60,10 +60,14 @@ std::optional<std::string> lastFolder() {
   return kelvane::fileSystemRepresentation(*folder);
 }
 
-void beginSession(const std::string& folder) {
+void beginSession() {
   standardUserDefaults().defaults().registerDefaults(
       *kelvane::NSDictionary::dictionaryWithEntries({{kelvane::Text(kelvane::cQNPref_LogLevel), kelvane::box(2)}}));
   setUpEnvironment();
+}
+
+void beginSession(const std::string& folder) {
+  beginSession();
   QNLogger::sharedLogger().info(__LINE__, __FILE__, __func__,
                                 kelvane::format(u"Report on %@", kelvane::textFromFileSystem(folder)));
   keepFolder(folder);
@@ -71,7 +75,7 @@ void beginSession(const std::string& folder) {
 
 void endSession(bool isWhole) {
   QNLogger& logger = QNLogger::sharedLogger();
-  logger.info(__LINE__, __FILE__, __func__, isWhole ? u"Report is whole." : u"Something was left out of the report.");
+  logger.info(__LINE__, __FILE__, __func__, isWhole ? u"All is done." : u"Something was left out.");
   logger.closeLogFile();
 }
 

@@ -6,8 +6,9 @@
 #include <string_view>
 
 #include "Extensions/NSAttributedString-QNExtensions.h"
-#include "Pages.h"
+#include "Feedback.h"
 #include "Output.h"
+#include "Pages.h"
 #include "Platform/Foundation/Format.h"
 #include "Report.h"
 #include "Session.h"
@@ -23,11 +24,13 @@ constexpr kelvane::TextView usage =
     u"Usage: Notebook --report [FOLDER]\n"
     u"       Notebook --html FILE\n"
     u"       Notebook --rtf FILE\n"
+    u"       Notebook --feedback\n"
     u"       Notebook --help\n"
     u"\n"
     u"Reports on the documents in FOLDER and the folders in it: lines, tables, configuration files.\n"
     u"Without FOLDER, on the one of the last time.\n"
     u"With --html or --rtf, prints the note in FILE in that format.\n"
+    u"With --feedback, asks a web site for links and sends it feedback; the site is a small one that is started for this.\n"
     u"The exit status is 1 if something could not be read or written, 2 if the arguments are wrong.\n";
 
 ExitStatus printHelp() {
@@ -43,8 +46,16 @@ ExitStatus report(const std::string& folder) {
   return isWhole ? Success : Failure;
 }
 
+ExitStatus feedback() {
+  notebook::beginSession();
+  const bool isSent = notebook::sendFeedback();
+  notebook::endSession(isSent);
+  return isSent ? Success : Failure;
+}
+
 ExitStatus run(std::span<char*> arguments) {
   if (arguments.size() == 2 && std::string_view(arguments[1]) == "--help") return printHelp();
+  if (arguments.size() == 2 && std::string_view(arguments[1]) == "--feedback") return feedback();
   if (arguments.size() >= 2 && std::string_view(arguments[1]) == "--report") {
     if (arguments.size() == 3) return report(arguments[2]);
     const auto folder = notebook::lastFolder();

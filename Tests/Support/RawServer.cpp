@@ -62,7 +62,7 @@ bool RawPeer::read(RawRequest& request) {
 }
 
 bool RawPeer::discard(std::uint64_t& size) {
-  std::string buffer(std::size_t{1} << 18U, '\0');
+  thread_local std::string buffer(std::size_t{1} << 18U, '\0');
   std::string head;
   std::size_t end = std::string::npos;
   std::uint64_t left = 1;
