@@ -46,7 +46,8 @@ WebSite::WebSite() : myServer(std::make_unique<Server>()) {
   if (port < 0) throw std::runtime_error("no port for the web site");
   myHost = "127.0.0.1:" + std::to_string(port);
   myServer->thread = std::thread([this] { myServer->http.listen_after_bind(); });
-  myServer->http.wait_until_ready();
+  // Before that it cannot be stopped.
+  while (!http.is_running()) std::this_thread::yield();
 }
 
 WebSite::~WebSite() {

@@ -2,29 +2,12 @@
 
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "Platform/Foundation/NSURLError.h"
 #include "Platform/Foundation/URLLoader.h"
 #include "Platform/Foundation/URLTransfer.h"
 
 namespace kelvane {
-namespace {
-
-class WholeAnswer final : public URLTransfer::Listener {
- public:
-  bool receive(std::string_view bytes) override {
-    myBytes.insert(myBytes.end(), bytes.begin(), bytes.end());
-    return true;
-  }
-  std::vector<std::uint8_t> take() { return std::move(myBytes); }
-
- private:
-  std::vector<std::uint8_t> myBytes;
-};
-
-}  // namespace
-
 NSURLConnectionDelegate::~NSURLConnectionDelegate() = default;
 void NSURLConnectionDelegate::didSendBodyData(NSURLConnection&, std::uint64_t, std::uint64_t) {}
 void NSURLConnectionDelegate::didReceiveData(NSURLConnection&, std::string_view) {}
@@ -106,7 +89,7 @@ class NSURLConnection::Exchange final : public URLLoader::Client, private URLTra
 };
 
 Ref<NSData> NSURLConnection::sendSynchronousRequest(const NSURLRequest& request, Ref<NSError>* error) {
-  WholeAnswer answer;
+  URLTransfer::WholeAnswer answer;
   const auto transfer = URLTransfer::make(request, answer, URLTransfer::Kind::Blocking);
   const Ref<NSError> reason =
       transfer ? transfer->perform()

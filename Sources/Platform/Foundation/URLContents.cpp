@@ -17,18 +17,6 @@ Ref<NSError> failure(NSURLErrorCode code, TextView description, const Ref<NSErro
   return NSError::errorWithDescription(NSURLErrorDomain, code, description, underlying);
 }
 
-class InMemory final : public URLTransfer::Listener {
- public:
-  bool receive(std::string_view bytes) override {
-    myBytes.insert(myBytes.end(), bytes.begin(), bytes.end());
-    return true;
-  }
-  std::vector<std::uint8_t> take() { return std::move(myBytes); }
-
- private:
-  std::vector<std::uint8_t> myBytes;
-};
-
 class ToFile final : public URLTransfer::Listener {
  public:
   ToFile(const std::string& path, const URLProgressCall& progress) : myWriter(path), myProgress(progress) {}
@@ -79,7 +67,7 @@ Ref<NSError> load(const Ref<NSURL>& url, const URLLimits& limits, URLTransfer::L
 }  // namespace
 
 Ref<NSData> dataWithContentsOfURL(const Ref<NSURL>& url, Ref<NSError>* error, const URLLimits& limits) {
-  InMemory contents;
+  URLTransfer::WholeAnswer contents;
   const Ref<NSError> reason = load(url, limits, contents);
   if (!reason) return std::make_shared<NSData>(contents.take());
   if (error) *error = reason;

@@ -8,6 +8,7 @@
 
 #include "Platform/Foundation/NSURLError.h"
 #include "Platform/Foundation/TextEncoding.h"
+#include "Platform/Foundation/URLAddress.h"
 
 namespace kelvane {
 namespace {
@@ -63,23 +64,6 @@ class KeptHandles {
 };
 
 thread_local bool KeptHandles::areGone = false;
-
-// As a request has it: what is not ASCII is encoded, except in the host, where it is another's business.
-std::string addressOf(const NSURL& url) {
-  const std::string text = utf8(url.absoluteString());
-  const std::size_t authority = text.find("://");
-  const std::size_t path = authority == std::string::npos ? 0 : std::min(text.find_first_of("/?#", authority + 3), text.size());
-  std::string address = text.substr(0, path);
-  for (const char byte : std::string_view(text).substr(path)) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    const auto value = static_cast<unsigned char>(byte);
-    if (value < 0x80)
-      address += byte;
-    else
-      address.append({'%', digits[value >> 4U], digits[value & 15U]});
-  }
-  return address;
-}
 
 struct Meaning {
   NSURLErrorCode code;
@@ -140,6 +124,11 @@ bool isHeaderText(std::string_view text) { return text.find_first_of(std::string
 }  // namespace
 
 URLTransfer::Listener::~Listener() = default;
+
+bool URLTransfer::WholeAnswer::receive(std::string_view bytes) {
+  myBytes.insert(myBytes.end(), bytes.begin(), bytes.end());
+  return true;
+}
 
 // What the library calls. Nothing may be thrown through it.
 struct URLTransfer::Callbacks {
@@ -254,11 +243,12 @@ URLTransfer::~URLTransfer() {
 
 // Parsed here and not by the transfer: what cannot be parsed is never started.
 bool URLTransfer::setAddress() {
+  const auto text = asciiAddress(*myRequest.URL);
+  if (!text) return false;
   CURLU* address = curl_url();
   if (!address) throw std::bad_alloc();
   myAddress = address;
-  if (curl_url_set(address, CURLUPART_URL, addressOf(*myRequest.URL).c_str(), CURLU_NON_SUPPORT_SCHEME) != CURLUE_OK)
-    return false;
+  if (curl_url_set(address, CURLUPART_URL, text->c_str(), CURLU_NON_SUPPORT_SCHEME) != CURLUE_OK) return false;
   curl_easy_setopt(myHandle, CURLOPT_CURLU, address);
   curl_easy_setopt(myHandle, CURLOPT_PROTOCOLS_STR, "http,https");
   curl_easy_setopt(myHandle, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");

@@ -6,6 +6,8 @@
 #include <memory>
 #include <string_view>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include "Platform/Foundation/NSError.h"
 #include "Platform/Foundation/NSURLRequest.h"
@@ -24,6 +26,16 @@ class URLTransfer {
     virtual bool receive(std::string_view bytes) = 0;
     // False ends it with NSURLErrorCancelled.
     virtual bool progress(const URLProgress&) { return true; }
+  };
+
+  // Keeps the answer's bytes.
+  class WholeAnswer final : public Listener {
+   public:
+    bool receive(std::string_view bytes) override;
+    std::vector<std::uint8_t> take() { return std::move(myBytes); }
+
+   private:
+    std::vector<std::uint8_t> myBytes;
   };
 
   // Who waits: the caller of `perform`, or a URLLoader.
