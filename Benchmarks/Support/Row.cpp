@@ -78,14 +78,14 @@ Row& Row::add(const std::string& kind, const std::string& name, std::function<Tr
   const std::size_t index = myContest->contestants.size();
   myContest->contestants.push_back({name, std::move(tryOut)});
   // report.py takes the name apart again.
-  benchmark::internal::Benchmark* made = benchmark::RegisterBenchmark((myContest->name + "|" + kind + "|" + name).c_str(),
-                               [contest = myContest, index, timing = std::move(timing)](benchmark::State& state) {
-                                 if (!contest->complaint) contest->compareResults();
-                                 if (!contest->complaint->empty())
-                                   return state.SkipWithError(contest->complaint->c_str());
-                                 timing(state);
-                                 state.counters["held"] = static_cast<double>(contest->contestants[index].heldBytes);
-                               });
+  benchmark::internal::Benchmark* made = benchmark::RegisterBenchmark(
+      (myContest->name + "|" + kind + "|" + name).c_str(),
+      [contest = myContest, index, timing = std::move(timing)](benchmark::State& state) {
+        if (!contest->complaint) contest->compareResults();
+        if (!contest->complaint->empty()) return state.SkipWithError(contest->complaint->c_str());
+        timing(state);
+        state.counters["held"] = static_cast<double>(contest->contestants[index].heldBytes);
+      });
   if (myContest->isElapsed) made->UseRealTime();
   return *this;
 }

@@ -33,7 +33,8 @@ class Row {
   // Names are unique, and say what the work is.
   explicit Row(std::string name);
 
-  // The row is about time that passes, not about the processor's: for work that others do, such as a server. First of all.
+  // The row is about time that passes, not about the processor's: for work that others do, such as a server. First of
+  // all.
   Row& elapsed();
 
   // `compared` turns a result into what is compared, where the result as it is tells nothing.

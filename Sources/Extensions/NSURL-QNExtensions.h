@@ -30,9 +30,9 @@ KELVANE_EXPORT bool isReachable(const Ref<NSURL>& receiver);
 inline constexpr URLLimits downloadLimits = {.receivedBytes = std::uint64_t{64} << 30U};
 
 // qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension:  Reads what is behind the receiver (http, https or file)
-// into a new file in the user's folder for temporary files, whose URL it gives: a UUID, a point and `extension`, without
-// both for nil. Blocks meanwhile. The file is there whole or not at all: when the reading or the writing fails, that is
-// logged, and the result is nil. Takes no more memory for a long download than for a short one.
+// into a new file in the user's folder for temporary files, whose URL it gives: a UUID, a point and `extension`,
+// without both for nil. Blocks meanwhile. The file is there whole or not at all: when the reading or the writing fails,
+// that is logged, and the result is nil. Takes no more memory for a long download than for a short one.
 KELVANE_EXPORT Ref<NSURL> qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(
     const Ref<NSURL>& receiver, std::optional<TextView> extension, const URLProgressCall& progress = nullptr,
     const URLLimits& limits = downloadLimits);

@@ -80,8 +80,8 @@ class KELVANE_EXPORT QNHTTPPost {
   //   DESCRIPTION OR CONTENTS
   //   --BOUNDARY--                                                                 at the end
   //
-  // A URL of another kind has neither headers nor the empty line behind them. Lines end with CR LF. A file that cannot be
-  // read has no bytes.
+  // A URL of another kind has neither headers nor the empty line behind them. Lines end with CR LF. A file that cannot
+  // be read has no bytes.
   Ref<NSData> generateFormData(const Ref<NSDictionary>& form, TextView forBoundary) const;
 
   // cancel  Ends the background post, if there is one. The delegate hears nothing of it, nor anything else.

@@ -122,8 +122,8 @@ class KELVANE_EXPORT QNEnvironment {
   // the system log.
   void setupFilesAndFolders();
 
-  // Where the maker's web site keeps its links: the host, and the port if it is not 80, of "HOST/sitemap/application.xml".
-  // Nil, as at first, when there is none; then every link is the default.
+  // Where the maker's web site keeps its links: the host, and the port if it is not 80, of
+  // "HOST/sitemap/application.xml". Nil, as at first, when there is none; then every link is the default.
   std::optional<Text> sitemapServer() const { return mySitemapServer; }
   void setSitemapServer(std::optional<TextView> sitemapServer) { mySitemapServer = sitemapServer; }
   // How long a caller may have to wait for it, and for how much.
@@ -131,9 +131,9 @@ class KELVANE_EXPORT QNEnvironment {
   void setSitemapLimits(const URLLimits& limits) { mySitemapLimits = limits; }
 
   // linkFromSitemapForKey:defaultTo:  The address that the sitemap, a property list on the web site, has under the key.
-  // The default when it has none or an empty one, nil when it has a value of another kind, or the default is no text; nil
-  // for nil. The first call fetches the sitemap and waits for it. It is kept for the process, whatever environment has
-  // asked; when there was none to be had, the next call tries again. Any thread.
+  // The default when it has none or an empty one, nil when it has a value of another kind, or the default is no text;
+  // nil for nil. The first call fetches the sitemap and waits for it. It is kept for the process, whatever environment
+  // has asked; when there was none to be had, the next call tries again. Any thread.
   std::optional<Text> linkFromSitemapForKey(std::optional<TextView> key, const Ref<NSObject>& defaultTo) const;
   // linkFromSitemapForKey:  The default is what the main bundle's information dictionary has under the key.
   std::optional<Text> linkFromSitemapForKey(std::optional<TextView> key) const;
@@ -179,7 +179,9 @@ class KELVANE_EXPORT QNEnvironment {
   // linkToVersionInfoFile
   std::optional<Text> linkToVersionInfoFile() const { return myLinkToVersionInfoFile; }
   // setLinkToVersionInfoFile:
-  void setLinkToVersionInfoFile(std::optional<TextView> linkToVersionInfoFile) { myLinkToVersionInfoFile = linkToVersionInfoFile; }
+  void setLinkToVersionInfoFile(std::optional<TextView> linkToVersionInfoFile) {
+    myLinkToVersionInfoFile = linkToVersionInfoFile;
+  }
 
   // summary  "app-name: NAME", LF, "library-app-support: " and `libraryAppSupportPath`.
   Text summary() const;

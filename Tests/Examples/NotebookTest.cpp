@@ -298,7 +298,8 @@ TEST_F(NotebookTest, asksForLinksAndSendsFeedback) {
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.err, "");
   const std::string thanks = "    Thank you for log (Notebook.log, 0 bytes) message\n";
-  EXPECT_THAT(result.out, testing::MatchesRegex("Feedback page: http://127.0.0.1:[0-9]+/feedback\nShop: no such link\n.*"));
+  EXPECT_THAT(result.out,
+              testing::MatchesRegex("Feedback page: http://127.0.0.1:[0-9]+/feedback\nShop: no such link\n.*"));
   EXPECT_THAT(result.out, EndsWith("Feedback, waiting for the answer\n" + thanks +
                                    "Feedback, in the background\n    on its way\n" + thanks));
 }

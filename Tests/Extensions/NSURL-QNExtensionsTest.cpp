@@ -1,5 +1,3 @@
-#include "Extensions/NSURL-QNExtensions.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "Extensions/NSURL-QNExtensions.h"
 #include "Platform/Foundation/NSURLError.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/URLContents.h"
@@ -101,8 +100,7 @@ TEST_F(DownloadTest, LeavesNothingBehindAFailure) {
     EXPECT_THAT(left(), IsEmpty());
   }
   // A folder that is not there cannot be written to.
-  EXPECT_EQ(qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(
-                NSURL::fileURLWithPath(u"/etc/passwd"), u"a/b"),
+  EXPECT_EQ(qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(NSURL::fileURLWithPath(u"/etc/passwd"), u"a/b"),
             nullptr);
   EXPECT_THAT(utf8(log.take().at(0)), testing::HasSubstr("Can't write contents to URL: file://"));
 }

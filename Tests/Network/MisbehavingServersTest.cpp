@@ -113,8 +113,8 @@ std::vector<Row> unusualAnswers() {
       {"ends by closing", says(head + "\r\nuntil the end"), fine, u"until the end"},
       {"drips", drips, fine, u"drop by drop"},
       {"two answers a connection", answersTwice, fine, u"kept"},
-      {"tells to go on, again and again", says("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 100 Continue\r\n\r\n" +
-                                                answer("200 OK", "x")), fine, u"x"},
+      {"tells to go on, again and again",
+       says("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 100 Continue\r\n\r\n" + answer("200 OK", "x")), fine, u"x"},
       {"hints first", says("HTTP/1.1 103 Early Hints\r\nLink: </a>\r\n\r\n" + answer("200 OK", "x")), fine, u"x"},
       {"no content", says("HTTP/1.1 204 No Content\r\n\r\n")},
       {"empty content", says(answer("200 OK", ""))},
@@ -181,7 +181,8 @@ std::vector<Row> brokenAnswers() {
       {"endless body", saysForever(head + "\r\n", std::string(10000, 'x')), tooMuch},
       {"endless chunks", saysForever(chunked, manyChunks), tooMuch},
       {"one huge chunk", saysForever(chunked + "7FFFFFFFFFFFFFFF\r\n", std::string(10000, 'x')), tooMuch},
-      {"a huge length", saysForever(head + "Content-Length: 9000000000000000000\r\n\r\n", std::string(10000, 'x')), tooMuch},
+      {"a huge length", saysForever(head + "Content-Length: 9000000000000000000\r\n\r\n", std::string(10000, 'x')),
+       tooMuch},
       {"endless trailers", saysForever(chunked + "1\r\na\r\n0\r\n", "T: trailer\r\n"), tooMuch},
       {"an endless redirect", saysForever("HTTP/1.1 302 Found\r\nLocation: /x\r\n\r\n", "moved"), tooManyRedirects},
       {"an endless redirect in chunks",
@@ -195,7 +196,9 @@ std::vector<Row> redirectsAstray() {
   };
   const auto toItself = [](RawPeer& peer, int) { return peer.base() + "/"; };
   const auto toAndFro = [](RawPeer&, int count) { return count % 2 == 0 ? "/a"s : "/b"s; };
-  const auto onAndOn = [](RawPeer&, int count) { return "/" + std::string(static_cast<std::size_t>(count) * 100, 'a'); };
+  const auto onAndOn = [](RawPeer&, int count) {
+    return "/" + std::string(static_cast<std::size_t>(count) * 100, 'a');
+  };
   return {
       {"redirects to itself", redirectsAlways("302 Found", toItself), tooManyRedirects},
       {"redirects to itself with the body", redirectsAlways("307 Temporary", toItself), tooManyRedirects},
@@ -209,7 +212,11 @@ std::vector<Row> redirectsAstray() {
       {"redirects to no port", leadsTo("http://127.0.0.1:99999/"), NSURLErrorBadURL},
       {"redirects to a closed door", leadsTo(test::refusingBase()), NSURLErrorCannotConnectToHost},
       {"redirects to no host", leadsTo("http://name.invalid/"), NSURLErrorCannotFindHost},
-      {"redirects where none is allowed", redirectsOnce("302 Found"), tooManyRedirects, u"", std::nullopt,
+      {"redirects where none is allowed",
+       redirectsOnce("302 Found"),
+       tooManyRedirects,
+       u"",
+       std::nullopt,
        {.redirects = 0}},
   };
 }
@@ -334,9 +341,12 @@ TEST_F(MisbehavingServersTest, WhatIsTooSlowIsGivenUp) {
 
 TEST_F(MisbehavingServersTest, ConnectionsThatCannotBeMade) {
   const std::pair<std::string, std::int64_t> rows[] = {
-      {test::refusingBase(), NSURLErrorCannotConnectToHost}, {"http://name.invalid/", NSURLErrorCannotFindHost},
-      {"ftp://127.0.0.1/", unsupported},                      {"http://127.0.0.1:99999/", NSURLErrorBadURL},
-      {"http://[::1/", NSURLErrorBadURL},                     {"relative", NSURLErrorBadURL},
+      {test::refusingBase(), NSURLErrorCannotConnectToHost},
+      {"http://name.invalid/", NSURLErrorCannotFindHost},
+      {"ftp://127.0.0.1/", unsupported},
+      {"http://127.0.0.1:99999/", NSURLErrorBadURL},
+      {"http://[::1/", NSURLErrorBadURL},
+      {"relative", NSURLErrorBadURL},
   };
   for (const auto& [address, code] : rows) {
     Ref<NSError> error;

@@ -1,5 +1,3 @@
-#include "Network/QNHTTPPost.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -9,6 +7,7 @@
 #include <fstream>
 #include <thread>
 
+#include "Network/QNHTTPPost.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/NSRunLoop.h"
@@ -172,8 +171,9 @@ TEST_F(QNHTTPPostTest, OthersReadWhatIsSent) {
 }
 
 TEST_F(QNHTTPPostTest, AddressesThatCannotBeUsedFailAtOnce) {
-  for (const std::optional<TextView> target : {std::optional<TextView>(), std::optional<TextView>(u"http://a b/"),
-                                               std::optional<TextView>(u"http://h:99999/"), std::optional<TextView>(u"x")}) {
+  for (const std::optional<TextView> target :
+       {std::optional<TextView>(), std::optional<TextView>(u"http://a b/"), std::optional<TextView>(u"http://h:99999/"),
+        std::optional<TextView>(u"x")}) {
     Recorder one;
     QNHTTPPost post(target, &one);
     post.postAndNotify(nullptr);
@@ -224,7 +224,8 @@ TEST_F(QNHTTPPostTest, LoopsMayRunWithinCalls) {
   QNHTTPPost first(address, &recorder);
   QNHTTPPost second(address, &inner);
   recorder.then = [&](const std::string& what, QNHTTPPost&) {
-    while (what == "finished" && inner.heard.size() < 2) NSRunLoop::currentRunLoop().eventLoop().wait(EventLoop::Clock::time_point::max());
+    while (what == "finished" && inner.heard.size() < 2)
+      NSRunLoop::currentRunLoop().eventLoop().wait(EventLoop::Clock::time_point::max());
   };
   first.postAndNotify(nullptr);
   second.postAndNotify(nullptr);
@@ -290,7 +291,8 @@ TEST_F(QNHTTPPostTest, EachThreadPostsOnItsOwnLoop) {
   std::vector<std::thread> threads;
   for (int i = 0; i < 4; ++i) {
     threads.emplace_back([&, i] {
-      const auto form = NSDictionary::dictionaryWithEntries({{u"thread", box(i)}, {u"f", NSURL::fileURLWithPath(u"/etc/passwd")}});
+      const auto form =
+          NSDictionary::dictionaryWithEntries({{u"thread", box(i)}, {u"f", NSURL::fileURLWithPath(u"/etc/passwd")}});
       Recorder one;
       for (std::size_t round = 1; round <= 5; ++round) {
         QNHTTPPost post(address, &one);

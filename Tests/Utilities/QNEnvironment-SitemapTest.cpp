@@ -38,8 +38,10 @@ class SitemapTest : public testing::Test {
 
 TEST_F(SitemapTest, LooksKeysUpInWhatItFetchesOnce) {
   answers = {answer("500 Oops", plist("<dict><key>home</key><string>wrong</string></dict>")),
-             answer("200 OK", plist("<array/>")), answer("200 OK", "no property list"),
-             answer("200 OK", plist(std::string(7 * 1000, 'x'))), "nonsense",
+             answer("200 OK", plist("<array/>")),
+             answer("200 OK", "no property list"),
+             answer("200 OK", plist(std::string(7 * 1000, 'x'))),
+             "nonsense",
              answer("200 OK", plist("<dict><key>home</key><string>http://h/</string><key>empty</key><string/>"
                                     "<key>number</key><integer>3</integer></dict>"))};
   environment.setAppName(u"My App");
@@ -49,13 +51,14 @@ TEST_F(SitemapTest, LooksKeysUpInWhatItFetchesOnce) {
   EXPECT_TRUE(heads.empty());
   for (int i = 0; i < 5; ++i) EXPECT_EQ(environment.linkFromSitemapForKey(u"home", fallback), u"fallback") << i;
   const std::tuple<Text, Ref<NSObject>, std::optional<Text>> rows[] = {
-      {u"home", fallback, u"http://h/"}, {u"empty", fallback, u"fallback"}, {u"missing", fallback, u"fallback"},
+      {u"home", fallback, u"http://h/"},   {u"empty", fallback, u"fallback"},  {u"missing", fallback, u"fallback"},
       {u"number", fallback, std::nullopt}, {u"missing", box(3), std::nullopt}, {u"empty", nullptr, std::nullopt}};
   for (const auto& [key, defaultTo, link] : rows) EXPECT_EQ(environment.linkFromSitemapForKey(key, defaultTo), link);
   EXPECT_EQ(environment.linkFromSitemapForKey(u"missing"), std::nullopt);
   EXPECT_EQ(QNEnvironment().linkFromSitemapForKey(u"home"), u"http://h/") << "of the process";
   ASSERT_EQ(heads.size(), 6U);
-  EXPECT_THAT(heads[0], testing::StartsWith("GET /sitemap/application.xml?product=MyApp&version=(null)&revision=(null) "));
+  EXPECT_THAT(heads[0],
+              testing::StartsWith("GET /sitemap/application.xml?product=MyApp&version=(null)&revision=(null) "));
   EXPECT_TRUE(log.take().empty());
 }
 
@@ -67,7 +70,8 @@ TEST_F(SitemapTest, HugeDeepAndSlowOnesGiveTheDefault) {
     peer.read(request);
     peer.stall();
   });
-  answers = {answer("200 OK", "<plist>" + deep), answer("200 OK", plist("<string>" + std::string(200000, 'x') + "</string>"))};
+  answers = {answer("200 OK", "<plist>" + deep),
+             answer("200 OK", plist("<string>" + std::string(200000, 'x') + "</string>"))};
   environment.setSitemapLimits({.idleTime = std::chrono::seconds(1), .receivedBytes = 5U << 20U});
   environment.setSitemapServer(textFromUTF8(slow.base().substr(7)));
   EXPECT_EQ(environment.linkFromSitemapForKey(u"home", fallback), u"fallback");

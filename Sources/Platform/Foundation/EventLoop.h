@@ -38,12 +38,14 @@ class KELVANE_EXPORT EventLoop {
   // closed.
   virtual void unwatch(int descriptor) = 0;
 
-  // Calls `call` once, at `time` or as soon afterwards as the loop gets to it; at the next turn for a time that is past.
+  // Calls `call` once, at `time` or as soon afterwards as the loop gets to it; at the next turn for a time that is
+  // past.
   virtual Timer callAt(Clock::time_point time, Call call) = 0;
   // Takes that back. Nothing when it has been called.
   virtual void cancel(Timer timer) = 0;
 
-  // Calls `call` once at the next turn, in the order in which these came. Any thread may ask for it, and wakes the loop.
+  // Calls `call` once at the next turn, in the order in which these came. Any thread may ask for it, and wakes the
+  // loop.
   virtual void callSoon(Call call) = 0;
 
   // One turn: waits until there is something to call, or until `limit`, and makes the calls. False, at once, when there

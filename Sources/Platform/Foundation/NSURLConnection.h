@@ -31,12 +31,12 @@ class KELVANE_EXPORT NSURLConnectionDelegate {
   virtual void connectionDidFinishLoading(NSURLConnection& connection);
 };
 
-// A request on its way. Its thread's run loop drives it, connections to servers are kept for the thread's next requests.
-// Answers are not unpacked, cookies not kept. For the thread that started it.
+// A request on its way. Its thread's run loop drives it, connections to servers are kept for the thread's next
+// requests. Answers are not unpacked, cookies not kept. For the thread that started it.
 class KELVANE_EXPORT NSURLConnection {
  public:
-  // sendSynchronousRequest:returningResponse:error:  Sends the request and waits for the whole answer: its body. Nil when
-  // it fails, and `error`, which may be null, tells why. The run loop is not run meanwhile.
+  // sendSynchronousRequest:returningResponse:error:  Sends the request and waits for the whole answer: its body. Nil
+  // when it fails, and `error`, which may be null, tells why. The run loop is not run meanwhile.
   static Ref<NSData> sendSynchronousRequest(const NSURLRequest& request, Ref<NSError>* error);
 
   // connectionWithRequest:delegate:  Starts the request; nothing is called before the run loop runs. Null when the

@@ -75,7 +75,8 @@ bool PollLoop::callThoseOfSoon() {
   std::uint64_t count = 0;
   [[maybe_unused]] const ssize_t size = read(myWakeUp, &count, sizeof count);
   std::unique_lock lock(mySoonMutex);
-  // Those that come meanwhile wait for the next turn. One at a time: a call that waits itself is to find those behind it.
+  // Those that come meanwhile wait for the next turn. One at a time: a call that waits itself is to find those behind
+  // it.
   const std::size_t due = mySoon.size();
   for (std::size_t i = 0; i < due && !mySoon.empty(); ++i) {
     const Call call = std::move(mySoon.front());

@@ -37,8 +37,8 @@ class KELVANE_EXPORT RequestBody {
   std::uint64_t myLength = 0;
 };
 
-// Reads a body from its start to its end, one file open at a time. Files are opened when their turn comes. One thread at
-// a time.
+// Reads a body from its start to its end, one file open at a time. Files are opened when their turn comes. One thread
+// at a time.
 class KELVANE_EXPORT RequestBodyReader {
  public:
   // `body` must outlive the reader and stay as it is.
@@ -48,8 +48,8 @@ class KELVANE_EXPORT RequestBodyReader {
   RequestBodyReader& operator=(const RequestBodyReader&) = delete;
 
   // Puts the next bytes into `buffer` and tells in `count` how many: `size`, unless the body ends; 0 at the end. A file
-  // that cannot be opened any more is an error, behind the `count` bytes before it; one that has become shorter is std::errc::io_error; what a file has
-  // grown by is not read.
+  // that cannot be opened any more is an error, behind the `count` bytes before it; one that has become shorter is
+  // std::errc::io_error; what a file has grown by is not read.
   std::error_code read(char* buffer, std::size_t size, std::size_t& count);
   bool isAtEnd() const { return myPiece == myBody.myPieces.size(); }
   // Starts again from the beginning.

@@ -47,7 +47,8 @@ std::optional<std::string> asciiAddress(const NSURL& url) {
   const std::string_view whole = text;
   const std::size_t mark = whole.find("://");
   const std::size_t start = mark == std::string_view::npos ? 0 : mark + 3;
-  const std::size_t end = mark == std::string_view::npos ? 0 : std::min(whole.find_first_of("/?#", start), whole.size());
+  const std::size_t end =
+      mark == std::string_view::npos ? 0 : std::min(whole.find_first_of("/?#", start), whole.size());
   // Empty where there is none.
   const std::string_view authority = whole.substr(start, end - start);
   const std::size_t host = authority.rfind('@') + 1;

@@ -9,7 +9,8 @@
 #include "Platform/Foundation/NSURLRequest.h"
 
 // What is behind a URL, read whole while the caller waits: http, https and file. Only regular files are read, and of
-// answers of servers only those whose status is below 400. Any thread; each keeps its connections for its next requests.
+// answers of servers only those whose status is below 400. Any thread; each keeps its connections for its next
+// requests.
 namespace kelvane {
 
 // dataWithContentsOfURL:options:error:  Nil for nil and after a failure, about which `error`, which may be null, tells.
@@ -21,8 +22,8 @@ KELVANE_EXPORT Ref<NSData> dataWithContentsOfURL(const Ref<NSURL>& url, Ref<NSEr
 KELVANE_EXPORT Ref<NSDictionary> dictionaryWithContentsOfURL(const Ref<NSURL>& url, const URLLimits& limits = {});
 
 // Makes the contents of `url` those of the file at `path`, little by little but at once in the end (AtomicFileWriter):
-// after a failure the file is as it was, or absent. Nil, or what went wrong; NSURLErrorCannotWriteToFile when it was the
-// writing. `progress` may be empty.
+// after a failure the file is as it was, or absent. Nil, or what went wrong; NSURLErrorCannotWriteToFile when it was
+// the writing. `progress` may be empty.
 KELVANE_EXPORT Ref<NSError> saveContentsOfURL(const Ref<NSURL>& url, const std::string& path,
                                               const URLLimits& limits = {}, const URLProgressCall& progress = nullptr);
 

@@ -19,8 +19,8 @@ struct URLLoader::Callbacks {
       loop.unwatch(socket);
       return 0;
     }
-    const unsigned events =
-        ((what & CURL_POLL_IN) != 0 ? EventLoop::Readable : 0U) | ((what & CURL_POLL_OUT) != 0 ? EventLoop::Writable : 0U);
+    const unsigned events = ((what & CURL_POLL_IN) != 0 ? EventLoop::Readable : 0U) |
+                            ((what & CURL_POLL_OUT) != 0 ? EventLoop::Writable : 0U);
     loop.watch(socket, events, [&loader, socket](unsigned happened) {
       loader.drive(socket, ((happened & EventLoop::Readable) != 0 ? CURL_CSELECT_IN : 0) |
                                ((happened & EventLoop::Writable) != 0 ? CURL_CSELECT_OUT : 0));

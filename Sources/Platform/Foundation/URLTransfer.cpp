@@ -351,8 +351,9 @@ Ref<NSError> URLTransfer::errorFor(int code) const {
     case Reason::Cancelled:
       return inDomain({NSURLErrorCancelled, u"The transfer was cancelled."});
     case Reason::BodyUnreadable:
-      return inDomain({NSURLErrorRequestBodyStreamExhausted, u"A file to be sent could not be read, or became shorter."},
-                      NSError::errorWithSystemError(myBodyError));
+      return inDomain(
+          {NSURLErrorRequestBodyStreamExhausted, u"A file to be sent could not be read, or became shorter."},
+          NSError::errorWithSystemError(myBodyError));
     case Reason::NoMemory:
       return NSError::errorWithSystemError(std::make_error_code(std::errc::not_enough_memory));
     case Reason::Idle:

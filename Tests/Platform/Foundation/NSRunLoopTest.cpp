@@ -1,11 +1,11 @@
-#include "Platform/Foundation/NSRunLoop.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <limits>
 #include <thread>
+
+#include "Platform/Foundation/NSRunLoop.h"
 
 namespace kelvane {
 namespace {
