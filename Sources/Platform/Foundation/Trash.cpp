@@ -64,15 +64,20 @@ Ref<NSURL> findInTrash(const std::string& trash, const struct stat& item) {
   return nullptr;
 }
 
-// The path with its folder's links resolved, since mounts are found by looking upwards; the item itself may be a link.
-std::string resolved(const std::string& path) {
+// Sets `resolved` to the path with its folder's links resolved, since mounts are found by looking upwards; the item
+// itself may be a link. 0 or an error number: EINVAL where the end of the path is no name, as with the root.
+int resolve(const std::string& path, std::string& resolved) {
   const std::size_t end = path.find_last_not_of('/') + 1;
   const std::size_t start = end == 0 ? 0 : path.rfind('/', end - 1) + 1;
+  const std::string name = path.substr(start, end - start);
+  if (name.empty() || name == "." || name == "..") return EINVAL;
   const std::string parent = start == 0 ? "." : path.substr(0, start);
   const std::unique_ptr<char, Releaser<free>> folder(realpath(parent.c_str(), nullptr));
-  if (!folder) return path;
-  const std::string prefix = folder.get();
-  return (prefix == "/" ? prefix : prefix + '/') + path.substr(start, end - start);
+  if (!folder) return errno;
+  resolved = folder.get();
+  if (resolved != "/") resolved += '/';
+  resolved += name;
+  return 0;
 }
 
 bool failWith(Ref<NSError> reason, Ref<NSError>* error) {
@@ -84,20 +89,20 @@ bool failWith(Ref<NSError> reason, Ref<NSError>* error) {
 
 bool trashItemAtPath(TextView path, Ref<NSURL>* resultingItemURL, Ref<NSError>* error) {
   struct stat item = {};
+  std::string file;
   const bool isPath = !path.empty() && path.find(u'\0') == TextView::npos;
-  const std::string file = isPath ? resolved(fileSystemRepresentation(path)) : std::string();
-  if (lstat(file.c_str(), &item) < 0)
-    return failWith(NSError::errorWithSystemError({errno, std::generic_category()}, path), error);
+  int reason = isPath ? resolve(fileSystemRepresentation(path), file) : ENOENT;
+  if (reason == 0 && lstat(file.c_str(), &item) < 0) reason = errno;
   // GIO takes a relative data folder for what it is: a folder wherever the process happens to stand.
-  if (g_get_user_data_dir()[0] != '/')
-    return failWith(NSError::errorWithSystemError({EINVAL, std::generic_category()}, path), error);
+  if (reason == 0 && g_get_user_data_dir()[0] != '/') reason = EINVAL;
+  if (reason != 0) return failWith(NSError::errorWithSystemError({reason, std::generic_category()}, path), error);
   // The local file system as it is: the default one would load modules of the desktop into the process.
   const FileHandle handle(g_vfs_get_file_for_path(g_vfs_get_local(), file.c_str()));
-  GError* reason = nullptr;
-  if (g_file_trash(handle.get(), nullptr, &reason) == FALSE) {
-    const ErrorHandle owner(reason);
-    return failWith(NSError::errorWithDescription(textFromUTF8(g_quark_to_string(reason->domain)), reason->code,
-                                                  textFromUTF8(reason->message)),
+  GError* failure = nullptr;
+  if (g_file_trash(handle.get(), nullptr, &failure) == FALSE) {
+    const ErrorHandle owner(failure);
+    return failWith(NSError::errorWithDescription(textFromUTF8(g_quark_to_string(failure->domain)), failure->code,
+                                                  textFromUTF8(failure->message)),
                     error);
   }
   if (!resultingItemURL) return true;

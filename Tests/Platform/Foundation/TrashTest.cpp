@@ -109,6 +109,15 @@ TEST_F(TrashTest, RefusesWhatItCannotMove) {
   EXPECT_EQ(error->code(), ENOENT);
   EXPECT_FALSE(trashItemAtPath(u"", nullptr, nullptr));
   EXPECT_FALSE(trashItemAtPath(TextView(u"a\0b", 3), nullptr, nullptr));
+  // Not the working folder, and not what is around it.
+  fs::create_directories(folder.path("x/y"));
+  fs::current_path(folder.path("x/y"));
+  for (const TextView path : {u"/", u"//", u".", u"./", u"..", u"../."}) {
+    EXPECT_FALSE(trashItemAtPath(path, nullptr, &error));
+    EXPECT_EQ(error->code(), EINVAL);
+  }
+  fs::current_path("/");
+  EXPECT_TRUE(fs::exists(folder.path("x/y")));
   write("a");
   // There can be no trash folder.
   write("data");
