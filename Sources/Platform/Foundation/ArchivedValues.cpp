@@ -180,7 +180,10 @@ void encodeError(const NSError& error, ArchiveEncoder& encoder) {
 Ref<NSObject> decodeError(ArchiveDecoder& decoder) {
   const Text domain = decoder.decodeText();
   const std::int64_t code = decoder.decodeInteger();
-  return std::make_shared<NSError>(domain, code, decoder.decodeObjectOf<NSDictionary>());
+  const Ref<NSObject> userInfo = decoder.decodeObject();
+  auto dictionary = as<NSDictionary>(userInfo);
+  if (userInfo && !dictionary) decoder.fail(u"its user information is no dictionary");
+  return std::make_shared<NSError>(domain, code, std::move(dictionary));
 }
 
 void encodeColor(const NSColor& color, ArchiveEncoder& encoder) {
@@ -215,7 +218,11 @@ Ref<NSObject> decodeColor(ArchiveDecoder& decoder) {
   }
 }
 
+constexpr int largestWeight = 15;
+
 void encodeFont(const NSFont& font, ArchiveEncoder& encoder) {
+  if (font.weight() < 0 || font.weight() > largestWeight)
+    encoder.fail(u"A font whose weight is beyond 15 cannot be archived.");
   encoder.encodeText(font.fontName());
   encoder.encodeText(font.familyName());
   encoder.encodeUnsigned(font.traits());
@@ -229,7 +236,7 @@ Ref<NSObject> decodeFont(ArchiveDecoder& decoder) {
   face.family = decoder.decodeText();
   face.traits = decoder.decodeUnsigned();
   const std::int64_t weight = decoder.decodeInteger();
-  if (weight < 0 || weight > 15) decoder.fail(u"its weight is beyond 15");
+  if (weight < 0 || weight > largestWeight) decoder.fail(u"its weight is beyond 15");
   face.weight = static_cast<int>(weight);
   return std::make_shared<NSFont>(std::move(face), decoder.decodeDouble());
 }

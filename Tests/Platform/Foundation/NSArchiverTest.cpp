@@ -108,6 +108,7 @@ TEST(NSArchiver, RoundTripsEachKindOfValue) {
       box(CGRect{{1, 2}, {3, 4}}),
       box(NSRange{5, 6}),
       NSError::errorWithDescription(u"domain", -7, u"what"),
+      std::make_shared<NSError>(u"without user information", 1),
       std::make_shared<NSColor>(NSColor::grayColor()),
       std::make_shared<NSColor>(NSColor::colorWithDeviceRed(0.1, 0.2, 0.3, 0.4)),
       font,
@@ -176,6 +177,8 @@ TEST(NSArchiver, RefusesWhatCannotBeWritten) {
             u"Objects of class Stranger cannot be archived: the class is not registered.");
   EXPECT_EQ(errorOf(std::make_shared<NSValue>(NSValue::valueWithPointer(nullptr))),
             u"An address cannot be archived: it means nothing in another process.");
+  EXPECT_EQ(errorOf(std::make_shared<NSFont>(FontFace{u"a", u"a", 0, 16}, 12)),
+            u"A font whose weight is beyond 15 cannot be archived.");
   const auto circle = std::make_shared<NSMutableArray>();
   circle->addObject(NSArray::arrayWithObjects({circle}));
   EXPECT_EQ(errorOf(circle), u"An object of class NSMutableArray cannot be archived: it leads back to itself.");
