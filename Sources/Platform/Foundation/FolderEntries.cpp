@@ -8,24 +8,24 @@
 namespace kelvane {
 
 std::error_code FolderEntries::read(int descriptor) {
-  constexpr std::size_t chunk = 65536;
-  mySize = 0;
+  // By way of a buffer, so that no more is kept than there is: walks keep the entries of all folders that they are in.
+  alignas(dirent64) char buffer[32768];
+  myRecords.clear();
   myPlace = 0;
   if (lseek(descriptor, 0, SEEK_SET) < 0) return {errno, std::generic_category()};
   for (;;) {
-    if (myRecords.size() < mySize + chunk) myRecords.resize(mySize == 0 ? chunk : mySize * 2 + chunk);
-    const ssize_t size = getdents64(descriptor, myRecords.data() + mySize, myRecords.size() - mySize);
+    const ssize_t size = getdents64(descriptor, buffer, sizeof buffer);
     if (size == 0) return {};
     // A folder that has been removed meanwhile is as good as empty.
     if (size < 0 && errno == ENOENT) return {};
     if (size < 0 && errno == EINTR) continue;
     if (size < 0) return {errno, std::generic_category()};
-    mySize += static_cast<std::size_t>(size);
+    myRecords.insert(myRecords.end(), buffer, buffer + size);
   }
 }
 
 bool FolderEntries::next(Entry& entry) {
-  while (myPlace < mySize) {
+  while (myPlace < myRecords.size()) {
     const auto* record = reinterpret_cast<const dirent64*>(myRecords.data() + myPlace);
     myPlace += record->d_reclen;
     const std::string_view name = record->d_name;

@@ -33,7 +33,6 @@ class FolderEntries {
  private:
   // Records of getdents64.
   std::vector<char> myRecords;
-  std::size_t mySize = 0;
   std::size_t myPlace = 0;
 };
 

@@ -65,7 +65,13 @@ TEST_F(FileRemoval, RefusesWhatNamesNothingOrTooMuch) {
   }
 }
 
-// Deeper than there are descriptors, and than any path could be.
+long mostMemory() {
+  rusage usage = {};
+  getrusage(RUSAGE_SELF, &usage);
+  return usage.ru_maxrss;
+}
+
+// Deeper than there are descriptors, and than any path could be; and with memory for the names alone.
 TEST_F(FileRemoval, IsNotBoundByDepth) {
   const rlimit few = {64, 64};
   setrlimit(RLIMIT_NOFILE, &few);
@@ -78,7 +84,9 @@ TEST_F(FileRemoval, IsNotBoundByDepth) {
     place = next;
   }
   close(place);
+  const long before = mostMemory();
   EXPECT_FALSE(removeTree(folder.path("folder")).error);
+  EXPECT_LT(mostMemory() - before, 32768);
   EXPECT_FALSE(fs::exists(folder.path("folder")));
 }
 
