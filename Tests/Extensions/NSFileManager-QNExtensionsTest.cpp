@@ -150,6 +150,8 @@ TEST_F(FileExtensionsTest, TellsWhatCouldNotBeRemoved) {
   write({"t/locked/in/a", "t/unreadable/b", "t/c", "sticky/d"});
   ASSERT_EQ(chmod(folder.path("t/locked/in").c_str(), 0500), 0);
   ASSERT_EQ(chmod(folder.path("t/unreadable").c_str(), 0300), 0);
+  fs::create_directory(folder.path("t/empty"));
+  ASSERT_EQ(chmod(folder.path("t/empty").c_str(), 0), 0);
   ASSERT_EQ(chmod(folder.path("sticky").c_str(), 01777), 0);
   ASSERT_EQ(chmod(folder.path().c_str(), 0755), 0);
   if (geteuid() == 0) {
@@ -159,7 +161,8 @@ TEST_F(FileExtensionsTest, TellsWhatCouldNotBeRemoved) {
     ASSERT_EQ(seteuid(1234), 0);
   }
   removeAllItemsFromPath(
-      files, path("t"), true, [](TextView item) { return item.ends_with(u"locked"); }, &error);
+      files, path("t"), true, [](TextView item) { return item.ends_with(u"locked") || item.ends_with(u"empty"); },
+      &error);
   EXPECT_THAT(logged(), UnorderedElementsAre(
                             u"Error while requesting contents of folder '" + path("t/locked") + u"': Permission denied",
                             u"Permission denied (NSError)"));
@@ -169,7 +172,7 @@ TEST_F(FileExtensionsTest, TellsWhatCouldNotBeRemoved) {
   deleteAllFilesWithNameContaining(files, u"a", path("t/locked/in"));
   EXPECT_THAT(log.take(), ElementsAre());
   ASSERT_EQ(seteuid(getuid()), 0);
-  EXPECT_TRUE(exists("t/locked/in/a") && exists("t/unreadable/b"));
+  EXPECT_TRUE(exists("t/locked/in/a") && exists("t/unreadable/b") && !exists("t/empty"));
   EXPECT_EQ(exists("sticky/d"), getuid() == 0);
   fs::permissions(folder.path("t/locked/in"), fs::perms::owner_all);
   fs::permissions(folder.path("t/unreadable"), fs::perms::owner_all);

@@ -58,6 +58,8 @@ class TreeRemoval {
       if (!error) return readEntered(name);
       // Not a folder, or one no longer.
       const bool isOther = error == std::errc::not_a_directory || error == std::errc::too_many_symbolic_link_levels;
+      // A folder that cannot be read, but is empty, can be removed.
+      if (error == std::errc::permission_denied && unlinkat(folder, name, AT_REMOVEDIR) == 0) return {};
       if (!isOther) return error;
       if (reason == EPERM) return errorOf(EPERM);
       kind = DT_UNKNOWN;
