@@ -1,5 +1,8 @@
 #include "Extensions/NSDictionary-QNExtensions.h"
 
+#include <utility>
+#include <vector>
+
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/NSArchiver.h"
 #include "Platform/Foundation/NSArray.h"
@@ -91,7 +94,9 @@ Ref<NSMutableDictionary> dictionaryWithDeepCopiedValues(const NSDictionary& rece
 
 void applyValuesAsPropertiesToObject(const NSDictionary& receiver, NSObject* object) {
   if (!object) return;
-  for (const auto& [key, value] : receiver) {
+  // Setters may change the dictionary.
+  const std::vector<std::pair<Text, Ref<NSObject>>> entries(receiver.begin(), receiver.end());
+  for (const auto& [key, value] : entries) {
     const NSData* data = as<NSData>(value.get());
     if (!data) {
       object->setValueForKey(value, key);

@@ -6,6 +6,7 @@
 
 #include "Extensions/NSDictionary-QNExtensions.h"
 #include "Extensions/NSObject-QNExtensions.h"
+#include "Platform/Foundation/ArchivedClass.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSArchiver.h"
 #include "Platform/Foundation/NSArray.h"
@@ -59,6 +60,21 @@ TEST(NSManagedObject, KeepsValuesUnderItsAttributes) {
   EXPECT_THROW(note.primitiveValueForKey(u"pages"), std::invalid_argument);
 }
 
+// With what is stored behind a property of the same name.
+TEST(NSManagedObject, IsArchivedWithItsValues) {
+  registerArchivedClass<Note>(u"Note");
+  const auto note = std::make_shared<Note>();
+  note->setPrimitiveValueForKey(box(u"stored"), u"title");
+  note->setValueForKey(box(3), u"pages");
+  const auto read =
+      as<Note>(NSUnarchiver::unarchiveObjectWithData(*NSArchiver::archivedDataWithRootObject(note).data).object);
+  ASSERT_TRUE(read);
+  EXPECT_TRUE(isEqual(read->primitiveValueForKey(u"title"), box(u"stored")));
+  EXPECT_TRUE(isEqual(read->valueForKey(u"pages"), box(3)));
+  EXPECT_EQ(read->primitiveValueForKey(u"body"), nullptr);
+  EXPECT_EQ(read->changes, 0);
+}
+
 TEST(NSObjectExtensions, DictionaryWithCopiedValuesForKeys) {
   Note note;
   const auto storage = std::make_shared<NSTextStorage>(u"styled");
@@ -102,6 +118,14 @@ TEST(NSDictionaryExtensions, ApplyValuesAsPropertiesToObject) {
   const auto messages = log.take();
   ASSERT_EQ(messages.size(), 1U);
   EXPECT_NE(messages[0].find(u"Can't set property 'body'. The archive cannot be read: it is none."), TextView::npos);
+  struct Forgetful : Note {
+    explicit Forgetful(NSMutableDictionary& theValues) : values(theValues) {}
+    void didChangeValueForKey(TextView) override { values.removeAllObjects(); }
+    NSMutableDictionary& values;
+  } forgetful(values);
+  applyValuesAsPropertiesToObject(values, &forgetful);
+  EXPECT_TRUE(isEqual(forgetful.primitiveValueForKey(u"color"), color));
+  EXPECT_TRUE(isEqual(forgetful.valueForKey(u"pages"), box(7)));
   values.setObject(box(1), u"unknown");
   EXPECT_THROW(applyValuesAsPropertiesToObject(values, &note), std::invalid_argument);
 }

@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "Platform/Foundation/NSManagedObject.h"
 #include "Platform/Foundation/PropertyTable.h"
 #include "Platform/Foundation/Raise.h"
 
@@ -59,15 +60,27 @@ void encodeProperties(const NSObject& object, ArchiveEncoder& encoder) {
     encoder.encodeText(property.key);
     encoder.encodeObject(property.get(object));
   }
+  const NSManagedObject* managed = as<NSManagedObject>(&object);
+  if (!managed) return;
+  encoder.encodeUnsigned(managed->primitiveValues().size());
+  for (const auto& [key, value] : managed->primitiveValues()) {
+    encoder.encodeText(key);
+    encoder.encodeObject(value);
+  }
 }
 
 void decodeProperties(NSObject& object, ArchiveDecoder& decoder) {
-  for (std::size_t count = decoder.decodeCount(2); count > 0; --count) {
-    const Text key = decoder.decodeText();
-    const Ref<NSObject> value = decoder.decodeObject();
-    if (decoder.hasFailed()) return;
-    object.setValueForKey(value, key);
-  }
+  const auto decodeValues = [&decoder](auto set) {
+    for (std::size_t count = decoder.decodeCount(2); count > 0; --count) {
+      const Text key = decoder.decodeText();
+      const Ref<NSObject> value = decoder.decodeObject();
+      if (decoder.hasFailed()) return;
+      set(key, value);
+    }
+  };
+  decodeValues([&object](TextView key, const Ref<NSObject>& value) { object.setValueForKey(value, key); });
+  if (auto* managed = as<NSManagedObject>(&object))
+    decodeValues([managed](TextView key, const auto& value) { managed->setPrimitiveValueForKey(value, key); });
 }
 
 }  // namespace kelvane

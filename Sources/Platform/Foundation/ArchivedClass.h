@@ -43,7 +43,8 @@ KELVANE_EXPORT void registerArchivedClass(std::type_index type, ArchivedClass th
 KELVANE_EXPORT std::shared_ptr<const ArchivedClass> archivedClassOfType(std::type_index type);
 KELVANE_EXPORT std::shared_ptr<const ArchivedClass> archivedClassNamed(TextView name);
 
-// Writes and reads all properties that can be set; a property that the class no longer has refuses the archive.
+// Writes and reads all properties that can be set, and after them the stored values of a managed object; a property or
+// an attribute that the class no longer has refuses the archive.
 KELVANE_EXPORT void encodeProperties(const NSObject& object, ArchiveEncoder& encoder);
 KELVANE_EXPORT void decodeProperties(NSObject& object, ArchiveDecoder& decoder);
 

@@ -23,6 +23,8 @@ namespace kelvane {
 // thread at a time.
 class KELVANE_EXPORT NSManagedObject : public NSObject {
  public:
+  using Values = std::map<Text, Ref<NSObject>, std::less<>>;
+
   explicit NSManagedObject(std::initializer_list<TextView> attributeNames);
 
   // primitiveValueForKey:  The stored value; nil until there is one. std::invalid_argument when there is no such
@@ -30,6 +32,8 @@ class KELVANE_EXPORT NSManagedObject : public NSObject {
   Ref<NSObject> primitiveValueForKey(TextView key) const;
   // setPrimitiveValue:forKey:  Nil is a value like any other. std::invalid_argument when there is no such attribute.
   void setPrimitiveValueForKey(const Ref<NSObject>& value, TextView key);
+  // All attributes with their stored values.
+  const Values& primitiveValues() const { return myValues; }
 
   Ref<NSObject> valueForKey(TextView key) const override;
   void setValueForKey(const Ref<NSObject>& value, TextView key) override;
@@ -41,7 +45,7 @@ class KELVANE_EXPORT NSManagedObject : public NSObject {
   virtual void didChangeValueForKey(TextView key);
 
  private:
-  std::map<Text, Ref<NSObject>, std::less<>> myValues;
+  Values myValues;
 };
 
 }  // namespace kelvane
