@@ -80,6 +80,8 @@ NSTimeZone::NSTimeZone(Text name, ZoneRules rules) : myName(std::move(name)), my
 Ref<NSTimeZone> NSTimeZone::timeZoneWithName(TextView name) { return zoneNamed(utf8(name)); }
 
 Ref<NSTimeZone> NSTimeZone::timeZoneForSecondsFromGMT(std::int32_t seconds) {
+  constexpr std::int32_t day = 24 * 60 * 60;
+  if (seconds <= -day || seconds >= day) return nullptr;
   const std::int32_t minutes = std::abs(seconds / 60);
   Text name = format(u"GMT%s%02d%02d", seconds < 0 ? "-" : "+", minutes / 60, minutes % 60);
   return std::make_shared<NSTimeZone>(std::move(name), ZoneRules(seconds));
@@ -93,8 +95,9 @@ Ref<NSTimeZone> NSTimeZone::systemTimeZone() {
 const NSTimeZone& NSTimeZone::currentTimeZone() {
   const NSTimeZone* zone = currentZone.load(std::memory_order_acquire);
   if (zone) return *zone;
-  setDefaultTimeZone(nullptr);
-  return *currentZone.load(std::memory_order_acquire);
+  // Unless somebody sets one meanwhile.
+  const NSTimeZone* const system = systemTimeZone().get();
+  return currentZone.compare_exchange_strong(zone, system) ? *system : *zone;
 }
 
 Ref<NSTimeZone> NSTimeZone::defaultTimeZone() {

@@ -12,7 +12,7 @@ class KELVANE_EXPORT NSTimeZone : public NSObject {
  public:
   // timeZoneWithName:  The zone of that name in the system's database, such as "Europe/Zurich"; nil when there is none.
   static Ref<NSTimeZone> timeZoneWithName(TextView name);
-  // timeZoneForSecondsFromGMT:  A zone without changes, named "GMT+0545".
+  // timeZoneForSecondsFromGMT:  A zone without changes, named "GMT+0545"; nil for a distance of a day or more.
   static Ref<NSTimeZone> timeZoneForSecondsFromGMT(std::int32_t seconds);
 
   // systemTimeZone  What the environment's TZ tells (a name, a path or a rule, as in POSIX), else /etc/localtime, else

@@ -118,6 +118,7 @@ TEST(NSTimeZoneTest, NamesAndTheDefault) {
   NSTimeZone::setDefaultTimeZone(nullptr);
   EXPECT_EQ(NSTimeZone::defaultTimeZone(), NSTimeZone::systemTimeZone());
   EXPECT_EQ(NSTimeZone::timeZoneForSecondsFromGMT(-9000)->name(), u"GMT-0230");
+  EXPECT_EQ(NSTimeZone::timeZoneForSecondsFromGMT(-86400), nullptr);
 }
 
 }  // namespace
