@@ -95,6 +95,11 @@ TEST(NSError, DescribesTheWholeChain) {
   Ref<NSError> chain = system;
   for (int i = 0; i < 2000; ++i) chain = NSError::errorWithDescription(u"\"", i, u"a", chain);
   EXPECT_LT(debugDescription(*chain)->size(), 5000000U);
+  const auto details = std::make_shared<NSMutableDictionary>();
+  const auto circle = std::make_shared<NSError>(u"C", 1, details);
+  details->setObject(circle, NSUnderlyingErrorKey);
+  EXPECT_LT(debugDescription(*circle)->size(), 5000000U);
+  details->removeAllObjects();
 }
 
 }  // namespace
