@@ -55,7 +55,7 @@ TEST_F(QNLocaleTest, LookUpByCode) {
                                                 {u"zh_TW", u"zh_Hant"}, {u"zh_CN", u"zh"},    {u"zh_Hant", u"zh_Hant"},
                                                 {u"pt_BR", u"pt"},      {u"en_US", u"en_US"}, {u"iw", u"he"},
                                                 {u"de_CH", u""},        {u"tlh", u""},        {u"", u""},
-                                                {u"not a code", u""},   {u"en_XX", u""}};
+                                                {u"not a code", u""},   {u"en_XX", u""},      {{u"en\0x", 4}, u""}};
   for (const auto& [code, wanted] : rows) {
     const Ref<QNLocale> locale = QNLocale::localeByCode(code);
     EXPECT_EQ(locale ? locale->locale().code() : Text(), wanted);
@@ -64,6 +64,7 @@ TEST_F(QNLocaleTest, LookUpByCode) {
   EXPECT_EQ(QNLocale::englishLocale(), QNLocale::localeByCode(u"en"));
   EXPECT_FALSE(QNLocale::localeByLocale(LocaleRef::fromCode(u"en")));
   EXPECT_EQ(LocaleRef::fromCode(u"fr-CA"), LocaleRef::fromCode(u"fr_CA"));
+  EXPECT_EQ(LocaleRef::fromCode(u"en_" + Text(1000, u'B')).code(), u"");
 }
 
 TEST_F(QNLocaleTest, PreferencesDecide) {

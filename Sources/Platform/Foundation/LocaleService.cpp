@@ -30,7 +30,11 @@ Text textOf(const icu::UnicodeString& string) {
   return Text(string.getBuffer(), static_cast<std::size_t>(string.length()));
 }
 
-icu::Locale localeNamed(TextView code) { return icu::Locale::createCanonical(utf8(code).c_str()); }
+// No locale has a longer code, and at a NUL the code would be cut and be another; these mean no language.
+icu::Locale localeNamed(TextView code) {
+  const bool isCode = code.size() < ULOC_FULLNAME_CAPACITY && code.find(u'\0') == TextView::npos;
+  return icu::Locale::createCanonical(isCode ? utf8(code).c_str() : "");
+}
 
 icu::Locale maximized(icu::Locale locale) {
   UErrorCode status = U_ZERO_ERROR;

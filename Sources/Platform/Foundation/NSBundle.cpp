@@ -98,8 +98,10 @@ std::optional<Text> NSBundle::pathForResource(TextView name, TextView type) cons
     path += u'.';
     path += type;
   }
+  // Cut at a NUL, it would be another path.
   std::error_code ignored;
-  if (!std::filesystem::exists(fileSystemRepresentation(path), ignored)) return std::nullopt;
+  if (path.find(u'\0') != Text::npos || !std::filesystem::exists(fileSystemRepresentation(path), ignored))
+    return std::nullopt;
   return path;
 }
 

@@ -36,6 +36,7 @@ TEST(NSBundle, FindsResourcesInEachLayout) {
     EXPECT_EQ(bundle.pathForResource(u"a.plist", u""), textFromFileSystem(resource.native()));
     EXPECT_EQ(bundle.pathForResource(u"b", u"plist"), std::nullopt);
     EXPECT_EQ(bundle.pathForResource(u"", u""), std::nullopt);
+    EXPECT_EQ(bundle.pathForResource(TextView(u"a.plist\0", 8), u"x"), std::nullopt);
   }
 }
 
