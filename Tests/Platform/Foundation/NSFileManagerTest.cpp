@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 
@@ -93,6 +94,10 @@ TEST_F(NSFileManagerTest, MakesFoldersWithAttributes) {
   EXPECT_EQ(status.st_mtim.tv_sec, -2);
   EXPECT_TRUE(files.createDirectoryAtPath(path("a/b"), true, &error));
   EXPECT_EQ(error, nullptr);
+  const auto never = NSDictionary::dictionaryWithEntries(
+      {{Text(NSFileModificationDate), std::make_shared<NSDate>(NSDate::dateWithTimeIntervalSince1970(NAN))}});
+  EXPECT_FALSE(files.createDirectoryAtPath(path("never"), false, never.get(), &error));
+  EXPECT_EQ(error->code(), EINVAL);
   write("file");
   fs::create_symlink("nowhere", folder.path("dangling"));
   const struct {
