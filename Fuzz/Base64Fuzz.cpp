@@ -27,7 +27,7 @@ Bytes plainDecoding(TextView text) {
   for (std::size_t i = 0; i < groups; ++i)
     NSDataExtensions::decodeQuantum(std::span<std::uint8_t, 3>(bytes.data() + 3 * i, 3),
                                     std::span<const char, 4>(source.data() + 4 * i, 4));
-  bytes.resize(bytes.size() - padding);
+  bytes.erase(bytes.end() - static_cast<std::ptrdiff_t>(padding), bytes.end());
   return bytes;
 }
 
