@@ -168,6 +168,8 @@ class Unarchiver final : public ArchiveDecoder {
       readObjects();
     } catch (const std::exception& exception) {
       fail(format(u"%s", exception.what()));
+    } catch (...) {
+      fail(u"its class has thrown something");
     }
     if (!hasFailed()) return {std::move(myObjects.back()), {}};
     if (!myClass) return refusal(myError);

@@ -166,6 +166,9 @@ TEST(NSArchiver, KeepsIdentityAndTheHostsClasses) {
                         number(1) + number(4) + ascii("Ann") + number(0) + number(6) + number(1) + ascii("age") +
                         number(1))),
       u"The archive cannot be read: object 2 (Person): setValue:forKey: an object of class Person has no key 'age'.");
+  registerArchivedClass(typeid(Person), {u"Person", 2, encode, [](ArchiveDecoder&) -> Ref<NSObject> { throw 1; }});
+  EXPECT_EQ(NSUnarchiver::unarchiveObjectWithData(*current).error,
+            u"The archive cannot be read: object 1 (Person): its class has thrown something.");
   // What circles there are would keep each other alive.
   ann->myFriend = nullptr;
 }
