@@ -95,8 +95,10 @@ Ref<NSURL> NSURL::fileURLWithPath(TextView path, bool isDirectory) {
   if (path.empty()) return nullptr;
   std::string bytes = fileSystemRepresentation(path);
   if (bytes.front() != '/') {
-    std::error_code ignored;
-    bytes = std::filesystem::current_path(ignored).native() + "/" + bytes;
+    std::error_code error;
+    const std::string folder = std::filesystem::current_path(error).native();
+    if (error) return nullptr;
+    bytes = folder + "/" + bytes;
   }
   return Ref<NSURL>(new NSURL(encodedBehind(u"file:", u"//", bytes, isDirectory)));
 }

@@ -20,7 +20,7 @@ class KELVANE_EXPORT NSURL : public NSObject {
 
   // fileURLWithPath:isDirectory:  The URL of the file at `path`, whatever bytes its name has, with a "/" at the end for
   // a folder. A relative path is taken from the working folder; the file system is not asked otherwise. Nil for an
-  // empty path.
+  // empty path, and for a relative one where the working folder is gone.
   //   u"/a b/\xE9", true => "file:///a%20b/%C3%A9/"
   static Ref<NSURL> fileURLWithPath(TextView path, bool isDirectory = false);
 

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <memory>
 
 #include "Platform/Foundation/NSURL.h"
+#include "Support/TemporaryFolder.h"
 #include "Support/TextPrinting.h"
 
 namespace kelvane {
@@ -79,6 +81,12 @@ TEST(NSURL, FileURLsKeepWhateverAPathHolds) {
   }
   EXPECT_EQ(NSURL::fileURLWithPath(u""), nullptr);
   EXPECT_TRUE(NSURL::fileURLWithPath(u"a")->path()->ends_with(u"/a"));
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder.path("gone"));
+  std::filesystem::current_path(folder.path("gone"));
+  std::filesystem::remove(folder.path("gone"));
+  EXPECT_EQ(NSURL::fileURLWithPath(u"a"), nullptr);
+  std::filesystem::current_path("/");
   const auto child = NSURL::URLWithString(u"file://host/a//?q#f")->URLByAppendingFileName("b\xFF", true);
   EXPECT_EQ(child->absoluteString(), u"file://host/a/b%FF/");
   EXPECT_EQ(child->path(), u"/a/b\xDCFF/");
