@@ -48,19 +48,25 @@ std::vector<std::string> possibleTrashes(const std::string& path, dev_t device) 
   return {std::string(g_get_user_data_dir()) + "/Trash", top + ".Trash/" + user, top + ".Trash-" + user};
 }
 
-// The item in the trash is the very one that it was outside, under whatever name.
-Ref<NSURL> findInTrash(const std::string& trash, const struct stat& item) {
+// The item in the trash is the very one that it was outside, under whatever name. Mostly it has kept its own; only
+// otherwise the trash, which may be large, is gone through.
+Ref<NSURL> findInTrash(const std::string& trash, const std::string& name, const struct stat& item) {
   FolderChain folder;
   FolderEntries entries;
-  if (folder.begin(trash + "/files") || entries.read(folder.descriptor())) return nullptr;
-  FolderEntries::Entry entry;
-  while (entries.next(entry)) {
+  if (folder.begin(trash + "/files")) return nullptr;
+  const auto isItem = [&](const char* there) {
     struct stat status = {};
-    if (entry.inode != item.st_ino || fstatat(folder.descriptor(), entry.name, &status, AT_SYMLINK_NOFOLLOW) < 0)
-      continue;
-    if (status.st_dev != item.st_dev || status.st_ino != item.st_ino) continue;
-    return NSURL::fileURLWithPath(textFromFileSystem(trash + "/files/" + entry.name), S_ISDIR(status.st_mode));
-  }
+    return fstatat(folder.descriptor(), there, &status, AT_SYMLINK_NOFOLLOW) == 0 && status.st_dev == item.st_dev &&
+           status.st_ino == item.st_ino;
+  };
+  const auto urlOf = [&](const std::string& there) {
+    return NSURL::fileURLWithPath(textFromFileSystem(trash + "/files/" + there), S_ISDIR(item.st_mode));
+  };
+  if (isItem(name.c_str())) return urlOf(name);
+  if (entries.read(folder.descriptor())) return nullptr;
+  FolderEntries::Entry entry;
+  while (entries.next(entry))
+    if (entry.inode == item.st_ino && isItem(entry.name)) return urlOf(entry.name);
   return nullptr;
 }
 
@@ -107,8 +113,9 @@ bool trashItemAtPath(TextView path, Ref<NSURL>* resultingItemURL, Ref<NSError>* 
   }
   if (!resultingItemURL) return true;
   *resultingItemURL = nullptr;
+  const std::string name = file.substr(file.rfind('/') + 1);
   for (const std::string& trash : possibleTrashes(file, item.st_dev))
-    if (!*resultingItemURL) *resultingItemURL = findInTrash(trash, item);
+    if (!*resultingItemURL) *resultingItemURL = findInTrash(trash, name, item);
   return true;
 }
 
