@@ -1,6 +1,7 @@
 #include "Platform/Foundation/ArchivedValues.h"
 
 #include <memory>
+#include <type_traits>
 #include <typeinfo>
 #include <utility>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "Platform/Foundation/NSDictionary.h"
 #include "Platform/Foundation/NSError.h"
 #include "Platform/Foundation/NSFont.h"
+#include "Platform/Foundation/NSIndexSet.h"
 #include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/NSNumber.h"
 #include "Platform/Foundation/NSString.h"
@@ -66,6 +68,32 @@ void addArray(TextView name) {
           if (!element) return nullptr;
         }
         return std::make_shared<T>(std::move(elements));
+      });
+}
+
+template <class T>
+void addIndexSet(TextView name) {
+  add<T>(
+      name,
+      [](const T& set, ArchiveEncoder& encoder) {
+        encoder.encodeUnsigned(set.ranges().size());
+        for (const NSRange& range : set.ranges()) {
+          encoder.encodeUnsigned(range.location);
+          encoder.encodeUnsigned(range.length);
+        }
+      },
+      [](ArchiveDecoder& decoder) -> Ref<NSObject> {
+        NSMutableIndexSet set;
+        // One behind the other, as they stand in a set: that is quick, and nothing else was written.
+        std::size_t end = 0;
+        for (std::size_t count = decoder.decodeCount(2); count > 0; --count) {
+          const NSRange range{decoder.decodeUnsigned(), decoder.decodeUnsigned()};
+          if (range.location < end || range.length == 0) decoder.fail(u"its ranges are not in order");
+          if (decoder.hasFailed()) return nullptr;
+          set.addIndexesInRange(range);
+          end = range.end();
+        }
+        return std::is_same_v<T, NSMutableIndexSet> ? set.mutableCopy() : set.copy();
       });
 }
 
@@ -308,6 +336,8 @@ void addAll() {
   addArray<NSMutableArray>(u"NSMutableArray");
   addDictionary<NSDictionary>(u"NSDictionary");
   addDictionary<NSMutableDictionary>(u"NSMutableDictionary");
+  addIndexSet<NSIndexSet>(u"NSIndexSet");
+  addIndexSet<NSMutableIndexSet>(u"NSMutableIndexSet");
   add<NSNumber>(u"NSNumber", encodeNumber, decodeNumber);
   add<NSDate>(
       u"NSDate",

@@ -18,6 +18,7 @@
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSError.h"
 #include "Platform/Foundation/NSFont.h"
+#include "Platform/Foundation/NSIndexSet.h"
 #include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/NSURL.h"
 #include "Platform/Foundation/Properties.h"
@@ -80,6 +81,8 @@ TEST(NSArchiver, RoundTripsEachKindOfValue) {
   NSMutableAttributedString styled(u"styled \xD800 text");
   styled.addAttribute(NSFontAttributeName, font, {0, 6});
   styled.addAttribute(NSFontAttributeName, font, {9, 2});
+  const auto indexes = std::make_shared<NSMutableIndexSet>();
+  for (const std::size_t index : {1, 2, 900}) indexes->addIndex(index);
   const Ref<NSObject> objects[] = {
       box(u""),
       box(u"gr\u00FC\u00DF\u20AC\xDC00"),
@@ -101,6 +104,8 @@ TEST(NSArchiver, RoundTripsEachKindOfValue) {
       std::make_shared<NSMutableArray>(),
       NSDictionary::dictionaryWithEntries({{u"a", box(1)}, {u"\u20AC", box(u"b")}}),
       std::make_shared<NSMutableDictionary>(),
+      std::make_shared<NSIndexSet>(NSRange{7, 3}),
+      indexes,
       NSNull::null(),
       NSURL::URLWithString(u"https://example.org/?a#b"),
       box(CGPoint{1, -2}),
@@ -244,6 +249,9 @@ TEST(NSArchiver, RefusesDamagedAndHostileArchives) {
        u"object 1 (NSArray): it is cut short"},
       {archiveOf(array + number(1) + number(0) + number(2) + number(1) + number(0)),
        u"object 1 (NSArray): an object of another kind is expected"},
+      {archiveOf(number(1) + ascii("NSIndexSet") + number(0) + number(1) + number(0) + number(5) + number(2) +
+                 number(5) + number(2) + number(6) + number(2)),
+       u"object 1 (NSIndexSet): its ranges are not in order"},
       {archiveOf(doubled), u"object 25 (NSArray): objects share so many others that going through them would not end"},
       {archiveOf(chain), u"object 513 (NSArray): objects refer to each other over more than 512 steps"},
   };
