@@ -82,7 +82,7 @@ int setAttributes(const std::string& folder, const NSDictionary& attributes) {
   if (permissions && chmod(folder.c_str(), static_cast<mode_t>(permissions->unsignedIntegerValue() & 07777)) < 0)
     return errno;
   const auto date = attribute<NSDate>(attributes, NSFileModificationDate);
-  // Beyond that, and when it is no number, a date is none for a file.
+  // What is no number, or does not fit into the system's, is no date for a file.
   constexpr double farthest = 9e18;
   if (date && !(std::abs(date->timeIntervalSince1970()) < farthest)) return EINVAL;
   const timespec times[2] = {{0, UTIME_OMIT}, date ? timeOf(*date) : timespec{0, UTIME_OMIT}};
