@@ -30,7 +30,8 @@ constexpr kelvane::TextView usage =
     u"Reports on the documents in FOLDER and the folders in it: lines, tables, configuration files.\n"
     u"Without FOLDER, on the one of the last time.\n"
     u"With --html or --rtf, prints the note in FILE in that format.\n"
-    u"With --feedback, asks a web site for links and sends it feedback; the site is a small one that is started for this.\n"
+    u"With --feedback, asks a web site for links and sends it feedback; the site is a small one that is started for "
+    u"this.\n"
     u"The exit status is 1 if something could not be read or written, 2 if the arguments are wrong.\n";
 
 ExitStatus printHelp() {
