@@ -35,6 +35,10 @@ bool isPrototypeVersion(const NSApplication& receiver) {
   return receiver.delegate() && receiver.delegate()->isPrototypeVersion();
 }
 
+Ref<NSMenu> dockMenu(const NSApplication& receiver) {
+  return receiver.delegate() ? receiver.delegate()->applicationDockMenu(receiver) : nullptr;
+}
+
 void openHelpAtAnchor(const NSApplication& receiver, TextView anchor) {
   if (receiver.delegate()) receiver.delegate()->openHelpAtAnchor(anchor);
 }

@@ -5,6 +5,7 @@
 
 #include "Platform/Desktop/NSApplication.h"
 #include "Platform/Foundation/Export.h"
+#include "Platform/Foundation/Ref.h"
 #include "Platform/Foundation/SystemVersion.h"
 #include "Platform/Foundation/Text.h"
 
@@ -24,6 +25,8 @@ KELVANE_EXPORT std::optional<Text> name(const NSApplication& receiver);
 KELVANE_EXPORT bool isBetaVersion(const NSApplication& receiver);
 KELVANE_EXPORT bool isDevelopmentVersion(const NSApplication& receiver);
 KELVANE_EXPORT bool isPrototypeVersion(const NSApplication& receiver);
+// dockMenu  The menu that the delegate gives for the application's icon; nil without a delegate.
+KELVANE_EXPORT Ref<NSMenu> dockMenu(const NSApplication& receiver);
 // openHelpAtAnchor:  Asks the delegate to show the help at that place; nothing without one.
 KELVANE_EXPORT void openHelpAtAnchor(const NSApplication& receiver, TextView anchor);
 

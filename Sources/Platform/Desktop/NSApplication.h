@@ -1,9 +1,13 @@
 #pragma once
 
 #include "Platform/Foundation/Export.h"
+#include "Platform/Foundation/Ref.h"
 #include "Platform/Foundation/Text.h"
 
 namespace kelvane {
+
+class NSApplication;
+class NSMenu;
 
 // Posted by hosts when the application is about to quit, for those who want to know; the library does neither.
 inline constexpr TextView QNApplicationWillQuitNotification = u"QNApplicationWillQuitNotification";
@@ -22,6 +26,8 @@ class KELVANE_EXPORT NSApplicationDelegate {
   virtual bool isPrototypeVersion() const { return false; }
   // openHelpAtAnchor:  Shows the host's help at that place.
   virtual void openHelpAtAnchor(TextView) {}
+  // applicationDockMenu:  The menu to show at the application's icon; nil for none.
+  virtual Ref<NSMenu> applicationDockMenu(const NSApplication&) { return nullptr; }
 };
 
 // The running application. Main thread only.

@@ -1,0 +1,17 @@
+#include "Platform/Desktop/NSWindow.h"
+
+namespace kelvane {
+
+CGRect NSWindow::constrainFrameRect(const CGRect& frame, const NSScreen& toScreen) const {
+  const CGRect visible = toScreen.visibleFrame();
+  const double titleBar = CGRectGetMaxY(frame) - CGRectGetMaxY(contentRectForFrameRect(frame));
+  const double grip = CGMin(titleBar, frame.size.width);
+  const double bottom = CGRectGetMinY(visible) + titleBar - frame.size.height;
+  const double top = CGRectGetMaxY(visible) - frame.size.height;
+  const double left = CGRectGetMinX(visible) + grip - frame.size.width;
+  const double right = CGRectGetMaxX(visible) - grip;
+  // The upper and the left limit count last, so that they hold on a screen that is too small for both.
+  return {{CGMax(left, CGMin(right, frame.origin.x)), CGMin(top, CGMax(bottom, frame.origin.y))}, frame.size};
+}
+
+}  // namespace kelvane
