@@ -43,7 +43,7 @@ void saveFrame(NSWindow& window, std::optional<TextView> key, std::optional<Text
                bool respectPosition) {
   if (!key || key->empty()) return;
   saveFrame(window, key, respectPosition);
-  loadFrameFromUserDefaultsForKey(window, resizeToKey, respectPosition, anywhere);
+  loadFrameFromUserDefaultsForKey(window, resizeToKey, respectPosition, noPosition);
 }
 
 bool loadFrame(NSWindow& window, std::optional<TextView> key, const FrameLoading& how) {

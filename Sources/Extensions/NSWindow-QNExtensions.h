@@ -19,7 +19,7 @@ namespace kelvane {
 
 // positionAtGoldenMiddle  Centres the window from left to right, with one third of the free height above it and two
 // thirds below. Not rounded.
-//   200 x 100 on {{0, 0}, {1000, 800}} => {400, 466.66666666666663}
+//   200 x 100 on {{0, 0}, {1000, 800}} => {400, 466.6666666666667}
 KELVANE_EXPORT void positionAtGoldenMiddle(NSWindow& receiver);
 // centerGoldenMiddleOnPoint:  Centres the window on the point from left to right, and puts its lower edge below the
 // point by 0.3 of its width, the width it is; rounded down.
@@ -76,7 +76,7 @@ KELVANE_EXPORT void resizeWindowBySizingView(NSWindow& receiver, const Ref<NSVie
 // takes one of these codes for where the window goes when there is no frame for it; any other number is none.
 namespace NSWindowExtensions {
 
-inline constexpr std::int32_t anywhere = 0;
+inline constexpr std::int32_t noPosition = 0;
 inline constexpr std::int32_t bottomRight = 1;   // positionAtBottomRight
 inline constexpr std::int32_t goldenMiddle = 2;  // positionAtGoldenMiddle
 

@@ -20,7 +20,7 @@ constexpr CGPoint center(const CGRect& visible) {
 }
 
 // Centred from left to right, one third of the free height above and two thirds below; not rounded.
-//   200 x 100 on {{0, 0}, {1000, 800}} => {400, 466.66666666666663}
+//   200 x 100 on {{0, 0}, {1000, 800}} => {400, 466.6666666666667}
 constexpr CGRect atGoldenMiddle(const CGRect& frame, const CGRect& visible) {
   return {{(visible.size.width - frame.size.width) * 0.5 + visible.origin.x,
            2 * ((visible.size.height - frame.size.height) / 3) + visible.origin.y},

@@ -4,6 +4,7 @@
 #include "Extensions/NSApplication-QNExtensions.h"
 #include "Extensions/NSError-QNExtensions.h"
 #include "Platform/Desktop/Desktop.h"
+#include "Platform/Desktop/NSMenu.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Support/TextPrinting.h"
 
@@ -46,16 +47,22 @@ TEST(NSApplication, ForwardsToItsDelegate) {
   struct Host : NSApplicationDelegate {
     bool isBetaVersion() const override { return true; }
     void openHelpAtAnchor(TextView anchor) override { opened = anchor; }
+    Ref<NSMenu> applicationDockMenu(const NSApplication& sender) override {
+      return &sender == &NSApplication::sharedApplication() ? menu : nullptr;
+    }
     Text opened;
+    Ref<NSMenu> menu = std::make_shared<NSMenu>();
   };
   NSApplication& application = NSApplication::sharedApplication();
   openHelpAtAnchor(application, u"x");
+  EXPECT_EQ(dockMenu(application), nullptr);
   EXPECT_FALSE(isBetaVersion(application) || isDevelopmentVersion(application) || isPrototypeVersion(application));
   {
     Host host;
     application.setDelegate(&host);
     openHelpAtAnchor(application, u"top");
     EXPECT_EQ(host.opened, u"top");
+    EXPECT_EQ(dockMenu(application), host.menu);
     EXPECT_TRUE(isBetaVersion(application) && !isPrototypeVersion(application));
   }
   EXPECT_EQ(application.delegate(), nullptr);

@@ -1,5 +1,9 @@
 #include "Platform/Desktop/NSTreeController.h"
 
+#include <algorithm>
+
+#include "Platform/Foundation/Raise.h"
+
 namespace kelvane {
 
 void NSTreeController::setContent(Ref<NSArray> content) {
@@ -16,6 +20,8 @@ Ref<NSArray> NSTreeController::childrenOf(const NSObject& object) const {
 }
 
 void NSTreeController::setSelectionIndexPaths(std::vector<Ref<NSIndexPath>> paths) {
+  if (std::ranges::find(paths, nullptr) != paths.end())
+    raiseInvalidArgument("setSelectionIndexPaths:", "a path is nil");
   mySelectionIndexPaths = std::move(paths);
   myObservers.notify([this](NSTreeControllerObserver& observer) { observer.treeControllerSelectionDidChange(*this); });
 }

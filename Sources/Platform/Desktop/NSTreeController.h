@@ -53,7 +53,7 @@ class KELVANE_EXPORT NSTreeController : public NSObject {
   // In the order in which they were given.
   const std::vector<Ref<NSIndexPath>>& selectionIndexPaths() const { return mySelectionIndexPaths; }
   // setSelectionIndexPaths:  Selects what is at these paths and nothing else. A path that leads nowhere selects
-  // nothing.
+  // nothing; a nil one raises std::invalid_argument.
   void setSelectionIndexPaths(std::vector<Ref<NSIndexPath>> paths);
 
   void addObserver(NSTreeControllerObserver& observer) { myObservers.add(observer); }

@@ -1,0 +1,121 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Platform/Desktop/NSMenu.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+using testing::HasSubstr;
+using testing::ThrowsMessage;
+
+Ref<NSMenuItem> item(TextView title) { return std::make_shared<NSMenuItem>(Text(title)); }
+
+TEST(SEL, NamesAreKeptOnce) {
+  Text name = u"open:";
+  const SEL open(name);
+  name[0] = u'O';
+  EXPECT_EQ(open.name(), u"open:");
+  EXPECT_TRUE(open == SEL(u"open:") && !(open == SEL(name)));
+  EXPECT_TRUE(SEL(u"") == SEL() && !SEL() && open);
+  EXPECT_EQ(SEL().name(), u"");
+}
+
+TEST(NSMenu, KnowsWhereItsItemsAre) {
+  const auto submenu = std::make_shared<NSMenu>(u"below");
+  const auto a = item(u"a");
+  {
+    NSMenu menu;
+    menu.addItem(item(u"b"));
+    menu.insertItem(a, 0);
+    EXPECT_EQ(menu.itemAtIndex(0), a);
+    EXPECT_EQ(menu.indexOfItem(*a), 0U);
+    EXPECT_EQ(submenu->indexOfItem(*a), NSNotFound);
+    a->setSubmenu(submenu);
+    EXPECT_EQ(submenu->supermenu(), &menu);
+    menu.removeItem(*a);
+    EXPECT_EQ(a->menu(), nullptr);
+    menu.addItem(a);
+    EXPECT_EQ(a->menu(), &menu);
+  }
+  EXPECT_EQ(a->menu(), nullptr);
+  a->setSubmenu(nullptr);
+  item(u"other")->setSubmenu(submenu);
+  EXPECT_EQ(submenu->supermenu(), nullptr);
+}
+
+TEST(NSMenu, RefusesWhatIsNoTree) {
+  const auto top = std::make_shared<NSMenu>(u"top");
+  const auto middle = std::make_shared<NSMenu>(u"middle");
+  const auto first = item(u"first");
+  const auto second = item(u"second");
+  const auto loose = item(u"loose");
+  top->addItem(first);
+  first->setSubmenu(middle);
+  middle->addItem(second);
+  const auto refused = [](auto work, const char* reason) {
+    EXPECT_THAT(work, ThrowsMessage<std::invalid_argument>(HasSubstr(reason)));
+  };
+  refused([&] { second->setSubmenu(top); }, "setSubmenu: the menu would open within itself 'top'");
+  refused([&] { loose->setSubmenu(middle); }, "another item has the menu already 'middle'");
+  loose->setSubmenu(top);
+  refused([&] { top->addItem(loose); }, "the menu would open within itself 'loose'");
+  refused([&] { middle->addItem(loose); }, "the menu would open within itself 'loose'");
+  refused([&] { middle->addItem(first); }, "the item is in a menu already 'first'");
+  refused([&] { middle->addItem(nullptr); }, "the item is nil");
+  refused([&] { top->removeItem(*second); }, "the item is not in the menu 'second'");
+  EXPECT_THROW(top->insertItem(item(u"x"), 2), std::out_of_range);
+  EXPECT_THROW(top->removeItemAtIndex(1), std::out_of_range);
+  EXPECT_THROW(top->itemAtIndex(1), std::out_of_range);
+  EXPECT_EQ(top->numberOfItems() + middle->numberOfItems(), 2U);
+}
+
+// Writes down what it hears, and goes away when it hears of a removal.
+struct Listener : NSMenuObserver {
+  void menuDidInsertItem(NSMenu& menu, std::size_t index) override { heard += u"+" + menu.itemAtIndex(index)->title(); }
+  void menuDidRemoveItem(NSMenu& menu, NSMenuItem& removed, std::size_t index) override {
+    heard += u"-" + removed.title() + Text(1, static_cast<char16_t>(u'0' + index));
+    if (next) menu.removeObserver(*next);
+    menu.removeObserver(*this);
+  }
+  void menuItemDidChange(NSMenu& menu, NSMenuItem& changed) override {
+    heard += u"~" + changed.title();
+    if (next) menu.addObserver(*next);
+  }
+
+  Listener* next = nullptr;
+  Text heard;
+};
+
+TEST(NSMenu, ObserversHearOfChanges) {
+  NSMenu menu;
+  Listener first, second;
+  first.next = &second;
+  menu.addObserver(first);
+  const auto a = item(u"a");
+  menu.addItem(a);
+  menu.addItem(item(u"b"));
+  a->setTitle(u"A");  // the second listens from here on
+  a->setSubmenu(std::make_shared<NSMenu>());
+  a->submenu()->addItem(item(u"below"));
+  menu.removeItemAtIndex(1);  // and no longer here, though it would be next
+  a->setAction(SEL(u"x:"));
+  EXPECT_EQ(first.heard, u"+a+b~A~A-b1");
+  EXPECT_EQ(second.heard, u"~A");
+}
+
+TEST(NSMenuItem, HandlersMayReplaceThemselves) {
+  const auto chosen = item(u"a");
+  chosen->performAction();
+  chosen->setHandler([](NSMenuItem& sender) {
+    sender.setHandler(nullptr);
+    sender.setTitle(sender.title() + u"!");
+  });
+  chosen->performAction();
+  chosen->performAction();
+  EXPECT_EQ(chosen->title(), u"a!");
+}
+
+}  // namespace
+}  // namespace kelvane
