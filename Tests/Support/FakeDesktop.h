@@ -116,7 +116,7 @@ struct FakeWindow : NSWindow {
 
   CGRect myFrame;
   bool myIsVisible = true;
-  std::int64_t myNumber = 1;
+  std::int64_t myNumber = 17;
   Ref<FakeToolbar> myToolbar;
   Ref<FakeView> myContentView = std::make_shared<FakeView>();
   std::string myLog;
