@@ -68,10 +68,19 @@ TEST(NSTreeController, FindsEqualObjectsInOrder) {
   EXPECT_EQ(indexPathToObject(*tree, nullptr), nullptr);
   EXPECT_EQ(path(NSTreeController(u"children"), u"A"), u"(null)");
 
+  struct Listener : NSTreeControllerObserver {
+    void treeControllerContentDidChange(NSTreeController&) override { heard += u'c'; }
+    void treeControllerSelectionDidChange(NSTreeController&) override { heard += u's'; }
+    Text heard;
+  } listener;
+  tree->addControllerObserver(listener);
+  tree->rearrangeObjects();
   setSelectedObjects(*tree, NSArray::arrayWithObjects({node(u"E"), node(u"F"), node(u"B"), node(u"E")}));
   Text selection;
   for (const auto& selected : tree->selectionIndexPaths()) selection += selected->description();
   EXPECT_EQ(selection, u"(2)(0, 0)(2)");
+  EXPECT_EQ(listener.heard, u"cs");
+  tree->removeControllerObserver(listener);
   setSelectedObjects(*tree, NSArray::arrayWithObjects({node(u"F")}));
   EXPECT_TRUE(tree->selectionIndexPaths().empty());
 

@@ -104,8 +104,8 @@ class KELVANE_EXPORT NSMenu : public NSObject {
   NSMenu* supermenu() const { return myOwnerRef ? myOwnerRef->menu() : nullptr; }
 
   // Observers hear of this menu's own items, not of those of submenus.
-  void addObserver(NSMenuObserver& observer) { myObservers.add(observer); }
-  void removeObserver(NSMenuObserver& observer) { myObservers.remove(observer); }
+  void addMenuObserver(NSMenuObserver& observer) { myObservers.add(observer); }
+  void removeMenuObserver(NSMenuObserver& observer) { myObservers.remove(observer); }
 
  private:
   friend class NSMenuItem;

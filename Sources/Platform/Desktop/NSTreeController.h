@@ -47,7 +47,8 @@ class KELVANE_EXPORT NSTreeController : public NSObject {
   // rearrangeObjects  Tells the observers that the tree has changed somewhere.
   void rearrangeObjects();
 
-  // The children of a model object: what it has under the children key path, if that is an array; nil otherwise.
+  // The children of a model object: what it has under the children key path, if that is an array; nil otherwise. An
+  // object without such a property raises std::invalid_argument.
   Ref<NSArray> childrenOf(const NSObject& object) const;
 
   // In the order in which they were given.
@@ -56,8 +57,8 @@ class KELVANE_EXPORT NSTreeController : public NSObject {
   // nothing; a nil one raises std::invalid_argument.
   void setSelectionIndexPaths(std::vector<Ref<NSIndexPath>> paths);
 
-  void addObserver(NSTreeControllerObserver& observer) { myObservers.add(observer); }
-  void removeObserver(NSTreeControllerObserver& observer) { myObservers.remove(observer); }
+  void addControllerObserver(NSTreeControllerObserver& observer) { myObservers.add(observer); }
+  void removeControllerObserver(NSTreeControllerObserver& observer) { myObservers.remove(observer); }
 
  private:
   Text myChildrenKeyPath;

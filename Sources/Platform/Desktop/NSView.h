@@ -12,7 +12,7 @@ class NSWindow;
 
 // A part of a window that draws and is clicked on. For each view of the window system there is one object, so that
 // identity tells them apart. A view whose original has gone answers with zero rectangles, nil and nothing, and ignores
-// what it is told; so does every view with rectangles that hold numbers that are not finite. Main thread only.
+// what it is told. Every view ignores rectangles and sizes with a number that is not finite. Main thread only.
 class KELVANE_EXPORT NSView : public NSObject {
  public:
   // The view's place in its superview's coordinates; in the window's for one that has no superview.

@@ -65,12 +65,12 @@ struct Listener : NSMenuObserver {
   void menuDidInsertItem(NSMenu& menu, std::size_t index) override { heard += u"+" + menu.itemAtIndex(index)->title(); }
   void menuDidRemoveItem(NSMenu& menu, NSMenuItem& removed, std::size_t index) override {
     heard += u"-" + removed.title() + Text(1, static_cast<char16_t>(u'0' + index));
-    if (next) menu.removeObserver(*next);
-    menu.removeObserver(*this);
+    if (next) menu.removeMenuObserver(*next);
+    menu.removeMenuObserver(*this);
   }
   void menuItemDidChange(NSMenu& menu, NSMenuItem& changed) override {
     heard += u"~" + changed.title();
-    if (next) menu.addObserver(*next);
+    if (next) menu.addMenuObserver(*next);
   }
 
   Listener* next = nullptr;
@@ -81,7 +81,7 @@ TEST(NSMenu, ObserversHearOfChanges) {
   NSMenu menu;
   Listener first, second;
   first.next = &second;
-  menu.addObserver(first);
+  menu.addMenuObserver(first);
   const auto a = item(u"a");
   menu.addItem(a);
   menu.addItem(item(u"b"));
