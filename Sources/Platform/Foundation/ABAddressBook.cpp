@@ -21,8 +21,8 @@ bool isSame(std::string_view a, std::string_view upperCase) {
 }
 
 bool contains(std::string_view text, std::string_view upperCase) {
-  const auto found = std::ranges::search(text, upperCase, [](char x, char y) { return upper(x) == y; });
-  return !found.empty();
+  const auto isSameUnit = [](char x, char y) { return upper(x) == y; };
+  return std::search(text.begin(), text.end(), upperCase.begin(), upperCase.end(), isSameUnit) != text.end();
 }
 
 int hexadecimalValue(char digit) {

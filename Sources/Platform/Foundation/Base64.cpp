@@ -143,7 +143,7 @@ void storeDigits(D d, hn::Vec<D> vector, char* out) {
 }
 
 template <class D>
-void storeDigits(D d, hn::Vec<D> vector, char16_t* out) {
+void storeDigits(D, hn::Vec<D> vector, char16_t* out) {
   const hn::Half<D> half;
   const hn::Rebind<std::uint16_t, decltype(half)> d16;
   auto* units = reinterpret_cast<std::uint16_t*>(out);

@@ -66,7 +66,7 @@ std::vector<Text> orderedCollationCodes() {
   for (const std::string_view code : firstCodes)
     if (auto found = left.extract(textFromUTF8(code))) codes.push_back(std::move(found.value()));
   std::vector<Text> rest(left.begin(), left.end());
-  std::ranges::stable_partition(rest, [](const Text& code) { return code.find(u'_') == Text::npos; });
+  std::stable_partition(rest.begin(), rest.end(), [](const Text& code) { return code.find(u'_') == Text::npos; });
   codes.insert(codes.end(), rest.begin(), rest.end());
   return codes;
 }
