@@ -8,6 +8,7 @@
 #include "Extensions/NSString-HTML.h"
 #include "Extensions/TSVTable.h"
 #include "Platform/Foundation/Export.h"
+#include "Platform/Foundation/Geometry.h"
 #include "Platform/Foundation/NSCharacterSet.h"
 #include "Platform/Foundation/NSDictionary.h"
 #include "Platform/Foundation/Text.h"
@@ -17,8 +18,8 @@
 // Operations on text: lines, tokens, trimming, quoting, tables, paths, replacement, and (NSString-HTML.h) HTML. The
 // receiver is the first parameter.
 //
-// All of them take time proportional to their input (and to their result, where replacing makes that longer), may run
-// on any thread, and never fail but where it is said; a result longer than a text can be is std::length_error. Texts
+// Where nothing else is said, they take time proportional to their input (and to their result, where replacing makes
+// that longer), may run on any thread, and never fail; a result longer than a text can be is std::length_error. Texts
 // may hold anything, unpaired surrogates and NUL included. What returns a TextView returns a slice of its receiver:
 // given a temporary Text, trimming gives a Text of its own, and the others refuse to compile.
 namespace kelvane {
@@ -160,6 +161,26 @@ KELVANE_EXPORT Text replaceAllTextFromDictionary(TextView text, const NSDictiona
 // replaceAllOccurencesOfString:withString:  Each `target` replaced by `replacement`, with regard to case.
 //   u"aaa", u"aa", u"b" => u"ba"      u"aaa", u"a", u"aa" => u"aaaaaa"
 KELVANE_EXPORT Text replaceAllOccurencesOfString(TextView text, TextView target, TextView withString);
+
+// Measuring and drawing, with the text attributes of Platform/Desktop/NSStringDrawing.h, on the main thread. Nil stands
+// for no attributes.
+
+// fitTextInRect:withAttributes:  The text when it is no wider than the rectangle; else as much of its beginning as fits
+// together with the "..." behind it; empty when not even "..." fits, and when width or height is 0 or less. How high
+// the text is does not count. Without a desktop that measures text, all of it fits.
+//
+// The cut is made between any two code units, also those of a pair. Cuts are tried one by one from the end, since a
+// shorter text may be the wider one: each code unit that goes takes as long as measuring what is left.
+KELVANE_EXPORT Text fitTextInRect(TextView text, const CGRect& rect, const Ref<NSDictionary>& withAttributes);
+
+// These draw the text twice in the current context (nothing where there is none), in black of alpha 0.9 one unit above
+// and then as it is, so that it looks cut into its background.
+
+// drawChiseledInRect:withAttributes:
+KELVANE_EXPORT void drawChiseledInRect(TextView text, const CGRect& rect, const Ref<NSDictionary>& withAttributes);
+// drawChiseledWithRect:options:attributes:
+KELVANE_EXPORT void drawChiseledWithRect(TextView text, const CGRect& rect, std::int64_t options,
+                                         const Ref<NSDictionary>& attributes);
 
 // blockFormatString  Always nil.
 KELVANE_EXPORT std::optional<Text> blockFormatString(TextView text);

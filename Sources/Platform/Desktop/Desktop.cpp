@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "Platform/Desktop/ImageCodec.h"
+#include "Platform/Desktop/OffscreenImage.h"
 #include "Platform/Foundation/TextEncoding.h"
 
 namespace kelvane {
@@ -37,6 +39,12 @@ std::shared_ptr<Desktop>& installed() {
 }  // namespace
 
 Desktop::~Desktop() = default;
+ImageCodec::~ImageCodec() = default;
+OffscreenImage::~OffscreenImage() = default;
+
+CGSize Desktop::sizeOfText(TextView, const NSDictionary&) { return {}; }
+
+std::unique_ptr<OffscreenImage> Desktop::makeOffscreenImage(const CGSize&) { return nullptr; }
 
 Desktop& Desktop::current() { return *installed(); }
 

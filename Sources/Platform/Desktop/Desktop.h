@@ -10,10 +10,13 @@
 
 namespace kelvane {
 
+class ImageCodec;
+class NSDictionary;
 class NSMenu;
 class NSScreen;
 class NSView;
 class NSWindow;
+class OffscreenImage;
 
 // What a modal alert shows. It has one button.
 struct ModalAlert {
@@ -72,6 +75,17 @@ class KELVANE_EXPORT Desktop {
   // Return, when standard input and standard error are one; otherwise it writes the alert to standard error and goes
   // on.
   virtual void runModalAlert(const ModalAlert& alert) = 0;
+
+  // Drawing. The context that is drawn in is set by whoever paints (NSGraphicsContext::currentContext).
+
+  // The size of text, in points, whose lines are broken at line ends only (NSStringDrawing.h tells which attributes
+  // count); 0 by 0 where there is no layout of text.
+  virtual CGSize sizeOfText(TextView text, const NSDictionary& attributes);
+  // A transparent picture of `size`, in points, to draw into, with as many pixels to a point as the main screen has;
+  // null where there is no drawing, or no memory for so large a one.
+  virtual std::unique_ptr<OffscreenImage> makeOffscreenImage(const CGSize& size);
+  // Reads and writes image files; null where nobody does. Lives as long as the desktop.
+  virtual ImageCodec* imageCodec() { return nullptr; }
 };
 
 }  // namespace kelvane

@@ -179,21 +179,26 @@ void NSMutableAttributedString::removeAttribute(TextView name, NSRange range) {
   });
 }
 
-// Runs that shared a dictionary share the changed one, too.
-void NSMutableAttributedString::changeAttributes(NSRange range,
-                                                 const std::function<void(NSDictionary::Entries&)>& change) {
+void NSMutableAttributedString::replaceAttributes(
+    NSRange range, const std::function<Ref<NSDictionary>(const Ref<NSDictionary>&)>& change) {
+  requireRange("replaceAttributes:", range, length());
   std::unordered_map<const NSDictionary*, Ref<NSDictionary>> changed;
   std::vector<AttributeRuns::Piece> pieces;
   forRunsIn(myRuns, range, [&](std::size_t length, const Ref<NSDictionary>& attributes) {
     Ref<NSDictionary>& result = changed[attributes.get()];
-    if (!result) {
-      NSDictionary::Entries entries(attributes->begin(), attributes->end());
-      change(entries);
-      result = std::make_shared<NSDictionary>(std::move(entries));
-    }
+    if (!result) result = frozen(change(attributes));
     pieces.push_back({length, result});
   });
   myRuns.replace(range, std::move(pieces));
+}
+
+void NSMutableAttributedString::changeAttributes(NSRange range,
+                                                 const std::function<void(NSDictionary::Entries&)>& change) {
+  replaceAttributes(range, [&](const Ref<NSDictionary>& attributes) {
+    NSDictionary::Entries entries(attributes->begin(), attributes->end());
+    change(entries);
+    return std::make_shared<NSDictionary>(std::move(entries));
+  });
 }
 
 Ref<NSObject> NSMutableAttributedString::copy() const { return std::make_shared<NSAttributedString>(*this); }

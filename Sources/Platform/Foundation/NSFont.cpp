@@ -35,6 +35,12 @@ std::optional<NSFont> NSFont::systemFontOfSize(double size) {
   return NSFont(std::move(face), size);
 }
 
+std::optional<NSFont> NSFont::boldSystemFontOfSize(double size) {
+  const auto face = FontCatalogue::systemFace();
+  if (!face) return std::nullopt;
+  return fontWithFamily(face->family, NSBoldFontMask, 9, size);
+}
+
 bool NSFont::isEqual(const NSObject& other) const {
   const NSFont* font = as<NSFont>(&other);
   return font && font->myPointSize == myPointSize && (font->myFace == myFace || *font->myFace == *myFace);

@@ -26,6 +26,8 @@ class KELVANE_EXPORT NSFont : public NSObject {
   static NSFont fontWithFamily(TextView family, NSFontTraitMask traits, int weight, double size);
   // systemFontOfSize:  The font of ordinary interface text; nothing when the machine has no fonts.
   static std::optional<NSFont> systemFontOfSize(double size);
+  // boldSystemFontOfSize:  The same in bold; where its family has no bold face, one of that name nevertheless.
+  static std::optional<NSFont> boldSystemFontOfSize(double size);
   // In points.
   static constexpr double systemFontSize() { return 13; }
   static constexpr double smallSystemFontSize() { return 11; }

@@ -1,0 +1,120 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "Extensions/NSBezierPath-QNExtensions.h"
+#include "Support/RecordingDesktop.h"
+
+namespace kelvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using namespace NSBezierPathExtensions;
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+
+TEST(NSBezierPathExtensions, CornersOfEachMask) {
+  const char* const rows[16] = {
+      "M21,24 L1,24 L1,4 L1,4 L41,4 L41,24 L1,24 Z",
+      "M21,24 C1,24>1,4r5 L1,4 L41,4 L41,24 L1,24 Z",
+      "M21,24 L1,24 L1,4 L1,4 L41,4 C41,24>1,24r5 Z",
+      "M21,24 C1,24>1,4r5 L1,4 L41,4 C41,24>1,24r5 Z",
+      "M21,24 L1,24 C1,4>41,4r5 L1,4 L41,4 L41,24 L1,24 Z",
+      "M21,24 C1,24>1,4r5 C1,4>41,4r5 L1,4 L41,4 L41,24 L1,24 Z",
+      "M21,24 L1,24 C1,4>41,4r5 L1,4 L41,4 C41,24>1,24r5 Z",
+      "M21,24 C1,24>1,4r5 C1,4>41,4r5 L1,4 L41,4 C41,24>1,24r5 Z",
+      "M21,24 L1,24 L1,4 C41,4>41,24r5 L41,24 L1,24 Z",
+      // The bottom left corner is cut off.
+      "M21,24 C1,24>1,4r5 C41,4>41,24r5 L41,24 L1,24 Z",
+      "M21,24 L1,24 L1,4 C41,4>41,24r5 C41,24>1,24r5 Z",
+      "M21,24 C1,24>1,4r5 C41,4>41,24r5 C41,24>1,24r5 Z",
+      "M21,24 L1,24 C1,4>41,4r5 C41,4>41,24r5 L41,24 L1,24 Z",
+      "M21,24 C1,24>1,4r5 C1,4>41,4r5 C41,4>41,24r5 L41,24 L1,24 Z",
+      "M21,24 L1,24 C1,4>41,4r5 C41,4>41,24r5 C41,24>1,24r5 Z",
+      "M21,24 C1,24>1,4r5 C1,4>41,4r5 C41,4>41,24r5 C41,24>1,24r5 Z",
+  };
+  const CGRect rect(1, 4, 40, 20);
+  for (std::uint32_t mask = 0; mask < 16; ++mask) {
+    EXPECT_EQ(shown(bezierPathWithRoundedRect(rect, 5, mask).elements()), rows[mask]) << mask;
+    EXPECT_TRUE(bezierPathWithRoundedRect(rect, 5, mask | 0xFFFFFFF0).isEqual(bezierPathWithRoundedRect(rect, 5, mask)))
+        << mask;
+  }
+  EXPECT_EQ(shown(bezierPathWithRoundedRect(rect, 5).elements()), rows[15]);
+}
+
+TEST(NSBezierPathExtensions, DegenerateRoundedRectangles) {
+  const char* const plain = "M0,0 L40,0 L40,20 L0,20 Z";
+  const char* const ends = "M20,20 C0,20>0,0r10 C0,0>40,0r10 C40,0>40,20r10 C40,20>0,20r10 Z";
+  const struct {
+    CGRect rect;
+    double radius;
+    const char* elements;
+  } rows[] = {
+      {{0, 0, 40, 20}, 50, ends},  {{0, 0, 40, 20}, infinity, ends}, {{0, 0, 40, 20}, 0, plain},
+      {{0, 0, 40, 20}, -5, plain}, {{0, 0, 40, 20}, nan, plain},     {{0, 0, 40, 0}, 5, ""},
+      {{0, 0, 0, 20}, 5, ""},      {{40, 0, -40, 20}, 5, ""},        {{0, 20, 40, -20}, 0, ""},
+      {{0, 0, nan, 20}, 5, ""},    {{0, 0, 40, nan}, nan, ""},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(shown(bezierPathWithRoundedRect(row.rect, row.radius).elements()), row.elements);
+    EXPECT_EQ(shown(bezierPathWithRoundedRect(row.rect, row.radius, 15).elements()), row.elements);
+  }
+}
+
+TEST(NSBezierPathExtensions, Plates) {
+  const struct {
+    CGRect rect;
+    const char* plate;
+    const char* left;
+    const char* right;
+  } rows[] = {
+      {{0, 0, 100, 20},
+       "M10,20 A10,10r10:90-270 A90,10r10:270-90 Z",
+       "M10,20 A10,10r10:90-270 L100,0 L100,20 Z",
+       "M10,20 L0,20 L0,0 A90,10r10:270-90 Z"},
+      // Narrower than high: the half circles overlap.
+      {{5, 5, 10, 20},
+       "M15,25 A15,15r10:90-270 A5,15r10:270-90 Z",
+       "M15,25 A15,15r10:90-270 L15,5 L15,25 Z",
+       "M15,25 L5,25 L5,5 A5,15r10:270-90 Z"},
+      {{0, 0, -10, 2},
+       "M1,2 A1,1r1:90-270 A-11,1r1:270-90 Z",
+       "M1,2 A1,1r1:90-270 L-10,0 L-10,2 Z",
+       "M1,2 L0,2 L0,0 A-11,1r1:270-90 Z"},
+      {{0, 0, 100, 0}, "", "", ""},
+      {{0, 0, 100, -20}, "", "", ""},
+      {{0, 0, 100, nan}, "", "", ""},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(shown(bezierPathWithPlateInRect(row.rect).elements()), row.plate);
+    EXPECT_EQ(shown(bezierPathWithLeftPlateInRect(row.rect).elements()), row.left);
+    EXPECT_EQ(shown(bezierPathWithRightPlateInRect(row.rect).elements()), row.right);
+  }
+}
+
+TEST(NSBezierPathExtensions, StrokingInsideDoublesTheLineWidthForGood) {
+  NSBezierPath path;
+  path.appendBezierPathWithRect({0, 0, 4, 2});
+  strokeInside(path);
+  EXPECT_EQ(path.lineWidth(), 2);
+
+  RecordingContext context;
+  const CurrentContextScope scope(&context);
+  const std::string outline = "M0,0 L4,0 L4,2 L0,2 Z";
+  strokeInside(path);
+  EXPECT_THAT(context.take(), ElementsAre("save", "clip " + outline, "stroke 4 " + outline, "restore"));
+  strokeInsideWithinRect(path, {1, 1, 2, 2});
+  EXPECT_THAT(context.take(),
+              ElementsAre("save", "clip " + outline, "clip {{1, 1}, {2, 2}}", "stroke 8 " + outline, "restore"));
+  for (const CGRect& none : {CGRect(1, 1, 0, 2), CGRect(1, 1, 2, -2), CGRect(1, 1, nan, 2)}) {
+    strokeInsideWithinRect(path, none);
+    EXPECT_EQ(context.take().size(), 4U);
+  }
+  EXPECT_EQ(path.lineWidth(), 64);
+}
+
+}  // namespace
+}  // namespace kelvane
