@@ -19,6 +19,15 @@ class CapturedSystemLog {
 
   // The messages so far, which are forgotten.
   std::vector<Text> take() { return std::exchange(myMessages, {}); }
+  // The same without method and line, for those of a logger: u"WARN - message".
+  std::vector<Text> takeWithoutPlaces() {
+    std::vector<Text> messages = take();
+    for (Text& message : messages) {
+      const std::size_t place = message.find(u' ');
+      message.erase(place, message.find(u" - ") - place);
+    }
+    return messages;
+  }
 
  private:
   std::vector<Text> myMessages;

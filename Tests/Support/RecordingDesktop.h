@@ -1,8 +1,9 @@
 #pragma once
 
+#include <cstdio>
 #include <memory>
+#include <span>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "Platform/Desktop/NSBezierPath.h"
 #include "Platform/Desktop/NSGraphicsContext.h"
 #include "Platform/Desktop/OffscreenImage.h"
+#include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSAttributedString.h"
 #include "Platform/Foundation/NSFont.h"
 #include "Platform/Foundation/TextEncoding.h"
@@ -126,8 +128,8 @@ class RecordingDesktop : public Desktop, public ImageCodec {
     return {bitmapOf(width, height)};
   }
   Ref<NSData> encode(const NSBitmapImageRep& image, NSBitmapImageFileType type, const NSDictionary& told) override {
-    encoded = std::to_string(image.pixelsWide()) + " type " + std::to_string(static_cast<int>(type)) + " " +
-              utf8(told.description());
+    encoded = std::to_string(image.pixelsWide()) + " type " + std::to_string(static_cast<int>(type));
+    for (const auto& [name, value] : told) encoded += " " + utf8(name) + ":" + shown(unbox<double>(value));
     return std::make_shared<NSData>(std::vector<std::uint8_t>{'J', 'P', 'G'});
   }
 

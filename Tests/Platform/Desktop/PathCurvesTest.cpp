@@ -10,6 +10,7 @@
 namespace kelvane {
 namespace {
 
+constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 CGPoint pointOn(const CGPoint& start, const PathCurve& curve, double t) {
@@ -31,7 +32,7 @@ TEST(PathCurves, ElementsWithoutArcsStayAndLeaveOutWhatIsNoNumber) {
       {{PathMove{{1, 1}}, PathLine{{2, 1}}, PathCurve{{3, 3}, {2, 2}, {3, 2}}, PathClose{}}, "M1,1 L2,1 B3,3 Z"},
       {{PathLine{{2, 1}}, PathLine{{3, 1}}}, "M2,1 L3,1"},
       {{PathCurve{{3, 3}, {2, 2}, {3, 2}}, PathClose{}, PathLine{{9, 9}}}, "M3,3 Z M3,3 L9,9"},
-      {{PathMove{{1, 1}}, PathLine{{nan, 1}}, PathLine{{2, 1e400}}, PathLine{{5, 5}}}, "M1,1 L5,5"},
+      {{PathMove{{1, 1}}, PathLine{{nan, 1}}, PathLine{{2, infinity}}, PathLine{{5, 5}}}, "M1,1 L5,5"},
       {{PathClose{}, PathCorner{{1, 2}, {3, 4}, 1}, PathLine{{2, 2}}}, "M1,2 L2,2"},
       {{PathMove{{1, 1}}, PathArc{{0, 0}, nan, 0, 90}, PathCorner{{2, 2}, {3, 3}, nan}}, "M1,1"},
       // Corners without an arc: no radius, sides on one line, no sides.

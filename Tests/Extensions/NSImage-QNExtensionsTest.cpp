@@ -1,0 +1,166 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <limits>
+
+#include "Extensions/NSImage-QNExtensions.h"
+#include "Platform/Foundation/AtomicFile.h"
+#include "Support/CapturedSystemLog.h"
+#include "Support/RecordingDesktop.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/TextPrinting.h"
+
+namespace kelvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using enum NSCompositingOperation;
+
+Ref<NSImage> imageOf(std::initializer_list<Ref<NSImageRep>> representations) {
+  auto image = std::make_shared<NSImage>();
+  for (const auto& representation : representations) image->addRepresentation(representation);
+  return image;
+}
+
+Ref<NSImageRep> drawing(const CGSize& size) { return std::make_shared<NSImageRep>(size); }
+
+TEST(NSImageExtensions, FindsTheFirstOfExactlyTheSize) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const auto small = bitmapOf(16, 16);
+  const auto large = bitmapOf(32, 32);
+  const auto image = imageOf({small, large, bitmapOf(32, 32), drawing({8, 8}), drawing({nan, 8})});
+  EXPECT_EQ(representationForSize(*image, {32, 32}), large);
+  EXPECT_EQ(representationForSize(*image, {16, 16.5}), nullptr);
+  EXPECT_EQ(representationForSize(*image, {nan, 8}), nullptr);
+
+  const auto extracted = extractImageWithRepresentationOfSize(*image, {32, 32});
+  ASSERT_EQ(extracted->representations().size(), 1U);
+  EXPECT_NE(extracted->representations()[0], large);
+  EXPECT_EQ(extracted->size(), (CGSize{32, 32}));
+  const auto& copy = dynamic_cast<const NSBitmapImageRep&>(*extracted->representations()[0]);
+  EXPECT_EQ(copy.pixels().data, large->pixels().data);
+  EXPECT_EQ(extractImageWithRepresentationOfSize(*image, {1, 1}), nullptr);
+  // There is such a one, but it cannot be copied.
+  EXPECT_EQ(extractImageWithRepresentationOfSize(*image, {8, 8}), nullptr);
+}
+
+TEST(NSImageExtensions, NormalSizeIsAPointPerPixel) {
+  const auto bitmap = bitmapOf(600, 600);
+  bitmap->setSize({144, 144});
+  const auto image = imageOf({drawing({10, 10}), bitmap});
+  image->setSize({144, 144});
+  EXPECT_EQ(&normalizeSize(*image), image.get());
+  EXPECT_EQ(image->size(), (CGSize{600, 600}));
+  EXPECT_EQ(bitmap->size(), (CGSize{600, 600}));
+  const auto vector = imageOf({drawing({10, 10})});
+  EXPECT_EQ(normalizeSize(*vector).size(), (CGSize{10, 10}));
+}
+
+TEST(NSImageExtensions, JPEGOfTheFirstBitmap) {
+  const auto desktop = RecordingDesktop::installed();
+  const TemporaryFolder folder;
+  const std::string path = folder.path("a.jpg");
+  const Text pathText = textFromFileSystem(path);
+  CapturedSystemLog log;
+  const auto image = imageOf({drawing({9, 9}), bitmapOf(3, 2), bitmapOf(4, 4)});
+  writeJPGRepresentationToFile(*image, pathText);
+  EXPECT_EQ(desktop->encoded, "3 type 3 NSImageCompressionFactor:0.800000011920929 NSImageProgressive:0");
+  EXPECT_EQ(readFile(path, 99).bytes, "JPG");
+  writeJPGRepresentationToFile(*image, u"/no/such/folder/a.jpg");
+  EXPECT_THAT(log.take(), IsEmpty());
+
+  // Nothing is written over what is there.
+  writeJPGRepresentationToFile(*imageOf({drawing({9, 9})}), pathText);
+  EXPECT_THAT(log.takeWithoutPlaces(), ElementsAre(u"ERROR - Can't find bitmap representation of image.",
+                                      u"ERROR - Can't make image into data."));
+  EXPECT_EQ(JPGRepresentationWithCompression(NSImage({5, 5}), 1), nullptr);
+  EXPECT_THAT(log.takeWithoutPlaces(), ElementsAre(u"ERROR - No image representations on image."));
+  Desktop::install(nullptr);
+  writeJPGRepresentationToFile(*image, pathText);
+  EXPECT_THAT(log.takeWithoutPlaces(), ElementsAre(u"ERROR - Can't make image into data."));
+  EXPECT_EQ(readFile(path, 99).bytes, "JPG");
+  EXPECT_THAT(folder.names(), ElementsAre("a.jpg"));
+}
+
+TEST(NSImageExtensions, LoadsFromABundle) {
+  const auto desktop = RecordingDesktop::installed();
+  const TemporaryFolder folder;
+  const NSBundle bundle(textFromFileSystem(folder.path("program")));
+  std::filesystem::create_directory(folder.path("Resources"));
+  std::ofstream(folder.path("Resources/good.png")) << "7x5";
+  std::ofstream(folder.path("Resources/bad.png")) << "no image";
+  const auto good = NSImageExtensions::imageNamed(u"good", u"png", &bundle);
+  ASSERT_TRUE(good);
+  EXPECT_EQ(good->size(), (CGSize{7, 5}));
+  EXPECT_EQ(NSImageExtensions::imageNamed(u"bad", u"png", &bundle), nullptr);
+  EXPECT_EQ(NSImageExtensions::imageNamed(u"missing", u"png", &bundle), nullptr);
+  EXPECT_EQ(NSImageExtensions::imageNamed(std::nullopt, u"png", &bundle), nullptr);
+  EXPECT_EQ(NSImageExtensions::imageNamed(u"good.png", std::nullopt, &bundle), nullptr);
+  EXPECT_EQ(NSImageExtensions::imageNamed(u"good", u"png", nullptr), nullptr);
+  Desktop::install(nullptr);
+  EXPECT_EQ(NSImageExtensions::imageNamed(u"good", u"png", &bundle), nullptr);
+}
+
+TEST(NSImageExtensions, DrawsInTheMiddle) {
+  const auto image = imageOf({bitmapOf(8, 4)});
+  drawCenteredInRect(*image, {0, 0, 9, 9}, {5, 5}, SourceOver, 1);
+  RecordingContext context;
+  const CurrentContextScope scope(&context);
+  const struct {
+    CGRect rect;
+    CGSize size;
+    const char* destination;
+  } rows[] = {{{0, 0, 101, 101}, {50, 50}, "{{26, 26}, {50, 50}}"},
+              {{0, 0, 10, 10}, {15, 15}, "{{-2, -2}, {15, 15}}"},
+              {{5, -5, 10, 20}, {4, 4}, "{{8, 3}, {4, 4}}"}};
+  for (const auto& row : rows) {
+    drawCenteredInRect(*image, row.rect, row.size, Copy, 0.25);
+    EXPECT_THAT(context.take(), ElementsAre("bitmap 8 to " + std::string(row.destination) +
+                                            " from {{0, 0}, {8, 4}} by 1 at 0.25"));
+  }
+  drawCenteredInRect(NSImage({5, 5}), {0, 0, 9, 9}, {5, 5}, SourceOver, 1);
+  EXPECT_THAT(context.take(), IsEmpty());
+}
+
+TEST(NSImageExtensions, CompositesByWayOfAPicture) {
+  CapturedSystemLog log;
+  const auto image = imageOf({bitmapOf(8, 4)});
+  compositScaledImageToFrame(*image, {10, 20, 40, 30}, nullptr);
+  EXPECT_THAT(log.take(), ElementsAre(u"START", u"STOP"));
+  const auto desktop = RecordingDesktop::installed();
+  for (const bool flipped : {false, true}) {
+    RecordingContext context(flipped);
+    const CurrentContextScope scope(&context);
+    compositScaledImageToFrame(*image, {10, 20, 40, 30}, nullptr);
+    EXPECT_THAT(desktop->drawn, ElementsAre("bitmap 8 to {{0, 0}, {40, 30}} from {{0, 0}, {8, 4}} by 1 at 1"));
+    EXPECT_THAT(context.take(), ElementsAre("bitmap 40 to {{10, " + std::string(flipped ? "20" : "50") +
+                                            "}, {40, 30}} from {{0, 0}, {40, 30}} by 2 at 1"));
+    EXPECT_THAT(log.take(), ElementsAre(u"START", u"STOP"));
+  }
+}
+
+TEST(NSImage, DrawsTheRepresentationThatIsSharpEnough) {
+  const auto image = imageOf({bitmapOf(20, 10), bitmapOf(80, 40), bitmapOf(40, 20), drawing({20, 10})});
+  const std::pair<double, std::int64_t> rows[] = {{0.5, 20}, {1, 20}, {1.25, 40}, {2, 40}, {3, 80}, {9, 80}};
+  for (const auto& [scale, width] : rows)
+    EXPECT_EQ(as<NSBitmapImageRep>(image->representationForScale(scale))->pixelsWide(), width) << scale;
+  const auto vector = drawing({20, 10});
+  EXPECT_EQ(imageOf({vector, bitmapOf(80, 40)})->representationForScale(2), vector);
+  EXPECT_EQ(NSImage().representationForScale(1), nullptr);
+  // A part of the image is the same part of each representation.
+  RecordingContext context;
+  const CurrentContextScope scope(&context);
+  context.setTransform(NSAffineTransform({2, 0, 0, 2, 0, 0}));
+  image->drawInRect({0, 0, 10, 5}, {10, 5, 10, 5}, SourceOver, 1);
+  EXPECT_THAT(context.take(), ElementsAre("bitmap 40 to {{0, 0}, {10, 5}} from {{20, 10}, {20, 10}} by 2 at 1"));
+  const auto data = std::make_shared<const std::uint32_t>(0);
+  for (const BitmapPixels& none :
+       {BitmapPixels{nullptr, 4, 4, 4}, BitmapPixels{data, 4, 4, 3}, BitmapPixels{data, -1, 4, 4}})
+    EXPECT_EQ(NSBitmapImageRep(none).size(), CGSize());
+}
+
+}  // namespace
+}  // namespace kelvane
