@@ -28,13 +28,13 @@ TEST(NSFontExtensions, FallsBackStepByStep) {
 
   EXPECT_TRUE(fontWithName(u"", 14, std::nullopt)->isEqual(system));
   EXPECT_THAT(log.takeWithoutPlaces(), ElementsAre(u"WARN - Can't find font ''. Fallback to default font.",
-                                         u"ERROR - Can't find default font. Fallback to system font."));
+                                                   u"ERROR - Can't find default font. Fallback to system font."));
 
   const auto fourth = fontWithNameAlternatives({u"No A", u"No B", u"No C", system.fontName(), u"No D"}, 14);
   EXPECT_EQ(fourth->fontName(), system.fontName());
   EXPECT_THAT(log.takeWithoutPlaces(), ElementsAre(u"ERROR - Can't find font 'No A'. Will try next alternative",
-                                         u"ERROR - Can't find font 'No B'. Will try next alternative",
-                                         u"ERROR - Can't find font 'No C'. Will try next alternative"));
+                                                   u"ERROR - Can't find font 'No B'. Will try next alternative",
+                                                   u"ERROR - Can't find font 'No C'. Will try next alternative"));
 
   EXPECT_TRUE(fontWithNameAlternatives({}, 14)->isEqual(system));
   EXPECT_THAT(log.takeWithoutPlaces(),
@@ -50,9 +50,8 @@ TEST(NSFontExtensions, AMachineWithoutFonts) {
   EXPECT_FALSE(fontWithName(u"A", 14, std::nullopt));
   EXPECT_FALSE(fontWithNameAlternatives({}, 14));
   EXPECT_FALSE(NSFont::boldSystemFontOfSize(14));
-  EXPECT_THAT(log.takeWithoutPlaces(),
-              ElementsAre(testing::_, testing::_, u"FATAL - Can't find system font.", testing::_,
-                          u"FATAL - Can't find system font."));
+  EXPECT_THAT(log.takeWithoutPlaces(), ElementsAre(testing::_, testing::_, u"FATAL - Can't find system font.",
+                                                   testing::_, u"FATAL - Can't find system font."));
 }
 
 }  // namespace

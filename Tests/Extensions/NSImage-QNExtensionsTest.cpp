@@ -75,7 +75,7 @@ TEST(NSImageExtensions, JPEGOfTheFirstBitmap) {
   // Nothing is written over what is there.
   writeJPGRepresentationToFile(*imageOf({drawing({9, 9})}), pathText);
   EXPECT_THAT(log.takeWithoutPlaces(), ElementsAre(u"ERROR - Can't find bitmap representation of image.",
-                                      u"ERROR - Can't make image into data."));
+                                                   u"ERROR - Can't make image into data."));
   EXPECT_EQ(JPGRepresentationWithCompression(NSImage({5, 5}), 1), nullptr);
   EXPECT_THAT(log.takeWithoutPlaces(), ElementsAre(u"ERROR - No image representations on image."));
   Desktop::install(nullptr);
@@ -118,8 +118,8 @@ TEST(NSImageExtensions, DrawsInTheMiddle) {
               {{5, -5, 10, 20}, {4, 4}, "{{8, 3}, {4, 4}}"}};
   for (const auto& row : rows) {
     drawCenteredInRect(*image, row.rect, row.size, Copy, 0.25);
-    EXPECT_THAT(context.take(), ElementsAre("bitmap 8 to " + std::string(row.destination) +
-                                            " from {{0, 0}, {8, 4}} by 1 at 0.25"));
+    EXPECT_THAT(context.take(),
+                ElementsAre("bitmap 8 to " + std::string(row.destination) + " from {{0, 0}, {8, 4}} by 1 at 0.25"));
   }
   drawCenteredInRect(NSImage({5, 5}), {0, 0, 9, 9}, {5, 5}, SourceOver, 1);
   EXPECT_THAT(context.take(), IsEmpty());

@@ -21,10 +21,17 @@ TEST(NSStringExtensions, FitsTextByItsWidth) {
     TextView text;
     TextView fitted;
   } rows[] = {
-      {{60, 1}, u"abcdef", u"abcdef"}, {{59, 99}, u"abcdef", u"ab..."}, {{30, 1}, u"abcdef", u"..."},
-      {{29, 1}, u"abcdef", u""},       {{0, 1}, u"abcdef", u""},        {{99, 0}, u"abcdef", u""},
-      {{-1, 1}, u"a", u""},            {{nan, 1}, u"a", u""},           {{99, nan}, u"a", u"a"},
-      {{1, 1}, u"", u""},              {{40, 1}, u"\U0001F600abc", u"\xD83D..."},
+      {{60, 1}, u"abcdef", u"abcdef"},
+      {{59, 99}, u"abcdef", u"ab..."},
+      {{30, 1}, u"abcdef", u"..."},
+      {{29, 1}, u"abcdef", u""},
+      {{0, 1}, u"abcdef", u""},
+      {{99, 0}, u"abcdef", u""},
+      {{-1, 1}, u"a", u""},
+      {{nan, 1}, u"a", u""},
+      {{99, nan}, u"a", u"a"},
+      {{1, 1}, u"", u""},
+      {{40, 1}, u"\U0001F600abc", u"\xD83D..."},
   };
   for (const auto& row : rows) EXPECT_EQ(fitTextInRect(row.text, {{7, 7}, row.size}, nullptr), row.fitted);
   // A shorter text may be the wider one: the longest that fits counts.
@@ -43,13 +50,13 @@ TEST(NSStringExtensions, ChiselsInTwoPasses) {
   const std::string edge = " NSColor:NSCalibratedWhiteColorSpace 0 0.8999999761581421";
   const std::string red = " NSColor:NSCalibratedRGBColorSpace 1 0 0 1";
   drawChiseledInRect(u"hi", {1, 2, 30, 40}, attributes);
-  EXPECT_THAT(context.take(),
-              ElementsAre("save", "clip {{1, 3}, {30, 40}}", "hi in {{1, 3}, {30, 40}} options 1" + edge + " x:1",
-                          "restore", "save", "clip {{1, 2}, {30, 40}}",
-                          "hi in {{1, 2}, {30, 40}} options 1" + red + " x:1", "restore"));
+  EXPECT_THAT(
+      context.take(),
+      ElementsAre("save", "clip {{1, 3}, {30, 40}}", "hi in {{1, 3}, {30, 40}} options 1" + edge + " x:1", "restore",
+                  "save", "clip {{1, 2}, {30, 40}}", "hi in {{1, 2}, {30, 40}} options 1" + red + " x:1", "restore"));
   drawChiseledWithRect(u"hi", {1, 2, 30, 40}, -5, nullptr);
-  EXPECT_THAT(context.take(), ElementsAre("hi in {{1, 3}, {30, 40}} options -5" + edge,
-                                          "hi in {{1, 2}, {30, 40}} options -5"));
+  EXPECT_THAT(context.take(),
+              ElementsAre("hi in {{1, 3}, {30, 40}} options -5" + edge, "hi in {{1, 2}, {30, 40}} options -5"));
   EXPECT_TRUE(isEqual(attributes->objectForKey(NSForegroundColorAttributeName), box(NSColor::redColor())));
 }
 

@@ -58,8 +58,8 @@ TEST(NSTextStorageExtensions, ScalesFacesAndSetsPlainOnes) {
   EXPECT_THAT(fontsOf(text), ElementsAre(u"DejaVu Sans 18.5", u"(null)", u"DejaVu Sans 18.5", u"No Such 18.5",
                                          u"DejaVu Sans 18.5", u"DejaVu Sans"));
   const double nan = std::numeric_limits<double>::quiet_NaN();
-  EXPECT_TRUE(std::isnan(as<NSFont>(scaleAttributedStringUsingFactor(text, nan).attribute(NSFontAttributeName, 0))
-                             ->pointSize()));
+  EXPECT_TRUE(std::isnan(
+      as<NSFont>(scaleAttributedStringUsingFactor(text, nan).attribute(NSFontAttributeName, 0))->pointSize()));
   NSTextStorage empty;
   EXPECT_EQ(setFontSize(scaleAttributedStringUsingFactor(empty, 2), 2).length(), 0U);
 }

@@ -116,9 +116,8 @@ TEST_F(BadgeImage, DragImagesKeepTheBaseUnderThePointer) {
     CGPoint mouse{100, 100};
     EXPECT_EQ(QNBadgeImage::dragImageWithBaseImage(base, badge, &mouse, view)->size(), (CGSize{84, 74}));
     EXPECT_EQ(mouse, moved);
-    EXPECT_THAT(myDesktop->drawn,
-                ElementsAre("bitmap 64 to {{0, 10}, {64, 64}} from {{0, 0}, {64, 64}} by 2 at 0.8",
-                            "bitmap 30 to {{54, 0}, {30, 20}} from {{0, 0}, {30, 20}} by 2 at 0.8"));
+    EXPECT_THAT(myDesktop->drawn, ElementsAre("bitmap 64 to {{0, 10}, {64, 64}} from {{0, 0}, {64, 64}} by 2 at 0.8",
+                                              "bitmap 30 to {{54, 0}, {30, 20}} from {{0, 0}, {30, 20}} by 2 at 0.8"));
   }
   // Without a badge it still loses the 10 points of the overlap; without anything, nothing is drawn.
   EXPECT_EQ(QNBadgeImage::dragImageWithBaseImage(base, nullptr, nullptr, nullptr)->size(), (CGSize{54, 54}));

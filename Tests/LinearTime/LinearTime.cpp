@@ -18,11 +18,13 @@
 #include "Extensions/NSAttributedString-QNExtensions.h"
 #include "Extensions/NSData-QNExtensions.h"
 #include "Extensions/NSString-QNExtensions.h"
+#include "Extensions/NSTextStorage-QNExtensions.h"
 #include "Platform/Foundation/ABAddressBook.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/Geometry.h"
 #include "Platform/Foundation/HTMLPlainText.h"
+#include "Platform/Foundation/NSFont.h"
 #include "Platform/Foundation/NSURL.h"
 #include "Platform/Foundation/PathText.h"
 #include "Platform/Foundation/PropertyList.h"
@@ -131,6 +133,16 @@ auto haystack(Text unit, Text needleHead, Text needleUnit, Text needleTail) {
   };
 }
 
+// A font of its own for every eight code units.
+NSTextStorage styledRuns(std::size_t size) {
+  NSTextStorage text;
+  for (std::size_t i = 8; i <= size; i += 8) {
+    const NSFont font = NSFont::fontWithFamily(u"No Such", 0, 5, static_cast<double>(i));
+    text.appendString(u"8 units ", NSDictionary::dictionaryWithEntries({{Text(NSFontAttributeName), box(font)}}));
+  }
+  return text;
+}
+
 // --- What is done with them
 
 template <NSStringCompareOptions options>
@@ -184,6 +196,12 @@ void readPage(TextView html) { flattenHTML(html); }
 
 void readAndWriteStyles(TextView html) {
   rtf(NSAttributedString(attributedStringWithHTML(htmlString(attributedStringWithHTML(html)))));
+}
+
+void scaleFonts(const NSTextStorage& input) {
+  NSTextStorage text(input);
+  scaleAttributedStringUsingFactor(text, 1.5);
+  setFontSize(text, 12);
 }
 
 void readLines(TextView text) {
@@ -291,6 +309,8 @@ const Row rows[] = {
     {"numbers: halfway", text(u"9007199254740993.", u"0", u"1"), readNumbers},
     {"geometry: digits", text(u"{", u"1", u", 2}"), readGeometry},
     {"geometry: blanks", text(u"{{1,", u" ", u"2}}"), readGeometry},
+
+    {"fonts: a run for each size", styledRuns, scaleFonts},
 
     {"format: signs only", text(u"%"), formatWithoutArguments},
     {"format: flags only", text(u"%", u"-+ 0", u""), formatWithoutArguments},

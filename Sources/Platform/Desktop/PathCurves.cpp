@@ -52,7 +52,9 @@ class CurveMaker {
 
   void operator()(const PathArc& arc) {
     const auto& [center, radius, startAngle, endAngle] = arc;
-    if (!areFinite({center.x, center.y, radius, startAngle, endAngle})) return;
+    if (!areFinite({std::abs(center.x) + std::abs(radius), std::abs(center.y) + std::abs(radius), startAngle, endAngle,
+                    endAngle - startAngle}))
+      return;
     double sweep = 0;
     if (endAngle - startAngle >= 360)
       sweep = 360;
@@ -61,7 +63,7 @@ class CurveMaker {
     if (endAngle < startAngle) sweep += 360;
     const double start = std::fmod(startAngle, 360) * radiansPerDegree;
     const CGPoint first = center + radius * direction(start);
-    if (!isCurrent(first)) lineTo(first);
+    if (!isCurrent(first, center, radius)) lineTo(first);
     curveAround(center, radius, start, sweep * radiansPerDegree);
   }
 
@@ -77,12 +79,14 @@ class CurveMaker {
     // From the corner to where the arc touches the sides: the radius over the tangent of half the angle.
     const double distance = radius * (1 + cosine) / std::abs(sine);
     const CGPoint first = from + distance * in;
-    if (!isCurrent(first)) lineTo(first);
-    // The arc bends away from the corner, by what the path turns there, clockwise where the corner is to its right.
+    // The arc bends away from the corner, by what the path turns there, clockwise where the corner is to its left.
     const double side = sine < 0 ? 1 : -1;
     const CGPoint outward = side * CGPoint{-in.y, in.x};
+    const CGPoint center = first - radius * outward;
+    if (!areFinite({first.x, first.y, std::abs(center.x) + radius, std::abs(center.y) + radius})) return lineTo(from);
     const double turn = std::numbers::pi - std::atan2(std::abs(sine), cosine);
-    curveAround(first - radius * outward, radius, std::atan2(outward.y, outward.x), side * turn);
+    if (!isCurrent(first, center, radius)) lineTo(first);
+    curveAround(center, radius, std::atan2(outward.y, outward.x), side * turn);
   }
 
   void operator()(const PathClose& close) {
@@ -110,11 +114,11 @@ class CurveMaker {
     if (myIsClosed) moveTo(myStart);
   }
 
-  // Whether the path stands at `point`, give or take what computing it has lost.
-  bool isCurrent(const CGPoint& point) const {
+  // Whether the path stands at `point` of a circle, give or take what computing it has lost.
+  bool isCurrent(const CGPoint& point, const CGPoint& center, double radius) const {
     if (!myCurrent || myIsClosed) return false;
     const CGPoint gap = point - *myCurrent;
-    const double size = std::abs(point.x) + std::abs(point.y) + std::abs(myCurrent->x) + std::abs(myCurrent->y);
+    const double size = std::abs(center.x) + std::abs(center.y) + std::abs(radius);
     return std::abs(gap.x) + std::abs(gap.y) <= 1e-12 * size;
   }
 

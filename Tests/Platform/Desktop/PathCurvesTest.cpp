@@ -34,7 +34,9 @@ TEST(PathCurves, ElementsWithoutArcsStayAndLeaveOutWhatIsNoNumber) {
       {{PathCurve{{3, 3}, {2, 2}, {3, 2}}, PathClose{}, PathLine{{9, 9}}}, "M3,3 Z M3,3 L9,9"},
       {{PathMove{{1, 1}}, PathLine{{nan, 1}}, PathLine{{2, infinity}}, PathLine{{5, 5}}}, "M1,1 L5,5"},
       {{PathClose{}, PathCorner{{1, 2}, {3, 4}, 1}, PathLine{{2, 2}}}, "M1,2 L2,2"},
-      {{PathMove{{1, 1}}, PathArc{{0, 0}, nan, 0, 90}, PathCorner{{2, 2}, {3, 3}, nan}}, "M1,1"},
+      {{PathMove{{1, 1}}, PathArc{{1e308, 0}, 1e308, 0, 90}, PathArc{{0, 0}, nan, 0, 90},
+        PathCorner{{2, 2}, {3, 3}, nan}},
+       "M1,1"},
       // Corners without an arc: no radius, sides on one line, no sides.
       {{PathMove{{0, 0}}, PathCorner{{4, 0}, {4, 4}, 0}}, "M0,0 L4,0"},
       {{PathMove{{0, 0}}, PathCorner{{4, 0}, {9, 0}, 1}, PathCorner{{6, 0}, {4, 0}, 1}}, "M0,0 L4,0 L6,0"},
