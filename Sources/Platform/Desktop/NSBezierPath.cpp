@@ -1,6 +1,5 @@
 #include "Platform/Desktop/NSBezierPath.h"
 
-#include <algorithm>
 #include <functional>
 #include <memory>
 

@@ -9,7 +9,6 @@
 #include "Platform/Desktop/ImageCodec.h"
 #include "Platform/Desktop/OffscreenImage.h"
 #include "Platform/Foundation/AtomicFile.h"
-#include "Platform/Foundation/PathText.h"
 #include "Platform/Foundation/TextEncoding.h"
 
 namespace kelvane {
