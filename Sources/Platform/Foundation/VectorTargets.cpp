@@ -2,6 +2,10 @@
 
 #include <hwy/highway.h>
 
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+
 namespace kelvane {
 namespace {
 
@@ -48,6 +52,16 @@ std::int64_t SupportedTargets() { return kelvane::supportedVectorTargets(); }
 ChosenTarget& GetChosenTarget() {
   static ChosenTarget target;
   return target;
+}
+
+// Called where a debug build finds that an operation is given what it must not be given.
+void Abort(const char* file, int line, const char* format, ...) {
+  std::fprintf(stderr, "%s:%d: ", file, line);
+  va_list arguments;
+  va_start(arguments, format);
+  std::vfprintf(stderr, format, arguments);
+  va_end(arguments);
+  std::abort();
 }
 
 }  // namespace hwy
