@@ -58,3 +58,7 @@ inline void expectSlice(TextView slice, TextView whole, const char* what) {
 }
 
 }  // namespace kelvane::fuzz
+
+// fontconfig keeps some of what it has read for itself, without a way to give it back.
+extern "C" __attribute__((weak)) const char* __lsan_default_suppressions();
+extern "C" __attribute__((weak)) const char* __lsan_default_suppressions() { return "leak:libfontconfig"; }

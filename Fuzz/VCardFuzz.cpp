@@ -16,8 +16,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     units += address.size();
   }
   expect(units <= bytes.size(), "addresses are no longer than the card");
-  // What follows the first card does not matter.
-  const std::string whole = "BEGIN:VCARD\nEMAIL:a@b\nEND:VCARD\n" + std::string(bytes);
+  // What follows the first card does not matter. A blank at its start would make it a part of the line before.
+  const std::string whole = "BEGIN:VCARD\nEMAIL:a@b\nEND:VCARD\nNOTE:\n" + std::string(bytes);
   const auto first = readVCard(whole);
   expect(first && first->emailAddresses == std::vector<Text>{u"a@b"}, "the first card counts");
   return 0;
