@@ -66,7 +66,7 @@ class TrashTest : public testing::Test {
   bool isMounted = false;
 };
 
-// The layout of the freedesktop.org Trash specification, and where the item is now.
+// The layout of the freedesktop.org trash standard, and where the item is now.
 TEST_F(TrashTest, KeepsTheLayoutThatFileManagersRead) {
   const struct {
     const char* name;
