@@ -1,4 +1,4 @@
-# KelvaneFoundation::Foundation: all of Sources but the desktop on Qt, which is to be a library of its own.
+# KelvaneFoundation::Foundation: all of Sources but the desktop on Qt, which is a library of its own.
 
 find_package(ICU REQUIRED COMPONENTS uc i18n)
 find_package(pugixml REQUIRED)

@@ -1,0 +1,41 @@
+#include "Qt/QtDesktop.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <memory>
+
+#include "Platform/Desktop/Desktop.h"
+#include "Platform/Foundation/Raise.h"
+
+namespace kelvane {
+namespace {
+
+class QtDesktop final : public Desktop {
+ public:
+  double userInterfaceVersionNumber() const override { return QT_VERSION_MAJOR + QT_VERSION_MINOR / 10.0; }
+  double userSpaceScaleFactor() const override {
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    return screen ? screen->devicePixelRatio() : 1.0;
+  }
+  void runModalAlert(const ModalAlert&) override {}
+};
+
+// The desktop that was there before Qt's, and is again when the application has gone.
+std::shared_ptr<Desktop>& desktopBefore() {
+  static auto& desktop = *new std::shared_ptr<Desktop>;
+  return desktop;
+}
+
+void uninstallQtDesktop() { Desktop::install(std::exchange(desktopBefore(), nullptr)); }
+
+}  // namespace
+
+void installQtDesktop() {
+  if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
+    raiseInvalidArgument("installQtDesktop", "there is no QApplication");
+  if (desktopBefore()) return;
+  desktopBefore() = Desktop::install(std::make_shared<QtDesktop>());
+  qAddPostRoutine(uninstallQtDesktop);
+}
+
+}  // namespace kelvane
