@@ -29,6 +29,8 @@ class KELVANE_EXPORT NSDictionary : public NSObject {
   // objectForKey:  Nil when there is no such key. Logarithmic.
   Ref<NSObject> objectForKey(TextView key) const;
   std::vector<Text> allKeys() const;
+  // Moves the entries out, without copying one. For whoever has the dictionary alone; it is empty afterwards.
+  Entries takeEntries() && { return std::exchange(myEntries, {}); }
 
   // Pairs of key and value.
   auto begin() const { return myEntries.begin(); }

@@ -1,8 +1,12 @@
 #include "Platform/Foundation/NSUserDefaults.h"
 
+#include <sys/stat.h>
+
+#include <cstdint>
 #include <exception>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -37,26 +41,40 @@ void createFoldersAbove(const std::string& file, SystemCalls& calls) {
     calls.mkdir(file.substr(0, slash).c_str(), 0700);
 }
 
-Ref<NSObject> found(const NSDictionary::Entries& entries, TextView key) {
-  const auto place = entries.find(key);
-  return place == entries.end() ? nullptr : place->second;
-}
-
-void put(NSDictionary::Entries& entries, TextView key, const Ref<NSObject>& value) {
-  if (value)
-    entries.insert_or_assign(Text(key), value);
-  else if (const auto place = entries.find(key); place != entries.end())
-    entries.erase(place);
-}
-
 // A copy of all that is in `entries`, however deep, so that what the caller changes later is no change to the
 // preferences: written and read back. With its key each, so that one that XML cannot hold is refused as well. The
 // writer's reason says where the trouble is.
-NSDictionary::Entries deepCopy(NSDictionary::Entries entries, std::string_view operation) {
-  const PropertyListBytes written = writePropertyList(NSDictionary(std::move(entries)));
+Ref<NSDictionary> deepCopy(const NSDictionary& entries, std::string_view operation) {
+  const PropertyListBytes written = writePropertyList(entries);
   if (!written.error.empty()) raiseInvalidArgument(operation, utf8(written.error));
-  const auto copy = as<NSDictionary>(readPropertyList(written.bytes).root);
-  return {copy->begin(), copy->end()};
+  return as<NSDictionary>(readPropertyList(written.bytes).root);
+}
+
+Ref<NSMutableDictionary> mutableDictionary(NSDictionary& onlyReference) {
+  return std::make_shared<NSMutableDictionary>(std::move(onlyReference).takeEntries());
+}
+
+// What tells one state of a file from all others. Whoever saves replaces the file, and so makes another one; who writes
+// into it in place changes its times, unless that is in the same tick of the clock and leaves the size.
+struct FileState {
+  dev_t device;
+  ino_t number;
+  off_t size;
+  std::int64_t modified;
+  std::int64_t changed;
+  bool operator==(const FileState&) const = default;
+};
+
+constexpr std::int64_t nanoseconds(const timespec& time) {
+  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
+
+// Nothing for what is no file itself, such as a link to one.
+std::optional<FileState> stateOf(const std::string& file, SystemCalls& calls) {
+  struct stat status {};
+  if (calls.lstat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  return FileState{status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_mtim),
+                   nanoseconds(status.st_ctim)};
 }
 
 }  // namespace
@@ -77,23 +95,26 @@ class NSUserDefaults::Store {
 
   const Text path;
   std::mutex mutex;
-  NSDictionary::Entries entries;
-  NSDictionary::Entries defaults;
+  Ref<NSMutableDictionary> entries = std::make_shared<NSMutableDictionary>();
+  NSMutableDictionary defaults;
   // The keys that were set or removed since the last save.
   std::set<Text, std::less<>> changedKeys;
   std::map<std::size_t, std::shared_ptr<Observer>> observers;
   std::size_t nextObserver = 1;
 
  private:
-  // The dictionary in the file; an empty one when there is no file. Sets aside a file that makes no sense, and fails
-  // when that cannot be done.
-  std::error_code readEntries(NSDictionary::Entries& read);
+  // The dictionary in the file; `read` stays as it is when there is no file. Sets aside a file that makes no sense, and
+  // fails when that cannot be done.
+  std::error_code readEntries(Ref<NSMutableDictionary>& read);
   std::error_code setDamagedFileAside(TextView reason);
-  void takeUp(NSDictionary::Entries read, std::vector<Change>& changes);
+  std::error_code writeEntries(const NSDictionary& all);
+  void takeUp(Ref<NSMutableDictionary> read, std::vector<Change>& changes);
   std::shared_ptr<Observer> observerOf(std::size_t number);
 
   const std::string myFile;
   SystemCalls& mySystemCalls;
+  // Of the file whose contents, but for the changed keys, are `entries`.
+  std::optional<FileState> myFileState;
 };
 
 NSUserDefaults& NSUserDefaults::standardUserDefaults() {
@@ -122,15 +143,14 @@ Ref<NSObject> NSUserDefaults::objectForKey(TextView key) const {
 void NSUserDefaults::setObject(const Ref<NSObject>& object, TextView key) {
   Ref<NSObject> kept;
   if (object) {
-    NSDictionary::Entries entry;
-    entry.emplace(key, object);
-    kept = found(deepCopy(std::move(entry), "setObject:forKey:"), key);
+    const NSDictionary entry(NSDictionary::Entries{{Text(key), object}});
+    kept = deepCopy(entry, "setObject:forKey:")->objectForKey(key);
   }
   std::vector<Store::Change> changes;
   {
     const std::lock_guard lock(myStore->mutex);
     Ref<NSObject> before = myStore->valueOf(key);
-    put(myStore->entries, key, kept);
+    myStore->entries->setValueForKey(kept, key);
     myStore->changedKeys.emplace(key);
     changes.push_back({Text(key), std::move(before), myStore->valueOf(key)});
   }
@@ -139,12 +159,12 @@ void NSUserDefaults::setObject(const Ref<NSObject>& object, TextView key) {
 
 void NSUserDefaults::registerDefaults(const NSDictionary& defaults) {
   std::vector<Store::Change> changes;
-  NSDictionary::Entries copy = deepCopy({defaults.begin(), defaults.end()}, "registerDefaults:");
+  const Ref<NSDictionary> copy = deepCopy(defaults, "registerDefaults:");
   {
     const std::lock_guard lock(myStore->mutex);
-    for (auto& [key, value] : copy) {
+    for (const auto& [key, value] : *copy) {
       Ref<NSObject> before = myStore->valueOf(key);
-      myStore->defaults.insert_or_assign(key, std::move(value));
+      myStore->defaults.setObject(value, key);
       Ref<NSObject> now = myStore->valueOf(key);
       if (!isEqual(before, now)) changes.push_back({key, std::move(before), std::move(now)});
     }
@@ -182,21 +202,25 @@ void NSUserDefaults::removeObserver(std::size_t number) {
 NSUserDefaults::Store::Store(TextView thePath, SystemCalls& calls)
     : path(thePath), myFile(fileSystemRepresentation(thePath)), mySystemCalls(calls) {
   // Without a lock, since a save replaces the file as a whole. A file that makes no sense stays until the first save.
+  const std::optional<FileState> stateBefore = stateOf(myFile, mySystemCalls);
   const FileContents contents = readFile(myFile, maximumPropertyListSize, mySystemCalls);
   if (contents.error == std::errc::no_such_file_or_directory) return;
   if (contents.error) {
     NSLog(u"Can't read the preferences at '%@': %@", path, textFromUTF8(contents.error.message()));
     return;
   }
-  if (const auto root = as<NSDictionary>(readPropertyList(contents.bytes).root))
-    entries.insert(root->begin(), root->end());
-  else
+  const auto root = as<NSDictionary>(readPropertyList(contents.bytes).root);
+  if (!root) {
     NSLog(u"The preferences at '%@' are damaged and read as empty.", path);
+    return;
+  }
+  entries = mutableDictionary(*root);
+  if (stateOf(myFile, mySystemCalls) == stateBefore) myFileState = stateBefore;
 }
 
 Ref<NSObject> NSUserDefaults::Store::valueOf(TextView key) const {
-  Ref<NSObject> value = found(entries, key);
-  return value ? value : found(defaults, key);
+  Ref<NSObject> value = entries->objectForKey(key);
+  return value ? value : defaults.objectForKey(key);
 }
 
 std::error_code NSUserDefaults::Store::setDamagedFileAside(TextView reason) {
@@ -211,7 +235,7 @@ std::error_code NSUserDefaults::Store::setDamagedFileAside(TextView reason) {
   return error;
 }
 
-std::error_code NSUserDefaults::Store::readEntries(NSDictionary::Entries& read) {
+std::error_code NSUserDefaults::Store::readEntries(Ref<NSMutableDictionary>& read) {
   const FileContents contents = readFile(myFile, maximumPropertyListSize, mySystemCalls);
   if (contents.error == std::errc::no_such_file_or_directory) return {};
   if (contents.error == std::errc::file_too_large) return setDamagedFileAside(u"too large");
@@ -223,7 +247,7 @@ std::error_code NSUserDefaults::Store::readEntries(NSDictionary::Entries& read) 
     const Text reason = list.root ? Text(u"no dictionary") : format(u"line %lu: %@", list.line, list.error);
     return setDamagedFileAside(reason);
   }
-  read.insert(root->begin(), root->end());
+  read = mutableDictionary(*root);
   return {};
 }
 
@@ -231,31 +255,41 @@ std::error_code NSUserDefaults::Store::saveChanges(std::vector<Change>& changes)
   createFoldersAbove(myFile, mySystemCalls);
   const FileLock fileLock(myFile + ".lock", mySystemCalls);
   if (fileLock.error()) return fileLock.error();
-  NSDictionary::Entries read;
-  if (const std::error_code error = readEntries(read)) return error;
-  if (!changedKeys.empty()) {
-    for (const Text& key : changedKeys) put(read, key, found(entries, key));
-    const PropertyListBytes written = writePropertyList(NSDictionary(read));
-    // Each value was tried when it was set, so this is what their sum exceeds.
-    if (!written.error.empty()) return std::make_error_code(std::errc::file_too_large);
-    if (const std::error_code error = writeFileAtomically(myFile, written.bytes, mySystemCalls)) return error;
-    changedKeys.clear();
+  std::optional<FileState> state = stateOf(myFile, mySystemCalls);
+  const bool isKnown = state && state == myFileState;
+  Ref<NSMutableDictionary> all = isKnown ? entries : std::make_shared<NSMutableDictionary>();
+  if (!isKnown) {
+    if (const std::error_code error = readEntries(all)) return error;
+    for (const Text& key : changedKeys) all->setValueForKey(entries->objectForKey(key), key);
   }
-  takeUp(std::move(read), changes);
+  if (!changedKeys.empty()) {
+    if (const std::error_code error = writeEntries(*all)) return error;
+    changedKeys.clear();
+    state = stateOf(myFile, mySystemCalls);
+  }
+  if (!isKnown) takeUp(std::move(all), changes);
+  myFileState = state;
   return {};
 }
 
-void NSUserDefaults::Store::takeUp(NSDictionary::Entries read, std::vector<Change>& changes) {
-  NSDictionary::Entries before = std::exchange(entries, std::move(read));
+std::error_code NSUserDefaults::Store::writeEntries(const NSDictionary& all) {
+  const PropertyListBytes written = writePropertyList(all);
+  // Each value was tried when it was set, so this is what their sum exceeds.
+  if (!written.error.empty()) return std::make_error_code(std::errc::file_too_large);
+  return writeFileAtomically(myFile, written.bytes, mySystemCalls);
+}
+
+void NSUserDefaults::Store::takeUp(Ref<NSMutableDictionary> read, std::vector<Change>& changes) {
+  const Ref<NSMutableDictionary> before = std::exchange(entries, std::move(read));
   const auto compare = [&](const Text& key) {
-    Ref<NSObject> old = found(before, key);
-    if (!old) old = found(defaults, key);
+    Ref<NSObject> old = before->objectForKey(key);
+    if (!old) old = defaults.objectForKey(key);
     Ref<NSObject> now = valueOf(key);
     if (!isEqual(old, now)) changes.push_back({key, std::move(old), std::move(now)});
   };
-  for (const auto& entry : entries) compare(entry.first);
-  for (const auto& entry : before)
-    if (!entries.contains(entry.first)) compare(entry.first);
+  for (const auto& entry : *entries) compare(entry.first);
+  for (const auto& entry : *before)
+    if (!entries->objectForKey(entry.first)) compare(entry.first);
 }
 
 std::shared_ptr<NSUserDefaults::Observer> NSUserDefaults::Store::observerOf(std::size_t number) {

@@ -1,15 +1,11 @@
 #include <algorithm>
 #include <charconv>
-#include <chrono>
-#include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <limits>
 #include <optional>
 #include <pugixml.hpp>
 #include <vector>
 
-#include "Platform/Foundation/Base64.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSData.h"
@@ -19,6 +15,7 @@
 #include "Platform/Foundation/NSString.h"
 #include "Platform/Foundation/Overwrite.h"
 #include "Platform/Foundation/PropertyList.h"
+#include "Platform/Foundation/PropertyListValues.h"
 #include "Platform/Foundation/TextEncoding.h"
 
 namespace kelvane {
@@ -26,7 +23,7 @@ namespace {
 
 // Text is left as it stands, references and line ends included, so that offsets hold and nothing passes unseen.
 // Fragments are let in for the sake of text beside the root, which is dropped otherwise.
-constexpr unsigned int parsing = pugi::parse_cdata | pugi::parse_ws_pcdata | pugi::parse_doctype | pugi::parse_fragment;
+constexpr unsigned int parsing = pugi::parse_cdata | pugi::parse_doctype | pugi::parse_fragment;
 
 constexpr std::size_t longestQuotation = 40;
 
@@ -40,20 +37,6 @@ constexpr std::pair<std::string_view, Element> elementNames[] = {
 Element elementNamed(std::string_view name) {
   const auto* found = std::ranges::find(elementNames, name, &std::pair<std::string_view, Element>::first);
   return found == std::end(elementNames) ? Element::Unknown : found->second;
-}
-
-constexpr bool isSpace(char byte) { return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r'; }
-constexpr bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
-constexpr char lowercase(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + 32) : byte; }
-
-bool equalsIgnoringCase(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, {}, lowercase, lowercase);
-}
-
-std::string_view trimmed(std::string_view text) {
-  while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
-  while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
-  return text;
 }
 
 // A piece of the input for a message.
@@ -71,9 +54,9 @@ std::string_view declaredEncoding(std::string_view bytes) {
   bytes = bytes.substr(0, std::min(bytes.find("?>"), std::size_t{1024}));
   const std::size_t place = bytes.find(attribute);
   if (place == std::string_view::npos) return {};
-  bytes = trimmed(bytes.substr(place + attribute.size()));
+  bytes = trimmedXML(bytes.substr(place + attribute.size()));
   if (!bytes.starts_with('=')) return {};
-  bytes = trimmed(bytes.substr(1));
+  bytes = trimmedXML(bytes.substr(1));
   if (!bytes.starts_with('"') && !bytes.starts_with('\'')) return {};
   return bytes.substr(1, bytes.find(bytes.front(), 1) - 1);
 }
@@ -106,27 +89,54 @@ std::optional<std::string_view> asUTF8(std::string_view bytes, std::string& stor
   }
   const std::string_view encoding = declaredEncoding(bytes);
   for (const std::string_view known : {"", "UTF-8", "UTF8", "US-ASCII", "ASCII"})
-    if (equalsIgnoringCase(encoding, known)) return bytes;
+    if (equalsIgnoringASCIICase(encoding, known)) return bytes;
   for (const std::string_view known : {"ISO-8859-1", "ISO_8859-1", "ISO8859-1", "LATIN1"}) {
-    if (!equalsIgnoringCase(encoding, known)) continue;
+    if (!equalsIgnoringASCIICase(encoding, known)) continue;
     storage = utf8(textFromISOLatin1(bytes));
     return storage;
   }
   return std::nullopt;
 }
 
+constexpr bool isForbiddenControl(char byte) {
+  return static_cast<unsigned char>(byte) < 0x20 && byte != '\t' && byte != '\n' && byte != '\r';
+}
+
+// The first control that XML has not; npos when there is none.
+std::size_t findForbiddenControl(std::string_view bytes) {
+  constexpr std::size_t stretch = 4096;
+  for (std::size_t start = 0; start < bytes.size(); start += stretch) {
+    const std::string_view part = bytes.substr(start, stretch);
+    int hasOne = 0;
+    for (const char byte : part) {
+      const auto value = static_cast<unsigned char>(byte);
+      // Without shortcuts, so that many are looked at side by side.
+      hasOne |= int{value < 0x20} & int{value != '\t'} & int{value != '\n'} & int{value != '\r'};
+    }
+    if (hasOne != 0)
+      return start + static_cast<std::size_t>(std::ranges::find_if(part, isForbiddenControl) - part.begin());
+  }
+  return std::string_view::npos;
+}
+
 // Where `bytes` hold something that is no character of XML; npos when nowhere. Ill-formed sequences pass.
 std::size_t findForbidden(std::string_view bytes) {
-  const auto forbidden = [](char byte) {
-    return static_cast<unsigned char>(byte) < 0x20 && byte != '\t' && byte != '\n' && byte != '\r';
-  };
-  const auto* control = std::ranges::find_if(bytes, forbidden);
-  std::size_t place =
-      control == bytes.end() ? std::string_view::npos : static_cast<std::size_t>(control - bytes.begin());
+  std::size_t place = findForbiddenControl(bytes);
   constexpr std::string_view start = "\xEF\xBF";  // of U+FFFE and U+FFFF
   for (std::size_t i = bytes.find(start); i < place; i = bytes.find(start, i + 1))
     if (i + 2 < bytes.size() && (bytes[i + 2] == '\xBE' || bytes[i + 2] == '\xBF')) place = i;
   return place;
+}
+
+// Whether there may be comments, CDATA sections or processing instructions, which part the text that they stand in.
+bool mayPartText(std::string_view bytes) {
+  constexpr std::string_view doctype = "<!DOCTYPE";
+  for (std::size_t i = bytes.find('!'); i != std::string_view::npos; i = bytes.find('!', i + 1))
+    if (i > 0 && bytes[i - 1] == '<' && !bytes.substr(i - 1).starts_with(doctype)) return true;
+  // The one at the start is the XML declaration.
+  for (std::size_t i = bytes.find('?', 2); i != std::string_view::npos; i = bytes.find('?', i + 1))
+    if (bytes[i - 1] == '<') return true;
+  return false;
 }
 
 // The lines up to `offset`, however they end.
@@ -167,97 +177,6 @@ std::optional<char32_t> referent(std::string_view reference) {
   const auto [stop, error] = std::from_chars(reference.data(), end, character, hexadecimal ? 16 : 10);
   if (error != std::errc() || stop != end || !isXMLCharacter(character)) return std::nullopt;
   return character;
-}
-
-// --- Values
-
-std::optional<NSNumber> integerFrom(std::string_view text) {
-  text = trimmed(text);
-  const bool negative = text.starts_with('-');
-  if (negative || text.starts_with('+')) text.remove_prefix(1);
-  const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
-  if (hexadecimal) text.remove_prefix(2);
-  std::uint64_t magnitude = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, magnitude, hexadecimal ? 16 : 10);
-  if (error != std::errc() || stop != end) return std::nullopt;
-  constexpr auto largest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
-  if (negative && magnitude > largest + 1) return std::nullopt;
-  if (negative) return NSNumber(static_cast<std::int64_t>(-magnitude));
-  return magnitude > largest ? NSNumber(magnitude) : NSNumber(static_cast<std::int64_t>(magnitude));
-}
-
-std::optional<double> realFrom(std::string_view text) {
-  text = trimmed(text);
-  if (equalsIgnoringCase(text, "nan")) return std::numeric_limits<double>::quiet_NaN();
-  const bool negative = text.starts_with('-');
-  if (negative || text.starts_with('+')) text.remove_prefix(1);
-  const double sign = negative ? -1.0 : 1.0;
-  if (equalsIgnoringCase(text, "inf") || equalsIgnoringCase(text, "infinity"))
-    return sign * std::numeric_limits<double>::infinity();
-  if (text.empty() || (!isDigit(text.front()) && text.front() != '.')) return std::nullopt;
-  double value = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, value);
-  if (error != std::errc() || stop != end || !std::isfinite(value)) return std::nullopt;
-  return sign * value;
-}
-
-std::optional<double> secondsSince1970From(std::string_view text) {
-  constexpr std::string_view shape = "0000-00-00T00:00:00Z";
-  if (!std::ranges::equal(text, shape,
-                          [](char byte, char wanted) { return isDigit(wanted) ? isDigit(byte) : byte == wanted; }))
-    return std::nullopt;
-  const auto number = [&](std::size_t at, std::size_t digits) {
-    int value = 0;
-    for (const char digit : text.substr(at, digits)) value = value * 10 + (digit - '0');
-    return value;
-  };
-  const std::chrono::year_month_day day{std::chrono::year(number(0, 4)),
-                                        std::chrono::month(static_cast<unsigned>(number(5, 2))),
-                                        std::chrono::day(static_cast<unsigned>(number(8, 2)))};
-  const int hour = number(11, 2);
-  const int minute = number(14, 2);
-  const int second = number(17, 2);
-  if (!day.ok() || day.year() < std::chrono::year(1) || hour > 23 || minute > 59 || second > 59) return std::nullopt;
-  const std::chrono::seconds time =
-      std::chrono::hours(hour) + std::chrono::minutes(minute) + std::chrono::seconds(second);
-  return static_cast<double>((std::chrono::sys_days(day).time_since_epoch() + time).count());
-}
-
-// Takes one group of digits and padding off `text`, white space in between left out, and moves `out` behind its bytes;
-// false unless it is there as it should be. `padding` counts the "=" in it.
-bool takeBase64Group(std::string_view& text, std::uint8_t*& out, unsigned& padding) {
-  std::uint32_t group = 0;
-  for (unsigned places = 0; places < 4; text.remove_prefix(1)) {
-    if (text.empty()) return false;
-    const char character = text.front();
-    if (isSpace(character)) continue;
-    const std::uint8_t digit = base64Digit(static_cast<unsigned char>(character));
-    if (character == '=' ? ++padding > 2 || places < 2 : digit == noBase64Digit || padding > 0) return false;
-    group = group << 6U | (character == '=' ? 0U : digit);
-    ++places;
-  }
-  const std::uint32_t leftOver = padding == 0 ? 0 : padding == 1 ? 0xFFU : 0xFFFFU;
-  if (group & leftOver) return false;
-  for (unsigned i = 0; i < 3 - padding; ++i) *out++ = static_cast<std::uint8_t>(group >> (16U - 8U * i));
-  return true;
-}
-
-std::optional<std::vector<std::uint8_t>> bytesFromBase64(std::string_view text) {
-  std::vector<std::uint8_t> bytes(text.size() / 4 * 3 + base64Slack);
-  std::uint8_t* out = bytes.data();
-  // Once there is padding, the group that it ends is the last.
-  for (unsigned padding = 0; padding == 0;) {
-    const Base64Run run = decodeBase64Run(text, out);
-    out += run.written;
-    text.remove_prefix(run.read);
-    if (text.empty()) break;
-    if (!takeBase64Group(text, out, padding)) return std::nullopt;
-  }
-  if (!trimmed(text).empty()) return std::nullopt;
-  bytes.resize(static_cast<std::size_t>(out - bytes.data()));
-  return bytes;
 }
 
 // --- The tree
@@ -383,8 +302,10 @@ bool Reader::parse(pugi::xml_document& document) {
     const unsigned character = byte < 0x20 ? byte : 0xFF40U + static_cast<unsigned char>(myBytes[place + 2]);
     return fail(place, format(u"There is a U+%04X, which XML cannot hold.", character));
   }
+  // White space between elements means nothing, and is half of all nodes; where a text may come in parts, it is needed.
+  const unsigned int whiteSpace = mayPartText(myBytes) ? pugi::parse_ws_pcdata : pugi::parse_ws_pcdata_single;
   const pugi::xml_parse_result result =
-      document.load_buffer(myBytes.data(), myBytes.size(), parsing, pugi::encoding_utf8);
+      document.load_buffer(myBytes.data(), myBytes.size(), parsing | whiteSpace, pugi::encoding_utf8);
   if (result) return true;
   Text message = u"The XML is malformed: ";
   return fail(static_cast<std::size_t>(result.offset), message.append(whatIsMalformed(result.status)).append(u"."));
@@ -518,10 +439,10 @@ bool Reader::readScalar(pugi::xml_node node, Element element) {
     deliver(std::make_shared<NSDate>(NSDate::dateWithTimeIntervalSince1970(*seconds)));
   } else if (element == Element::Data) {
     std::optional<std::vector<std::uint8_t>> bytes = bytesFromBase64(text);
-    if (!bytes) return failValue(node, trimmed(text), u"base64");
+    if (!bytes) return failValue(node, trimmedXML(text), u"base64");
     deliver(std::make_shared<NSData>(*std::move(bytes)));
   } else {
-    if (!trimmed(text).empty()) return fail(node, u"<" + quoted(node.name()) + u"> is not empty.");
+    if (!trimmedXML(text).empty()) return fail(node, u"<" + quoted(node.name()) + u"> is not empty.");
     deliver(std::make_shared<NSNumber>(element == Element::True));
   }
   return true;
@@ -529,18 +450,18 @@ bool Reader::readScalar(pugi::xml_node node, Element element) {
 
 // Attributes mean nothing, but no reference in them goes unseen either.
 bool Reader::checkAttributes(pugi::xml_node node) {
-  for (const pugi::xml_attribute attribute : node.attributes())
+  for (auto attribute = node.first_attribute(); attribute; attribute = attribute.next_attribute())
     if (!decode(attribute.value(), offsetOf(node), true)) return false;
   return true;
 }
 
 bool Reader::onlyWhiteSpace(pugi::xml_node text) {
   const std::string_view value = text.value();
-  const auto* stray = std::ranges::find_if_not(value, isSpace);
+  const auto* stray = std::ranges::find_if_not(value, isXMLSpace);
   if (stray == value.end()) return true;
   const auto skipped = static_cast<std::size_t>(stray - value.begin());
   return fail(offsetOf(text) + skipped,
-              u"The text \"" + quoted(trimmed(value)) + u"\" stands outside of an element for text.");
+              u"The text \"" + quoted(trimmedXML(value)) + u"\" stands outside of an element for text.");
 }
 
 // The text of an element: a view into the document, or into myScratch where it had to be put together.
