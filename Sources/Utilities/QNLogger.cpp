@@ -11,6 +11,7 @@
 #include "Platform/Desktop/Desktop.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/NSLog.h"
+#include "Platform/Foundation/ShortText.h"
 #include "Platform/Foundation/TextEncoding.h"
 
 namespace kelvane {
@@ -26,10 +27,10 @@ std::uint32_t preferredLevel() {
   return level <= mostSevere ? level : static_cast<std::uint32_t>(QNLogLevel::Warn);
 }
 
-const char* labelOf(QNLogLevel level) {
-  constexpr std::array labels{"DEBUG", "INFO", "WARN", "ERROR", "FATAL"};
+std::string_view labelOf(QNLogLevel level) {
+  constexpr std::array<std::string_view, 5> labels{"DEBUG", "INFO", "WARN", "ERROR", "FATAL"};
   const auto index = static_cast<std::size_t>(level);
-  return index < labels.size() ? labels[index] : "";
+  return index < labels.size() ? labels[index] : std::string_view();
 }
 
 const char* labelOf(std::uint32_t event) {
@@ -50,9 +51,9 @@ const char* labelOf(std::uint32_t event) {
   return "";
 }
 
-void appendNumber(Text& line, int number) {
+void appendNumber(ShortText& line, int number) {
   char digits[16];
-  appendASCII(line, {digits, std::to_chars(digits, std::end(digits), number).ptr});
+  line.appendASCII({digits, std::to_chars(digits, std::end(digits), number).ptr});
 }
 
 // What stands for a line that ISO Latin-1 cannot hold.
@@ -118,18 +119,17 @@ void QNLogger::nsError(int lineNumber, const char* fileName, const char* methodN
 void QNLogger::writeMessage(QNLogLevel logLevel, int lineNumber, const char*, const char* methodName, TextView message,
                             const NSException* withException) {
   const std::string_view method = methodName ? methodName : "(null)";
-  Text line;
-  line.reserve(32 + method.size() + message.size());
-  appendASCII(line, labelOf(logLevel));
-  line += u' ';
-  appendUTF8(line, method);
-  line += u':';
+  ShortText line;
+  line.appendASCII(labelOf(logLevel));
+  line.append(u' ');
+  line.appendUTF8(method);
+  line.append(u':');
   appendNumber(line, lineNumber);
-  line += u" - ";
-  line += message;
-  if (withException) line += format(u" - Exception: %@", withException->reason());
-  writeToLogFile(line);
-  systemLog(line);
+  line.append(TextView(u" - "));
+  line.append(message);
+  if (withException) line.append(format(u" - Exception: %@", withException->reason()));
+  writeToLogFile(line.view());
+  systemLog(line.view());
 }
 
 void QNLogger::writeToLogFile(TextView line) {

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Foundation/TextEncoding.h"
+#include "Platform/Foundation/ShortText.h"
 #include "Platform/Foundation/TextScan.h"
 
 namespace kelvane {
@@ -40,7 +40,7 @@ std::uint64_t magnitudeOf(std::int64_t number) {
   return number < 0 ? 0 - bits : bits;
 }
 
-void appendNumber(Text& out, const FormatConversion& conversion, const PrintedNumber& number) {
+void appendNumber(ShortText& out, const FormatConversion& conversion, const PrintedNumber& number) {
   const TextView sign = number.isNegative ? u"-" : conversion.showsPlus ? u"+" : u"";
   const std::size_t length = sign.size() + number.digits.size();
   const std::size_t padding = conversion.width > length ? conversion.width - length : 0;
@@ -48,13 +48,13 @@ void appendNumber(Text& out, const FormatConversion& conversion, const PrintedNu
   const bool isFinite = number.digits.front() != 'i' && number.digits.front() != 'n';
   const bool zeros = conversion.padsWithZeros && !conversion.alignsLeft && isFinite;
   if (!zeros && !conversion.alignsLeft) out.append(padding, u' ');
-  out += sign;
+  out.append(sign);
   if (zeros) out.append(padding, u'0');
-  appendASCII(out, number.digits);
+  out.appendASCII(number.digits);
   if (conversion.alignsLeft) out.append(padding, u' ');
 }
 
-void appendInteger(Text& out, const FormatConversion& conversion, const FormatArgument& argument) {
+void appendInteger(ShortText& out, const FormatConversion& conversion, const FormatArgument& argument) {
   NumberBuffer buffer;
   if (argument.kind() == FormatArgument::Kind::Signed) {
     const std::int64_t number = argument.signedNumber();
@@ -71,26 +71,26 @@ void appendInteger(Text& out, const FormatConversion& conversion, const FormatAr
   appendNumber(out, unsignedConversion, {false, digits});
 }
 
-void appendAddress(Text& out, const void* address) {
+void appendAddress(ShortText& out, const void* address) {
   NumberBuffer buffer;
   const auto digits = printUnsigned(buffer, reinterpret_cast<std::uintptr_t>(address), 16);
-  out += u"0x";
-  appendASCII(out, digits);
+  out.append(TextView(u"0x"));
+  out.appendASCII(digits);
 }
 
-void appendArgument(Text& out, const FormatConversion& conversion, const FormatArgument& argument) {
+void appendArgument(ShortText& out, const FormatConversion& conversion, const FormatArgument& argument) {
   // Where something is, whatever else it could be printed as.
   if (conversion.letter == u'p') return appendAddress(out, argument.address());
   NumberBuffer buffer;
   switch (argument.kind()) {
     case FormatArgument::Kind::String:
-      out += argument.text();
+      out.append(argument.text());
       break;
     case FormatArgument::Kind::Object:
-      out += description(argument.object());
+      out.append(description(argument.object()));
       break;
     case FormatArgument::Kind::Bytes:
-      appendUTF8(out, argument.bytes());
+      out.appendUTF8(argument.bytes());
       break;
     case FormatArgument::Kind::Address:
       appendAddress(out, argument.address());
@@ -100,7 +100,7 @@ void appendArgument(Text& out, const FormatConversion& conversion, const FormatA
       appendInteger(out, conversion, argument);
       break;
     case FormatArgument::Kind::Unit:
-      out += static_cast<char16_t>(argument.unsignedNumber());
+      out.append(static_cast<char16_t>(argument.unsignedNumber()));
       break;
     case FormatArgument::Kind::Double:
       appendNumber(out, conversion, printDouble(buffer, argument.doubleNumber(), conversion.precision.value_or(6)));
@@ -108,38 +108,25 @@ void appendArgument(Text& out, const FormatConversion& conversion, const FormatA
   }
 }
 
-// About as many code units as the result takes, so that most grow but once.
-std::size_t likelySize(TextView format, std::span<const FormatArgument> arguments) {
-  constexpr std::size_t numberSize = 12;
-  std::size_t size = format.size();
-  for (const FormatArgument& argument : arguments) {
-    if (argument.kind() == FormatArgument::Kind::String)
-      size += argument.text().size();
-    else
-      size += argument.kind() == FormatArgument::Kind::Bytes ? argument.bytes().size() : numberSize;
-  }
-  return size;
-}
-
 }  // namespace
 
 Text formatArguments(TextView format, std::span<const FormatArgument> arguments) {
-  Text out;
-  out.reserve(likelySize(format, arguments));
+  ShortText out;
   std::size_t used = 0;
   std::size_t place = 0;
   while (place < format.size()) {
-    const std::size_t mark = findUnit(format, u'%', place);
-    out += format.substr(place, mark - place);
+    // Formats are short: a search in a loop of its own takes less than the call of a fast one.
+    const std::size_t mark = std::min(format.find(u'%', place), format.size());
+    out.append(format.substr(place, mark - place));
     if (mark == format.size()) break;
     const FormatConversion conversion = readConversion(format, mark);
     if (conversion.letter == u'%')
-      out += u'%';
+      out.append(u'%');
     else
       appendArgument(out, conversion, arguments[used++]);
     place = conversion.end;
   }
-  return out;
+  return Text(out.view());
 }
 
 Text formatWithoutArguments(TextView message) {

@@ -5,6 +5,7 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <ctime>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -16,29 +17,48 @@
 namespace kelvane {
 namespace {
 
+// "2026-01-31 12:00:00.123" in local time. The calendar is asked once a second. Only for whoever holds the mutex.
+class Clock {
+ public:
+  void appendTime(std::string& line) {
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    if (now.tv_sec != mySecond) show(now.tv_sec);
+    line.append(myText, myLength);
+    const auto milliseconds = static_cast<unsigned>(now.tv_nsec / 1'000'000);
+    const char digits[] = {'.', digit(milliseconds / 100), digit(milliseconds / 10 % 10), digit(milliseconds % 10)};
+    line.append(digits, sizeof digits);
+  }
+
+ private:
+  static constexpr char digit(unsigned value) { return static_cast<char>('0' + value); }
+
+  void show(std::time_t second) {
+    tm local{};
+    localtime_r(&second, &local);
+    myLength = strftime(myText, sizeof myText, "%Y-%m-%d %H:%M:%S", &local);
+    mySecond = second;
+  }
+
+  std::time_t mySecond = -1;
+  char myText[64] = {};
+  std::size_t myLength = 0;
+};
+
 struct SystemLog {
   // Recursive, for a sink that logs or is replaced by itself.
   std::recursive_mutex mutex;
   // Shared, so that a sink which is replaced while it runs lives until it returns.
   std::shared_ptr<const SystemLogSink> sink;
   bool isInSink = false;
+  Clock clock;
+  std::string line;
 };
 
 // Never destroyed: destructors that run at exit may still log.
 SystemLog& theSystemLog() {
   static auto& log = *new SystemLog();
   return log;
-}
-
-std::string timeStamp() {
-  timespec now{};
-  clock_gettime(CLOCK_REALTIME, &now);
-  tm local{};
-  localtime_r(&now.tv_sec, &local);
-  char text[64];
-  const std::size_t length = strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &local);
-  const std::string milliseconds = std::to_string(1000 + now.tv_nsec / 1000000);
-  return std::string(text, length) + "." + milliseconds.substr(1);
 }
 
 void writeWhole(int descriptor, std::string_view bytes) {
@@ -51,10 +71,39 @@ void writeWhole(int descriptor, std::string_view bytes) {
   }
 }
 
-void writeToStandardError(TextView message) {
-  const std::string line = timeStamp() + " " + program_invocation_short_name + "[" + std::to_string(getpid()) + ":" +
-                           std::to_string(syscall(SYS_gettid)) + "] " + utf8(message) + "\n";
+// Room for one line, which stays for the next unless it has become large.
+void trim(std::string& line) {
+  constexpr std::size_t usual = 4096;
+  if (line.capacity() > usual) line = {};
+}
+
+// The calling thread's number, for which the system is asked once in each process: one that was forked has others.
+long threadNumber(pid_t process) {
+  thread_local pid_t knownFor = 0;
+  thread_local long number = 0;
+  if (knownFor != process) {
+    number = syscall(SYS_gettid);
+    knownFor = process;
+  }
+  return number;
+}
+
+void writeToStandardError(SystemLog& log, TextView message) {
+  std::string& line = log.line;
+  line.clear();
+  log.clock.appendTime(line);
+  line += ' ';
+  line += program_invocation_short_name;
+  line += '[';
+  const pid_t process = getpid();
+  line += std::to_string(process);
+  line += ':';
+  line += std::to_string(threadNumber(process));
+  line += "] ";
+  line += utf8(message);
+  line += '\n';
   writeWhole(STDERR_FILENO, line);
+  trim(line);
 }
 
 }  // namespace
@@ -76,7 +125,7 @@ void systemLog(TextView message) {
     if (sink)
       (*sink)(message);
     else
-      writeToStandardError(message);
+      writeToStandardError(log, message);
   } catch (...) {
     // A log that cannot be written must not bring down what wanted to log.
   }
