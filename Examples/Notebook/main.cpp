@@ -6,12 +6,12 @@
 #include <string_view>
 
 #include "Extensions/NSAttributedString-QNExtensions.h"
-#include "Feedback.h"
-#include "Output.h"
-#include "Pages.h"
+#include "Report/Feedback.h"
+#include "Report/Output.h"
+#include "Report/Pages.h"
 #include "Platform/Foundation/Format.h"
-#include "Report.h"
-#include "Session.h"
+#include "Report/Report.h"
+#include "Application/Session.h"
 #include "Utilities/QNEnvironment.h"
 
 namespace {

@@ -17,6 +17,7 @@
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSNumber.h"
 #include "Platform/Foundation/PathText.h"
+#include "Platform/Foundation/SystemCalls.h"
 #include "Platform/Foundation/TextEncoding.h"
 
 namespace kelvane {
@@ -181,6 +182,20 @@ bool NSFileManager::removeItemAtPath(TextView path, Ref<NSError>* error) const {
   if (!file) return failWithErrno(ENOENT, path, error);
   const RemovalResult result = removeTree(*file);
   return !result.error || failWith(result.error, textFromFileSystem(result.path), error);
+}
+
+bool NSFileManager::moveItemAtPath(TextView path, TextView toPath, Ref<NSError>* error) const {
+  const auto from = systemPath(path);
+  const auto to = systemPath(toPath);
+  if (!from || !to) return failWithErrno(ENOENT, from ? toPath : path, error);
+  SystemCalls& calls = SystemCalls::system();
+  if (calls.renameWithoutReplacing(from->c_str(), to->c_str()) == 0) return true;
+  if (errno != EINVAL) return failWithErrno(errno, path, error);
+  // A file system that cannot promise it: what is there now is left alone at least. A folder within itself is EINVAL,
+  // too, and stays that.
+  struct stat status = {};
+  if (lstat(to->c_str(), &status) == 0) return failWithErrno(EEXIST, toPath, error);
+  return calls.rename(from->c_str(), to->c_str()) == 0 || failWithErrno(errno, path, error);
 }
 
 bool NSFileManager::createDirectoryAtPath(TextView path, bool withIntermediateDirectories,

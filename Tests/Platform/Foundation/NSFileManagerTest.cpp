@@ -35,6 +35,29 @@ class NSFileManagerTest : public testing::Test {
   Ref<NSError> error;
 };
 
+TEST_F(NSFileManagerTest, MovesWithoutReplacing) {
+  write("file");
+  write("other");
+  fs::create_directory(folder.path("inside"));
+  EXPECT_TRUE(files.moveItemAtPath(path("file"), path("inside/moved"), &error));
+  EXPECT_FALSE(fs::exists(folder.path("file")));
+  EXPECT_EQ(fs::file_size(folder.path("inside/moved")), 4U);
+  const struct {
+    Text from, to;
+    int reason;
+  } rows[] = {
+      {path("inside/moved"), path("other"), EEXIST}, {path("none"), path("x"), ENOENT}, {u"", path("x"), ENOENT},
+      {path("inside"), path("inside/x"), EINVAL},    {path("other"), u"", ENOENT},
+  };
+  for (const auto& row : rows) {
+    error = nullptr;
+    EXPECT_FALSE(files.moveItemAtPath(row.from, row.to, &error)) << row.reason;
+    EXPECT_EQ(error ? error->code() : 0, row.reason);
+  }
+  EXPECT_TRUE(fs::exists(folder.path("inside/moved")));
+  EXPECT_EQ(fs::file_size(folder.path("other")), 5U);
+}
+
 TEST_F(NSFileManagerTest, TellsWhatExists) {
   write("file");
   fs::create_symlink("nowhere", folder.path("dangling"));

@@ -1,19 +1,19 @@
-#include "Report.h"
+#include "Report/Report.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "Colours.h"
 #include "Extensions/NSData-QNExtensions.h"
 #include "Extensions/NSDate-QNExtensions.h"
 #include "Extensions/NSString-QNExtensions.h"
-#include "Pages.h"
 #include "Platform/Foundation/Base64.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/TextLines.h"
 #include "Platform/Foundation/TextScan.h"
-#include "Printable.h"
+#include "Report/Colours.h"
+#include "Report/Pages.h"
+#include "Report/Printable.h"
 
 namespace notebook {
 namespace {

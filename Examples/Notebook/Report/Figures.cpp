@@ -1,4 +1,4 @@
-#include "Figures.h"
+#include "Report/Figures.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -6,11 +6,11 @@
 #include <utility>
 #include <vector>
 
-#include "Colours.h"
 #include "Extensions/NSString-QNExtensions.h"
 #include "Platform/Foundation/TextLines.h"
 #include "Platform/Foundation/TextScan.h"
-#include "Printable.h"
+#include "Report/Colours.h"
+#include "Report/Printable.h"
 
 namespace notebook {
 namespace {

@@ -1,4 +1,4 @@
-#include "Colours.h"
+#include "Report/Colours.h"
 
 #include <unistd.h>
 

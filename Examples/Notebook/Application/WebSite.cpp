@@ -1,4 +1,4 @@
-#include "WebSite.h"
+#include "Application/WebSite.h"
 
 #include <httplib.h>
 

@@ -1,4 +1,4 @@
-#include "Output.h"
+#include "Report/Output.h"
 
 #include <poll.h>
 #include <unistd.h>

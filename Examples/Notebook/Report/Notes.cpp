@@ -1,4 +1,4 @@
-#include "Notes.h"
+#include "Report/Notes.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "Session.h"
+#include "Application/Session.h"
 
 #include <filesystem>
 #include <stdexcept>

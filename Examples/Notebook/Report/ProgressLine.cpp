@@ -1,10 +1,10 @@
-#include "ProgressLine.h"
+#include "Report/ProgressLine.h"
 
 #include <unistd.h>
 
-#include "Output.h"
 #include "Platform/Foundation/Format.h"
-#include "Printable.h"
+#include "Report/Output.h"
+#include "Report/Printable.h"
 
 namespace notebook {
 namespace {

@@ -1,4 +1,4 @@
-#include "DocumentReader.h"
+#include "Report/DocumentReader.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

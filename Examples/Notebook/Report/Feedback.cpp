@@ -1,16 +1,16 @@
-#include "Feedback.h"
+#include "Report/Feedback.h"
 
 #include <optional>
 
+#include "Application/WebSite.h"
 #include "Network/QNHTTPPost.h"
-#include "Output.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/NSRunLoop.h"
 #include "Platform/Foundation/TextEncoding.h"
-#include "Printable.h"
+#include "Report/Output.h"
+#include "Report/Printable.h"
 #include "Utilities/QNEnvironment.h"
-#include "WebSite.h"
 
 namespace notebook {
 namespace {

@@ -1,4 +1,4 @@
-#include "Printable.h"
+#include "Report/Printable.h"
 
 #include "Platform/Foundation/Format.h"
 

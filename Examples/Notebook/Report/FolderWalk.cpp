@@ -1,4 +1,4 @@
-#include "FolderWalk.h"
+#include "Report/FolderWalk.h"
 
 #include <algorithm>
 #include <filesystem>

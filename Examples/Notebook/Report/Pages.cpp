@@ -1,15 +1,15 @@
-#include "Pages.h"
+#include "Report/Pages.h"
 
 #include <cstdint>
 
-#include "DocumentReader.h"
 #include "Extensions/NSAttributedString-QNExtensions.h"
-#include "Output.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/TextCase.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/TextLines.h"
-#include "Printable.h"
+#include "Report/DocumentReader.h"
+#include "Report/Output.h"
+#include "Report/Printable.h"
 
 namespace notebook {
 namespace {

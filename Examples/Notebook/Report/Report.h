@@ -6,13 +6,13 @@
 #include <utility>
 #include <vector>
 
-#include "DocumentReader.h"
-#include "Figures.h"
-#include "FolderWalk.h"
-#include "Notes.h"
-#include "Output.h"
 #include "Platform/Foundation/Text.h"
-#include "ProgressLine.h"
+#include "Report/DocumentReader.h"
+#include "Report/Figures.h"
+#include "Report/FolderWalk.h"
+#include "Report/Notes.h"
+#include "Report/Output.h"
+#include "Report/ProgressLine.h"
 
 namespace notebook {
 

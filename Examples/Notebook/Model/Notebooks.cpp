@@ -1,0 +1,226 @@
+#include "Model/Notebooks.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "Extensions/NSFileManager-QNExtensions.h"
+#include "Extensions/NSFileManager-ThreadSafeManager.h"
+#include "Model/NoteFile.h"
+#include "Platform/Foundation/Format.h"
+#include "Platform/Foundation/NSDirectoryEnumerator.h"
+#include "Platform/Foundation/NSError.h"
+#include "Platform/Foundation/NSFileManager.h"
+#include "Platform/Foundation/PathText.h"
+#include "Platform/Foundation/TextCase.h"
+#include "Platform/Foundation/TextSearch.h"
+
+namespace notebook {
+namespace {
+
+using kelvane::NSArray;
+using kelvane::NSError;
+using kelvane::NSFileManager;
+using kelvane::Ref;
+using kelvane::Text;
+using kelvane::TextView;
+using kelvane::NSFileManagerExtensions::threadSafeManager;
+
+bool standsBefore(const Ref<Entry>& a, const Ref<Entry>& b) {
+  if (a->isLeaf() != b->isLeaf()) return b->isLeaf();
+  return a->sortKey() != b->sortKey() ? a->sortKey() < b->sortKey() : a->path() < b->path();
+}
+
+Text sentence(const Ref<NSError>& error) { return error ? error->localizedDescription() : Text(); }
+
+// A title as it can stand in a path.
+Text fileName(TextView title) {
+  Text name(title);
+  std::ranges::replace(name, u'/', u'-');
+  std::erase(name, u'\0');
+  while (name.starts_with(u'.')) name.erase(0, 1);
+  return name.empty() ? Text(u"Untitled") : name;
+}
+
+// Calls `visit` with each entry below, in the order of the outline.
+template <class Visit>
+void walk(const Ref<NSArray>& entries, Visit visit) {
+  std::vector<std::pair<Ref<NSArray>, std::size_t>> way{{entries, 0}};
+  while (!way.empty()) {
+    auto& [array, next] = way.back();
+    if (next == array->count()) {
+      way.pop_back();
+      continue;
+    }
+    const auto entry = kelvane::as<Entry>(array->objectAtIndex(next++));
+    visit(entry);
+    if (!entry->isLeaf()) way.emplace_back(entry->children(), 0);
+  }
+}
+
+}  // namespace
+
+Notebooks::Notebooks(Text folder)
+    : myFolder(std::move(folder)),
+      myController(std::make_shared<kelvane::NSTreeController>(u"children", std::nullopt, u"isLeaf")) {
+  if (!isDirectoryAtPath(threadSafeManager(), myFolder))
+    createDirectoryRecursivlyAtPath(threadSafeManager(), myFolder, nullptr);
+}
+
+std::size_t Notebooks::numberOfNotes() const {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(myEntries, [](const auto& one) { return one.second->isLeaf(); }));
+}
+
+Ref<Entry> Notebooks::entryFor(EntryKind kind, const Text& path) {
+  const auto known = myEntries.find(path);
+  if (known != myEntries.end() && known->second->kind() == kind) return known->second;
+  return std::make_shared<Entry>(kind, path);
+}
+
+// All entries, those of a folder behind it.
+Notebooks::Entries Notebooks::readFolders(Ref<NSError>& error) {
+  const NSFileManager& files = threadSafeManager();
+  Entries entries;
+  // A walk that cannot begin looks like one through an empty folder.
+  files.contentsOfDirectoryAtPath(myFolder, &error);
+  if (error) return entries;
+  kelvane::NSDirectoryEnumerator enumerator(myFolder);
+  while (const auto relative = enumerator.nextObject()) {
+    const Text path = kelvane::stringByAppendingPathComponent(myFolder, *relative);
+    const bool isHidden = kelvane::lastPathComponent(path).starts_with(u'.');
+    if (isDirectoryAtPath(files, path)) {
+      if (isHidden)
+        enumerator.skipDescendants();
+      else
+        entries.push_back(entryFor(EntryKind::Folder, path));
+    } else if (const auto kind = kindOfFile(path); kind && !isHidden) {
+      entries.push_back(entryFor(*kind, path));
+    }
+  }
+  return entries;
+}
+
+std::optional<Text> Notebooks::refresh() {
+  Ref<NSError> error;
+  const Entries entries = readFolders(error);
+  if (error) return sentence(error);
+  myEntries.clear();
+  std::unordered_map<Text, std::vector<Ref<kelvane::NSObject>>> children;
+  Entries sorted = entries;
+  std::ranges::sort(sorted, standsBefore);
+  for (const Ref<Entry>& entry : sorted) {
+    myEntries.emplace(entry->path(), entry);
+    children[Text(kelvane::stringByDeletingLastPathComponent(entry->path()))].push_back(entry);
+  }
+  for (const Ref<Entry>& entry : entries) {
+    if (entry->isLeaf()) continue;
+    const auto found = children.find(entry->path());
+    entry->setChildren(std::make_shared<NSArray>(found == children.end() ? std::vector<Ref<kelvane::NSObject>>()
+                                                                         : std::move(found->second)));
+  }
+  myController->setContent(std::make_shared<NSArray>(std::move(children[myFolder])));
+  return std::nullopt;
+}
+
+Ref<Entry> Notebooks::entryAtPath(TextView path) const {
+  const auto found = myEntries.find(Text(path));
+  return found == myEntries.end() ? nullptr : found->second;
+}
+
+std::vector<Ref<Entry>> Notebooks::search(TextView words, const std::function<Text(const Entry&)>& textOf) const {
+  Entries found;
+  const auto contains = [words](TextView text) {
+    return kelvane::rangeOfString(text, words, kelvane::NSCaseInsensitiveSearch).has_value();
+  };
+  walk(myController->content(), [&](const Ref<Entry>& entry) {
+    if (entry->isLeaf() && (contains(entry->title()) || contains(textOf(*entry)))) found.push_back(entry);
+  });
+  return found;
+}
+
+Text Notebooks::folderFor(const Entry* beside) const {
+  if (!beside) return myFolder;
+  return beside->isLeaf() ? Text(kelvane::stringByDeletingLastPathComponent(beside->path())) : beside->path();
+}
+
+Ref<Entry> Notebooks::addNote(const Entry* beside, TextView title, Text& error) {
+  const Text folder = folderFor(beside);
+  Ref<NSError> reason;
+  const auto name = createUniqueFileAtPath(threadSafeManager(), folder, fileName(title), u"note", &reason);
+  if (!name) {
+    error = sentence(reason);
+    return nullptr;
+  }
+  const Text path = kelvane::stringByAppendingPathComponent(folder, *name);
+  // An empty file is no archive.
+  if (const auto failure = writeNote(kelvane::NSAttributedString(), path)) {
+    error = *failure;
+    return nullptr;
+  }
+  refresh();
+  return entryAtPath(path);
+}
+
+Ref<Entry> Notebooks::addFolder(const Entry* beside, TextView title, Text& error) {
+  const NSFileManager& files = threadSafeManager();
+  const Text folder = folderFor(beside);
+  const Text name = fileName(title);
+  Text path = kelvane::stringByAppendingPathComponent(folder, name);
+  for (int number = 1; files.itemExistsAtPath(path); ++number)
+    path = kelvane::stringByAppendingPathComponent(folder, kelvane::format(u"%@-%d", name, number));
+  Ref<NSError> reason;
+  if (!files.createDirectoryAtPath(path, false, &reason)) {
+    error = sentence(reason);
+    return nullptr;
+  }
+  refresh();
+  return entryAtPath(path);
+}
+
+std::optional<Text> Notebooks::moveFile(Entry& entry, const Text& to) {
+  if (to == entry.path()) return std::nullopt;
+  Ref<NSError> error;
+  if (!threadSafeManager().moveItemAtPath(entry.path(), to, &error)) return sentence(error);
+  // What is below a folder moves along, and remains the same as well.
+  const Text from = entry.path();
+  Entries moved;
+  for (const auto& [path, one] : myEntries)
+    if (path == from || path.starts_with(from + u"/")) moved.push_back(one);
+  for (const Ref<Entry>& one : moved) {
+    const Text path = to + one->path().substr(from.size());
+    myEntries.erase(one->path());
+    one->setPath(path);
+    myEntries.insert_or_assign(path, one);
+  }
+  return std::nullopt;
+}
+
+std::optional<Text> Notebooks::rename(const Ref<Entry>& entry, TextView title) {
+  Text name = fileName(title);
+  if (entry->isLeaf()) name = kelvane::stringByAppendingPathExtension(name, kelvane::pathExtension(entry->path()));
+  const TextView folder = kelvane::stringByDeletingLastPathComponent(entry->path());
+  if (auto failure = moveFile(*entry, kelvane::stringByAppendingPathComponent(folder, name))) return failure;
+  return refresh();
+}
+
+std::optional<Text> Notebooks::move(const std::vector<Ref<Entry>>& entries, const Entry* into) {
+  const Text folder = folderFor(into);
+  std::optional<Text> failure;
+  for (const Ref<Entry>& entry : entries) {
+    const TextView name = kelvane::lastPathComponent(entry->path());
+    if (auto reason = moveFile(*entry, kelvane::stringByAppendingPathComponent(folder, name)))
+      failure = std::move(reason);
+  }
+  const auto reading = refresh();
+  return failure ? failure : reading;
+}
+
+std::optional<Text> Notebooks::moveToTrash(const std::vector<Ref<Entry>>& entries) {
+  Ref<NSError> error;
+  for (const Ref<Entry>& entry : entries) moveFileToTrash(threadSafeManager(), entry->path(), &error);
+  const auto reading = refresh();
+  return error ? std::optional(sentence(error)) : reading;
+}
+
+}  // namespace notebook
