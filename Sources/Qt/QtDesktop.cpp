@@ -6,6 +6,8 @@
 
 #include "Platform/Desktop/Desktop.h"
 #include "Platform/Foundation/Raise.h"
+#include "Qt/Widgets/Adapters.h"
+#include "Qt/Widgets/QtScreens.h"
 
 namespace kelvane {
 namespace {
@@ -17,6 +19,8 @@ class QtDesktop final : public Desktop {
     const QScreen* const screen = QGuiApplication::primaryScreen();
     return screen ? screen->devicePixelRatio() : 1.0;
   }
+  std::vector<Ref<NSScreen>> screens() const override { return allScreens(); }
+  Ref<NSScreen> mainScreen() const override { return screenOf(QGuiApplication::primaryScreen()); }
   void runModalAlert(const ModalAlert&) override {}
 };
 
@@ -36,6 +40,14 @@ void installQtDesktop() {
   if (desktopBefore()) return;
   desktopBefore() = Desktop::install(std::make_shared<QtDesktop>());
   qAddPostRoutine(uninstallQtDesktop);
+}
+
+Ref<NSWindow> windowFor(QWidget& widget) { return windowOf(&widget); }
+
+Ref<NSView> viewFor(QWidget& widget) { return viewOf(&widget); }
+
+void setViewFlipped(QWidget& widget, bool isFlipped) {
+  if (auto* const adapter = dynamic_cast<WidgetAdapter*>(viewOf(&widget).get())) adapter->setFlipped(isFlipped);
 }
 
 }  // namespace kelvane

@@ -1,6 +1,11 @@
 #pragma once
 
+#include "Platform/Desktop/NSView.h"
+#include "Platform/Desktop/NSWindow.h"
 #include "Platform/Foundation/Export.h"
+#include "Platform/Foundation/Ref.h"
+
+class QWidget;
 
 // The desktop on Qt 6 Widgets. A host that has a QApplication installs it once; from then on all that the library asks
 // of a desktop is answered by Qt:
@@ -19,5 +24,25 @@ namespace kelvane {
 // its end the headless desktop is installed again. Calling it twice is calling it once. Without a QApplication it
 // raises std::invalid_argument.
 KELVANE_EXPORT void installQtDesktop();
+
+// The host makes its windows and widgets with Qt and owns them. What it hands to the library are adapters: for each
+// widget there is one, always the same, for as long as the widget lives. Who holds an adapter for longer has a window
+// or a view whose original has gone.
+//
+//   positionAtGoldenMiddle(*windowFor(mainWindow));
+
+// The window that the widget is, or is in.
+KELVANE_EXPORT Ref<NSWindow> windowFor(QWidget& widget);
+
+// The widget as a view. Of a widget of a special class the view is one of the class that goes with it, whichever of
+// these functions is asked.
+//
+// What a layout of Qt's manages goes back to where that wants it, at the next time. removeFromSuperview takes the
+// widget out of its parent, and so out of its parent's ownership: it is the host's from then on.
+KELVANE_EXPORT Ref<NSView> viewFor(QWidget& widget);
+
+// Says that the own y of the widget's view grows downwards, as Qt counts it: for a widget that is drawn and clicked on
+// in Qt's coordinates by code that asks the view. By default it grows upwards, as everywhere in the library.
+KELVANE_EXPORT void setViewFlipped(QWidget& widget, bool isFlipped);
 
 }  // namespace kelvane

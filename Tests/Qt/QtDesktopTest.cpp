@@ -1,11 +1,10 @@
-#include "Qt/QtDesktop.h"
-
 #include <gtest/gtest.h>
 
 #include <QApplication>
 
 #include "Extensions/NSApplication-QNExtensions.h"
 #include "Platform/Desktop/Desktop.h"
+#include "Qt/QtDesktop.h"
 
 namespace kelvane {
 namespace {

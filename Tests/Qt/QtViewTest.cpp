@@ -1,0 +1,106 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QWidget>
+#include <limits>
+#include <memory>
+
+#include "Extensions/NSView-QNExtensions.h"
+#include "Qt/QtDesktop.h"
+
+namespace kelvane {
+namespace {
+
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+// A parent of 400 x 300 with a child at (10, 20) of Qt's, 100 x 30.
+struct QtViews : testing::Test {
+  QtViews() {
+    myParent->resize(400, 300);
+    myChild->setGeometry(10, 20, 100, 30);
+  }
+
+  std::unique_ptr<QWidget> myParent = std::make_unique<QWidget>();
+  QWidget* myChild = new QWidget(myParent.get());
+  Ref<NSView> myView = viewFor(*myChild);
+};
+
+TEST_F(QtViews, HaveOneAdapterEach) {
+  EXPECT_EQ(viewFor(*myChild), myView);
+  EXPECT_EQ(myView->superview(), viewFor(*myParent));
+  EXPECT_THAT(viewFor(*myParent)->subviews(), testing::ElementsAre(myView));
+  EXPECT_EQ(myView->window(), windowFor(*myParent));
+  EXPECT_EQ(windowFor(*myChild)->contentView(), viewFor(*myParent));
+}
+
+TEST_F(QtViews, CountUpwards) {
+  EXPECT_EQ(myView->frame(), CGRect(10, 250, 100, 30));
+  EXPECT_EQ(myView->bounds(), CGRect(0, 0, 100, 30));
+  centerVerticalyInSuperview(myView);
+  EXPECT_EQ(myChild->geometry(), QRect(150, 20, 100, 30));
+  // The lower left corner stays where it is, also where a limit holds the size.
+  myChild->setMaximumHeight(50);
+  setFrameToSize(myView, {50, 500}, {100, 0}, {0, 300});
+  EXPECT_EQ(myChild->geometry(), QRect(150, 0, 100, 50));
+  myView->setFrame({notANumber, 0, 10, 10});
+  myView->setFrameSize({10, std::numeric_limits<double>::infinity()});
+  EXPECT_EQ(myChild->geometry(), QRect(150, 0, 100, 50));
+  // Halves round up, on either axis.
+  myView->setFrame({0.5, 0.5, 10.4, 10.5});
+  EXPECT_EQ(myView->frame(), CGRect(1, 1, 10, 11));
+}
+
+TEST_F(QtViews, CountDownwardsIfTheySaySo) {
+  setViewFlipped(*myParent, true);
+  EXPECT_TRUE(coordinateOrigin(viewFor(*myParent)));
+  EXPECT_EQ(myView->frame(), CGRect(10, 20, 100, 30));
+  myView->setFrame({1, 2, 3, 4});
+  EXPECT_EQ(myChild->geometry(), QRect(1, 2, 3, 4));
+}
+
+TEST_F(QtViews, ConvertBetweenEachOther) {
+  const Ref<NSView> parent = viewFor(*myParent);
+  EXPECT_EQ(myView->convertRect({10, 250, 5, 5}, parent), CGRect(0, 0, 5, 5));
+  EXPECT_EQ(parent->convertRect({0, 0, 5, 5}, myView), CGRect(10, 250, 5, 5));
+  EXPECT_EQ(myView->convertRect({10, 250, 5, 5}, nullptr), CGRect(0, 0, 5, 5));
+  setViewFlipped(*myChild, true);
+  EXPECT_EQ(myView->convertRect({10, 250, 5, 5}, parent), CGRect(0, 25, 5, 5));
+  setViewFlipped(*myChild, false);
+
+  centerOriginInBounds(myView);
+  EXPECT_EQ(myView->bounds(), CGRect(-50, -15, 100, 30));
+  EXPECT_EQ(myView->convertRect({10, 250, 5, 5}, parent), CGRect(-50, -15, 5, 5));
+  // The view itself has not moved.
+  EXPECT_EQ(myView->frame(), CGRect(10, 250, 100, 30));
+}
+
+TEST_F(QtViews, AreTheHostsWhenTakenOut) {
+  removeAllSubviews(viewFor(*myParent));
+  const std::unique_ptr<QWidget> child(myChild);
+  EXPECT_EQ(child->parentWidget(), nullptr);
+  EXPECT_EQ(viewFor(*child), myView);
+  EXPECT_EQ(myView->superview(), nullptr);
+  EXPECT_EQ(myView->window(), nullptr);
+}
+
+TEST_F(QtViews, OutliveTheirWidgets) {
+  const Ref<NSView> parent = viewFor(*myParent);
+  const std::weak_ptr<NSView> unheld = viewFor(*new QWidget(myParent.get()));
+  EXPECT_FALSE(unheld.expired());
+  myParent.reset();
+  EXPECT_TRUE(unheld.expired());
+  for (const Ref<NSView>& view : {parent, myView}) {
+    view->setFrame({1, 2, 3, 4});
+    view->setFrameSize({1, 2});
+    view->removeFromSuperview();
+    EXPECT_EQ(view->frame(), CGRect());
+    EXPECT_EQ(view->bounds(), CGRect());
+    EXPECT_EQ(view->convertRect({1, 2, 3, 4}, nullptr), CGRect());
+    EXPECT_EQ(view->superview(), nullptr);
+    EXPECT_EQ(view->window(), nullptr);
+    EXPECT_TRUE(view->subviews().empty());
+  }
+}
+
+}  // namespace
+}  // namespace kelvane
