@@ -7,7 +7,10 @@
 #include "Platform/Desktop/Desktop.h"
 #include "Platform/Foundation/Raise.h"
 #include "Qt/Widgets/Adapters.h"
+#include "Qt/Widgets/Platform.h"
 #include "Qt/Widgets/QtScreens.h"
+#include "Qt/Widgets/QtToolbar.h"
+#include "Qt/Widgets/WindowStack.h"
 
 namespace kelvane {
 namespace {
@@ -21,6 +24,8 @@ class QtDesktop final : public Desktop {
   }
   std::vector<Ref<NSScreen>> screens() const override { return allScreens(); }
   Ref<NSScreen> mainScreen() const override { return screenOf(QGuiApplication::primaryScreen()); }
+  std::vector<Ref<NSWindow>> orderedWindows() const override { return WindowStack::shared().orderedWindows(); }
+  bool windowsHavePositions() const override { return kelvane::windowsHavePositions(); }
   void runModalAlert(const ModalAlert&) override {}
 };
 
@@ -39,12 +44,19 @@ void installQtDesktop() {
     raiseInvalidArgument("installQtDesktop", "there is no QApplication");
   if (desktopBefore()) return;
   desktopBefore() = Desktop::install(std::make_shared<QtDesktop>());
+  WindowStack::shared().follow();
   qAddPostRoutine(uninstallQtDesktop);
 }
 
 Ref<NSWindow> windowFor(QWidget& widget) { return windowOf(&widget); }
 
 Ref<NSView> viewFor(QWidget& widget) { return viewOf(&widget); }
+
+QWidget* widgetFor(const NSView* view) { return widgetOf(view); }
+
+Ref<NSToolbar> toolbarFor(QToolBar& toolBar) { return toolbarOf(&toolBar); }
+
+QAction* actionFor(const NSToolbarItem* item) { return actionOf(item); }
 
 void setViewFlipped(QWidget& widget, bool isFlipped) {
   if (auto* const adapter = dynamic_cast<WidgetAdapter*>(viewOf(&widget).get())) adapter->setFlipped(isFlipped);

@@ -5,6 +5,8 @@
 #include "Platform/Foundation/Export.h"
 #include "Platform/Foundation/Ref.h"
 
+class QAction;
+class QToolBar;
 class QWidget;
 
 // The desktop on Qt 6 Widgets. A host that has a QApplication installs it once; from then on all that the library asks
@@ -40,6 +42,17 @@ KELVANE_EXPORT Ref<NSWindow> windowFor(QWidget& widget);
 // What a layout of Qt's manages goes back to where that wants it, at the next time. removeFromSuperview takes the
 // widget out of its parent, and so out of its parent's ownership: it is the host's from then on.
 KELVANE_EXPORT Ref<NSView> viewFor(QWidget& widget);
+
+// The widget behind a view; null when it has gone, for nil, and for views that are none of Qt's.
+KELVANE_EXPORT QWidget* widgetFor(const NSView* view);
+
+// The toolbar; that of a QMainWindow is also its NSWindow::toolbar, and of several the first one above the content. Its
+// items are its visible actions but separators. An item's identifier is the objectName of the action or of the widget
+// that was added, as it is when the item is first asked for.
+KELVANE_EXPORT Ref<NSToolbar> toolbarFor(QToolBar& toolBar);
+
+// The action behind an item; null when it has gone, for nil, and for items that are none of Qt's.
+KELVANE_EXPORT QAction* actionFor(const NSToolbarItem* item);
 
 // Says that the own y of the widget's view grows downwards, as Qt counts it: for a widget that is drawn and clicked on
 // in Qt's coordinates by code that asks the view. By default it grows upwards, as everywhere in the library.

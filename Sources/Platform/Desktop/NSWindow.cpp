@@ -3,10 +3,13 @@
 namespace kelvane {
 
 CGRect NSWindow::constrainFrameRect(const CGRect& frame, const NSScreen& toScreen) const {
-  const CGRect visible = toScreen.visibleFrame();
   // Not by CGRectGetMaxY: in a window lower than its title bar the content's height is below zero.
   const CGRect content = contentRectForFrameRect(frame);
   const double titleBar = frame.origin.y + frame.size.height - (content.origin.y + content.size.height);
+  return constrained(frame, titleBar, toScreen.visibleFrame());
+}
+
+CGRect NSWindow::constrained(const CGRect& frame, double titleBar, const CGRect& visible) {
   const double grip = CGMin(titleBar, frame.size.width);
   const double bottom = CGRectGetMinY(visible) + titleBar - frame.size.height;
   const double top = CGRectGetMaxY(visible) - frame.size.height;

@@ -49,6 +49,10 @@ class KELVANE_EXPORT NSWindow : public NSObject {
   virtual std::int64_t windowNumber() const = 0;
   // orderWindow:relativeTo:  Puts the window right above or below the one of that number; 0 stands for all others.
   virtual void orderWindow(NSWindowOrderingMode place, std::int64_t relativeTo) = 0;
+
+ protected:
+  // constrainFrameRect for a window whose title bar is that high, and what panels and docks leave of the screen.
+  static CGRect constrained(const CGRect& frame, double titleBar, const CGRect& visible);
 };
 
 }  // namespace kelvane

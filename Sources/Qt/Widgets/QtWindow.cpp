@@ -1,9 +1,15 @@
 #include "Qt/Widgets/QtWindow.h"
 
+#include <QStyle>
+#include <QWindow>
+
 #include "Qt/Widgets/Adapters.h"
 #include "Qt/Widgets/Decoration.h"
 #include "Qt/Widgets/Flip.h"
 #include "Qt/Widgets/QtScreens.h"
+#include "Qt/Widgets/QtToolbar.h"
+#include "Qt/Widgets/WindowContent.h"
+#include "Qt/Widgets/WindowStack.h"
 
 namespace kelvane {
 namespace {
@@ -15,24 +21,54 @@ std::int64_t nextNumber() {
 
 }  // namespace
 
-QtWindow::QtWindow(QWidget& window) : myWindow(&window), myNumber(nextNumber()) {}
+QtWindow::QtWindow(QWidget& window) : myWindow(&window), myFrame(window), myNumber(nextNumber()) {}
 
-CGRect QtWindow::frame() const {
-  return myWindow ? rectFromQt(frameGeometryOf(*myWindow), lowerLeftOfPlane()) : CGRect();
-}
+CGRect QtWindow::frame() const { return myWindow ? rectFromQt(myFrame.frame(), lowerLeftOfPlane()) : CGRect(); }
 
-void QtWindow::setFrame(const CGRect& frame, bool, bool) {
+void QtWindow::setFrame(const CGRect& frame, bool display, bool animate) {
   if (!myWindow || !isFinite(frame)) return;
-  myWindow->setGeometry(wholeUnits(rectToQt(frame, lowerLeftOfPlane())).marginsRemoved(decorationOf(*myWindow)));
+  myFrame.setFrame(wholeUnits(rectToQt(frame, lowerLeftOfPlane())), animate);
+  if (display && myWindow && myWindow->windowHandle() && myWindow->windowHandle()->isExposed()) myWindow->repaint();
 }
 
-CGRect QtWindow::contentRectForFrameRect(const CGRect& frame) const { return frame; }
-CGRect QtWindow::frameRectForContentRect(const CGRect& content) const { return content; }
-Ref<NSView> QtWindow::contentView() const { return viewOf(myWindow); }
-Ref<NSToolbar> QtWindow::toolbar() const { return nullptr; }
-void QtWindow::setMinSize(const CGSize&) {}
-void QtWindow::setMaxSize(const CGSize&) {}
-bool QtWindow::isVisible() const { return myWindow && myWindow->isVisible(); }
-void QtWindow::orderWindow(NSWindowOrderingMode, std::int64_t) {}
+CGRect QtWindow::contentRectForFrameRect(const CGRect& frame) const {
+  if (!myWindow) return {};
+  const QMargins margins = contentMargins();
+  return {frame.origin.x + margins.left(), frame.origin.y + margins.bottom(),
+          frame.size.width - margins.left() - margins.right(), frame.size.height - margins.top() - margins.bottom()};
+}
+
+CGRect QtWindow::frameRectForContentRect(const CGRect& content) const {
+  if (!myWindow) return {};
+  const QMargins margins = contentMargins();
+  return {content.origin.x - margins.left(), content.origin.y - margins.bottom(),
+          content.size.width + margins.left() + margins.right(),
+          content.size.height + margins.top() + margins.bottom()};
+}
+
+CGRect QtWindow::constrainFrameRect(const CGRect& frame, const NSScreen& toScreen) const {
+  if (!myWindow) return {};
+  const int titleBar = decorationOf(*myWindow).top();
+  // One without a title bar is still to be got hold of.
+  const int grip =
+      titleBar > 0 ? titleBar : myWindow->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, myWindow);
+  return constrained(frame, grip, toScreen.visibleFrame());
+}
+
+Ref<NSView> QtWindow::contentView() const { return myWindow ? viewOf(contentWidgetOf(*myWindow)) : nullptr; }
+
+Ref<NSToolbar> QtWindow::toolbar() const { return myWindow ? toolbarOf(toolBarOf(*myWindow)) : nullptr; }
+
+void QtWindow::setMinSize(const CGSize& size) { myFrame.setMinSize(size); }
+
+void QtWindow::setMaxSize(const CGSize& size) { myFrame.setMaxSize(size); }
+
+bool QtWindow::isVisible() const { return myWindow && myWindow->isVisible() && !myWindow->isMinimized(); }
+
+void QtWindow::orderWindow(NSWindowOrderingMode place, std::int64_t relativeTo) {
+  if (myWindow) WindowStack::shared().order(*myWindow, place, relativeTo);
+}
+
+QMargins QtWindow::contentMargins() const { return decorationOf(*myWindow) + contentMarginsOf(*myWindow); }
 
 }  // namespace kelvane
