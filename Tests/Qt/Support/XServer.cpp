@@ -1,0 +1,136 @@
+#include "Qt/Support/XServer.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <QTimer>
+#include <QWindow>
+#include <csignal>
+#include <cstdlib>
+#include <regex>
+#include <stdexcept>
+
+#include "Support/Process.h"
+
+namespace kelvane::test {
+namespace {
+
+constexpr int patience = 20'000;
+
+// Starts a program that ends with this one, without a word of its own. `inherited` stays open in it.
+pid_t start(const std::vector<std::string>& arguments, int inherited = -1) {
+  std::vector<char*> words;
+  for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
+  words.push_back(nullptr);
+  const pid_t process = fork();
+  if (process != 0) return process;
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  const int nowhere = open("/dev/null", O_RDWR);
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nowhere, descriptor);
+  if (inherited >= 0) fcntl(inherited, F_SETFD, 0);
+  execvp(words.front(), words.data());
+  _exit(127);
+}
+
+void end(pid_t process) {
+  if (process <= 0) return;
+  kill(process, SIGTERM);
+  waitpid(process, nullptr, 0);
+}
+
+// The line that the server writes when it is ready, or what there is of it when it ends or takes too long.
+std::string lineFrom(int descriptor) {
+  std::string line;
+  pollfd source{descriptor, POLLIN, 0};
+  char byte = 0;
+  while (poll(&source, 1, patience) > 0 && read(descriptor, &byte, 1) == 1 && byte != '\n') line += byte;
+  return byte == '\n' ? line : std::string();
+}
+
+std::string answer(const std::vector<std::string>& arguments) { return runProcess(arguments).out; }
+
+// The number that the pattern's group has found.
+long numberIn(const std::string& text, const char* pattern) {
+  std::smatch found;
+  return std::regex_search(text, found, std::regex(pattern)) ? std::stol(found[1], nullptr, 0) : -1;
+}
+
+bool hasWindowManager() {
+  return answer({"xprop", "-root", "_NET_SUPPORTING_WM_CHECK"}).find("window id") != std::string::npos;
+}
+
+}  // namespace
+
+XServer::XServer() {
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+  myServer = start({"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"},
+                   ends[1]);
+  close(ends[1]);
+  const std::string number = lineFrom(ends[0]);
+  close(ends[0]);
+  if (number.empty()) throw std::runtime_error("Xvfb does not start");
+  setenv("DISPLAY", (":" + number).c_str(), 1);
+  setenv("QT_QPA_PLATFORM", "xcb", 1);
+  unsetenv("XAUTHORITY");
+  myWindowManager = start({"openbox", "--sm-disable"});
+  const QDeadlineTimer deadline(patience);
+  while (!hasWindowManager())
+    if (deadline.hasExpired()) throw std::runtime_error("openbox does not start");
+}
+
+XServer::~XServer() {
+  end(myWindowManager);
+  end(myServer);
+}
+
+bool isForXServer(const std::string& testFilter) { return testFilter.starts_with("X11"); }
+
+QRect frameOnServer(const QWidget& window) {
+  // The window manager puts the window into one of its own, or into several; the outermost one is in the root.
+  std::string id = std::to_string(window.internalWinId());
+  std::string tree = answer({"xwininfo", "-children", "-id", id});
+  const std::string parent = "Parent window id: (0x[0-9a-f]+)";
+  while (numberIn(tree, parent.c_str()) > 0 &&
+         numberIn(tree, parent.c_str()) != numberIn(tree, "Root window id: (0x[0-9a-f]+)")) {
+    id = std::to_string(numberIn(tree, parent.c_str()));
+    tree = answer({"xwininfo", "-children", "-id", id});
+  }
+  const std::string place = answer({"xwininfo", "-stats", "-id", id});
+  const auto number = [&](const char* name) {
+    return static_cast<int>(numberIn(place, (std::string(name) + ": +(-?[0-9]+)").c_str()));
+  };
+  return {number("Absolute upper-left X"), number("Absolute upper-left Y"), number("Width"), number("Height")};
+}
+
+std::vector<WId> windowsOnServer() {
+  const std::string list = answer({"xprop", "-root", "_NET_CLIENT_LIST_STACKING"});
+  const std::regex number("0x[0-9a-f]+");
+  std::vector<WId> result;
+  for (auto found = std::sregex_iterator(list.begin(), list.end(), number); found != std::sregex_iterator(); ++found)
+    result.insert(result.begin(), std::stoul(found->str(), nullptr, 16));
+  return result;
+}
+
+bool comesTrue(const std::function<bool()>& condition) {
+  const QDeadlineTimer deadline(5000);
+  while (!condition()) {
+    if (deadline.hasExpired()) return false;
+    QEventLoop loop;
+    QTimer::singleShot(10, &loop, &QEventLoop::quit);
+    loop.exec();
+  }
+  return true;
+}
+
+void showOnServer(QWidget& window) {
+  window.show();
+  if (!comesTrue([&] { return window.windowHandle()->isExposed(); })) throw std::runtime_error("no window is shown");
+}
+
+}  // namespace kelvane::test
