@@ -1,16 +1,22 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QLabel>
 #include <QMainWindow>
 #include <QMenuBar>
-#include <QScreen>
 #include <QStatusBar>
+#include <QTextEdit>
 #include <QToolBar>
+#include <QWindow>
+#include <cstdlib>
+#include <limits>
+#include <memory>
 
 #include "Extensions/NSWindow-QNExtensions.h"
+#include "Platform/Desktop/Desktop.h"
+#include "Platform/Foundation/TextEncoding.h"
 #include "Qt/QtDesktop.h"
 #include "Qt/Support/XServer.h"
+#include "Support/TemporaryFolder.h"
 
 namespace kelvane {
 namespace {
@@ -18,6 +24,7 @@ namespace {
 using test::comesTrue;
 using test::frameOnServer;
 using test::showOnServer;
+using test::windowsOnServer;
 
 // The frame on the server, counted upwards.
 CGRect serverFrame(const QWidget& window) {
@@ -25,19 +32,176 @@ CGRect serverFrame(const QWidget& window) {
   return CGRect(frame.x(), 1024 - frame.y() - frame.height(), frame.width(), frame.height());
 }
 
-TEST(X11Windows, FramesAreTheServers) {
-  QWidget window;
-  const Ref<NSWindow> adapter = windowFor(window);
-  adapter->setFrame({100, 200, 500, 400}, true, false);
-  EXPECT_EQ(adapter->frame(), CGRect(100, 200, 500, 400));
-  showOnServer(window);
-  EXPECT_TRUE(comesTrue([&] { return serverFrame(window) == CGRect(100, 200, 500, 400); }));
-  EXPECT_EQ(serverFrame(window), CGRect(100, 200, 500, 400));
-  EXPECT_EQ(adapter->frame(), CGRect(100, 200, 500, 400));
-  positionAtGoldenMiddle(*adapter);
-  EXPECT_TRUE(comesTrue([&] { return serverFrame(window) == CGRect(390, 416, 500, 400); }));
-  EXPECT_EQ(serverFrame(window), CGRect(390, 416, 500, 400));
-  EXPECT_EQ(adapter->frame(), CGRect(390, 416, 500, 400));
+// A window with all that one can have around its content, in a screen of 1280 x 1024 with preferences of its own.
+struct X11Windows : testing::Test {
+  X11Windows() {
+    setenv("XDG_CONFIG_HOME", myFolder.path().c_str(), 1);
+    myWindow.menuBar()->addMenu(QStringLiteral("File"))->addAction(QStringLiteral("Open"));
+    myWindow.addToolBar(QStringLiteral("Tools"))->addAction(QStringLiteral("Save"));
+    myWindow.setCentralWidget(new QTextEdit);
+    myWindow.statusBar()->showMessage(QStringLiteral("Ready"));
+  }
+
+  // Whether the window, and the adapter with it, comes to have the frame.
+  static testing::AssertionResult comesTo(const QWidget& window, const Ref<NSWindow>& adapter, const CGRect& frame) {
+    if (comesTrue([&] { return serverFrame(window) == frame && adapter->frame() == frame; }))
+      return testing::AssertionSuccess();
+    return testing::AssertionFailure() << utf8(NSStringFromRect(serverFrame(window))) << " on the server, "
+                                       << utf8(NSStringFromRect(adapter->frame())) << " here";
+  }
+  testing::AssertionResult comesTo(const CGRect& frame) const { return comesTo(myWindow, myAdapter, frame); }
+
+  TemporaryFolder myFolder;
+  QMainWindow myWindow;
+  const Ref<NSWindow> myAdapter = windowFor(myWindow);
+};
+
+TEST_F(X11Windows, TakeTheFrameThatTheyHadBeforeTheyWereShown) {
+  const CGRect frame(100, 200, 500, 400);
+  myAdapter->setFrame(frame, true, false);
+  EXPECT_EQ(myAdapter->frame(), frame);
+  showOnServer(myWindow);
+  EXPECT_TRUE(comesTo(frame));
+  EXPECT_LT(myWindow.height(), 400);
+  // Another time, with the place and the decoration that it has.
+  myWindow.hide();
+  myAdapter->setFrame({300, 100, 400, 300}, true, false);
+  showOnServer(myWindow);
+  EXPECT_TRUE(comesTo({300, 100, 400, 300}));
+  // The first window's decoration is expected of the next.
+  QWidget next;
+  windowFor(next)->setFrame(frame, true, false);
+  EXPECT_EQ(next.height(), 400 - (300 - myWindow.height()));
+}
+
+TEST_F(X11Windows, LeaveWhatTheHostHasSetSince) {
+  myAdapter->setFrame({100, 200, 500, 400}, true, false);
+  myWindow.setGeometry(10, 50, 600, 450);
+  showOnServer(myWindow);
+  EXPECT_TRUE(comesTrue([&] { return frameOnServer(myWindow).contains(QRect(10, 50, 600, 450)); }));
+  EXPECT_EQ(myWindow.geometry(), QRect(10, 50, 600, 450));
+}
+
+TEST_F(X11Windows, ComeBackToWhereTheyWere) {
+  showOnServer(myWindow);
+  positionAtGoldenMiddle(*myAdapter);
+  myAdapter->setFrame({myAdapter->frame().origin, {500, 400}}, true, false);
+  positionAtGoldenMiddle(*myAdapter);
+  EXPECT_TRUE(comesTo({390, 416, 500, 400}));
+  saveFrameToUserDefaultsForKey(*myAdapter, u"frame", true);
+  saveFrameToUserDefaultsForKey(*myAdapter, u"size", false);
+  const QSize content = myWindow.centralWidget()->size();
+
+  myAdapter->setFrame({10, 20, 300, 250}, true, false);
+  EXPECT_TRUE(comesTo({10, 20, 300, 250}));
+  EXPECT_TRUE(loadFrameFromUserDefaultsForKey(*myAdapter, u"frame", true, NSWindowExtensions::noPosition));
+  EXPECT_TRUE(comesTo({390, 416, 500, 400}));
+
+  // The size alone: the upper left corner stays where it is.
+  resizeWindowToSize(*myAdapter, {300, 100});
+  EXPECT_TRUE(comesTrue([&] { return myWindow.centralWidget()->size() == QSize(300, 100); }));
+  EXPECT_EQ(frameOnServer(myWindow).topLeft(), QPoint(390, 208));
+  resizeWindowBySizingView(*myAdapter, viewFor(*myWindow.centralWidget()), {content.width() * 1.0, 200});
+  EXPECT_TRUE(comesTrue([&] { return myWindow.centralWidget()->size() == QSize(content.width(), 200); }));
+  EXPECT_EQ(frameOnServer(myWindow).topLeft(), QPoint(390, 208));
+}
+
+TEST_F(X11Windows, AvoidEachOther) {
+  std::vector<std::unique_ptr<QWidget>> windows;
+  std::vector<CGRect> frames;
+  for (int i = 0; i < 3; ++i) {
+    windows.push_back(std::make_unique<QWidget>());
+    const Ref<NSWindow> adapter = windowFor(*windows.back());
+    adapter->setFrame({0, 0, 100, 100}, true, false);
+    showOnServer(*windows.back());
+    positionAtGoldenMiddleToBottomRight(*adapter);
+    EXPECT_TRUE(comesTo(*windows.back(), adapter, adapter->frame()));
+    frames.push_back(adapter->frame());
+  }
+  // The middle is at (640, 512); 0.3 of the way to the corner, then 0.7 for those that would lie over the first.
+  EXPECT_THAT(frames, testing::ElementsAre(CGRect(782, 328, 100, 100), CGRect(1037, 123, 100, 100),
+                                           CGRect(1037, 123, 100, 100)));
+}
+
+TEST_F(X11Windows, AreHeldWithinTheirLimits) {
+  showOnServer(myWindow);
+  myAdapter->setFrame({100, 200, 500, 400}, true, false);
+  lockWindowToCurrentSize(*myAdapter);
+  myAdapter->setFrame({150, 250, 900, 100}, true, false);
+  EXPECT_TRUE(comesTo({150, 250, 500, 400}));
+  myAdapter->setMinSize({200, 300});
+  myAdapter->setMaxSize({std::numeric_limits<double>::infinity(), 0});
+  myAdapter->setFrame({150, 250, 900, 100}, true, false);
+  EXPECT_TRUE(comesTo({150, 250, 900, 300}));
+}
+
+TEST_F(X11Windows, KeepTheirTitleBarsOnTheScreen) {
+  showOnServer(myWindow);
+  myAdapter->setFrame({100, 900, 500, 400}, true, false);
+  qn_sanitizePosition(*myAdapter);
+  EXPECT_TRUE(comesTo({100, 624, 500, 400}));
+}
+
+TEST_F(X11Windows, FillTheScreenUntilTheyAreGivenAFrame) {
+  const auto fillsScreen = [&] { return frameOnServer(myWindow) == QRect(0, 0, 1280, 1024); };
+  myAdapter->setFrame({10, 20, 300, 250}, true, false);
+  myWindow.showMaximized();
+  EXPECT_TRUE(comesTrue([&] { return myWindow.windowHandle()->isExposed() && fillsScreen(); }));
+  EXPECT_FALSE(comesTrue([&] { return !fillsScreen(); }, 300));
+  myAdapter->setFrame({100, 200, 500, 400}, true, false);
+  EXPECT_TRUE(comesTo({100, 200, 500, 400}));
+  EXPECT_FALSE(myWindow.isMaximized());
+}
+
+TEST_F(X11Windows, GoThereInSteps) {
+  showOnServer(myWindow);
+  myAdapter->setFrame({100, 200, 400, 300}, true, false);
+  EXPECT_TRUE(comesTo({100, 200, 400, 300}));
+  myAdapter->setFrame({500, 400, 600, 500}, true, true);
+  EXPECT_EQ(myAdapter->frame(), CGRect(100, 200, 400, 300));
+  // A second way replaces the first, from where the window is by then.
+  EXPECT_TRUE(comesTrue([&] { return myAdapter->frame().origin.x > 110; }));
+  EXPECT_LT(myAdapter->frame().origin.x, 500);
+  myAdapter->setFrame({50, 60, 450, 350}, true, true);
+  EXPECT_TRUE(comesTo({50, 60, 450, 350}));
+  // One who closes the window on its way finds it at its end.
+  myAdapter->setFrame({500, 400, 600, 500}, true, true);
+  myWindow.close();
+  EXPECT_EQ(myAdapter->frame(), CGRect(500, 400, 600, 500));
+}
+
+TEST_F(X11Windows, AreStackedAsTheyAreTold) {
+  std::vector<std::unique_ptr<QWidget>> windows;
+  const auto adapter = [&](std::size_t index) { return windowFor(*windows[index]); };
+  for (int i = 0; i < 3; ++i) {
+    windows.push_back(std::make_unique<QWidget>());
+    showOnServer(*windows.back());
+  }
+  const auto isOrder = [&](std::vector<std::size_t> order) {
+    std::vector<WId> ids;
+    std::vector<Ref<NSWindow>> adapters;
+    for (const std::size_t index : order) {
+      ids.push_back(windows[index]->winId());
+      adapters.push_back(adapter(index));
+    }
+    return comesTrue([&] { return windowsOnServer() == ids; }) && Desktop::current().orderedWindows() == adapters;
+  };
+  // The main window of this test was never shown, and comes last.
+  myWindow.setAttribute(Qt::WA_DontShowOnScreen);
+  EXPECT_TRUE(isOrder({2, 1, 0}));
+  orderBehindWindow(*adapter(2), adapter(1));
+  EXPECT_TRUE(isOrder({1, 2, 0}));
+  orderBehindWindow(*adapter(1), nullptr);
+  EXPECT_TRUE(isOrder({2, 0, 1}));
+  adapter(1)->orderWindow(NSWindowOrderingMode::Above, adapter(0)->windowNumber());
+  EXPECT_TRUE(isOrder({2, 1, 0}));
+  adapter(0)->orderWindow(NSWindowOrderingMode::Above, 0);
+  EXPECT_TRUE(isOrder({0, 2, 1}));
+  windows[1]->raise();
+  EXPECT_TRUE(isOrder({1, 0, 2}));
+  adapter(1)->orderWindow(NSWindowOrderingMode::Below, adapter(1)->windowNumber());
+  adapter(1)->orderWindow(NSWindowOrderingMode::Below, 4711);
+  EXPECT_TRUE(isOrder({1, 0, 2}));
 }
 
 }  // namespace

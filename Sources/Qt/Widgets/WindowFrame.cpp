@@ -7,6 +7,8 @@
 #include <QStyle>
 #include <QWindow>
 #include <algorithm>
+#include <cstdlib>
+#include <utility>
 
 #include "Qt/Widgets/Decoration.h"
 #include "Qt/Widgets/Flip.h"
@@ -14,8 +16,11 @@
 namespace kelvane {
 namespace {
 
-// How long after its first appearance a window's decoration may come.
-constexpr int decorationTime = 1000;
+// How often, and for how long, one looks whether the window manager has changed the decoration, of which Qt does not
+// tell. It does so after a window has appeared, if it is slow, and after one became one that cannot be resized, since
+// that takes no border to drag.
+constexpr int lookInterval = 50;
+constexpr int numberOfLooks = 20;
 
 int clientLength(double frameLength, int decoration) { return std::max(0, wholeUnit(frameLength) - decoration); }
 
@@ -24,6 +29,10 @@ int largestClientLength(double frameLength, int decoration) {
   if (!(frameLength > 0 && frameLength < QWIDGETSIZE_MAX)) return QWIDGETSIZE_MAX;
   return clientLength(frameLength, decoration);
 }
+
+constexpr Qt::WindowStates filling = Qt::WindowMaximized | Qt::WindowFullScreen;
+
+bool fillsScreen(const QWidget& window) { return (window.windowState() & filling) != 0; }
 
 QSize withinLimits(const QSize& clientSize, const QWidget& window) {
   return clientSize.boundedTo(window.maximumSize()).expandedTo(window.minimumSize()).expandedTo({1, 1});
@@ -35,7 +44,8 @@ WindowFrame::WindowFrame(QWidget& window) : myWindow(&window) {
   window.installEventFilter(this);
   QWindow* const handle = window.windowHandle();
   if (handle) handle->installEventFilter(this);
-  if (handle && handle->isVisible() && !handle->isExposed()) myLastCall = QDeadlineTimer(QDeadlineTimer::Forever);
+  myIsAppearing = handle && handle->isVisible() && !handle->isExposed();
+  connect(&myWatch, &QTimer::timeout, this, &WindowFrame::look);
   connect(&myAnimation, &QVariantAnimation::valueChanged, this,
           [this](const QVariant& frame) { apply(frame.toRect()); });
 }
@@ -48,8 +58,7 @@ QRect WindowFrame::frame() const {
 void WindowFrame::setFrame(const QRect& frame, bool animate) {
   if (!myWindow) return;
   myAnimation.stop();
-  const Qt::WindowStates filling = Qt::WindowMaximized | Qt::WindowFullScreen;
-  if (myWindow->windowState() & filling) myWindow->setWindowState(myWindow->windowState() & ~filling);
+  if (fillsScreen(*myWindow)) myWindow->setWindowState(myWindow->windowState() & ~filling);
   const QRect wanted = heldWithinLimits(frame);
   if (!animate || !canAnimateTo(wanted)) return apply(wanted);
   myAnimation.setStartValue(this->frame());
@@ -59,38 +68,33 @@ void WindowFrame::setFrame(const QRect& frame, bool animate) {
 }
 
 void WindowFrame::setMinSize(const CGSize& size) {
-  if (std::isnan(size.width) || std::isnan(size.height)) return;
+  if (!myWindow || std::isnan(size.width) || std::isnan(size.height)) return;
   myMinSize = size;
   applyLimits();
+  if (isDecorationKnown(*myWindow)) watch();
 }
 
 void WindowFrame::setMaxSize(const CGSize& size) {
-  if (std::isnan(size.width) || std::isnan(size.height)) return;
+  if (!myWindow || std::isnan(size.width) || std::isnan(size.height)) return;
   myMaxSize = size;
   applyLimits();
+  if (isDecorationKnown(*myWindow)) watch();
 }
 
-bool WindowFrame::eventFilter(QObject*, QEvent* event) {
+bool WindowFrame::eventFilter(QObject* watched, QEvent* event) {
   if (!myWindow) return false;
-  switch (event->type()) {
-    case QEvent::Show:
-      // The window of the window system is there only now.
-      if (QWindow* const handle = myWindow->windowHandle()) handle->installEventFilter(this);
-      if (!isAwaited()) myAwaitedFrame.reset();
-      myLastCall = QDeadlineTimer(QDeadlineTimer::Forever);
-      break;
-    case QEvent::Expose:
-    case QEvent::Move:
-    case QEvent::Resize:
-      if (isDecorationKnown(*myWindow) && !myLastCall.hasExpired()) settle();
-      break;
-    case QEvent::Hide:
-    case QEvent::Close:
-      finishAnimation();
-      break;
-    default:
-      break;
+  if (watched != myWindow) {
+    if (event->type() == QEvent::Expose && myIsAppearing && isDecorationKnown(*myWindow)) settle();
+    return false;
   }
+  // Of spontaneous ones the window manager is the cause, which minimised the window or brings it back.
+  if (event->type() == QEvent::Show && !event->spontaneous()) {
+    // The window of the window system is there only now.
+    if (QWindow* const handle = myWindow->windowHandle()) handle->installEventFilter(this);
+    if (!isAwaited()) myAwaitedFrame.reset();
+    myIsAppearing = true;
+  }
+  if (event->type() == QEvent::Hide || event->type() == QEvent::Close) finishAnimation();
   return false;
 }
 
@@ -99,11 +103,14 @@ void WindowFrame::apply(const QRect& frame) {
   myAwaitedFrame = frame;
   myAssumedDecoration = decorationOf(*myWindow);
   const QRect client = frame.marginsRemoved(myAssumedDecoration);
-  if (isDecorationKnown(*myWindow)) return myWindow->setGeometry(client);
-  // Qt counts the place of a window without a decoration from the corner of the one that it will get.
-  myWindow->move(frame.topLeft());
-  myWindow->resize(client.size());
-  myHiddenPlace = {myWindow->pos(), myWindow->size()};
+  if (isDecorationKnown(*myWindow)) {
+    myWindow->setGeometry(client);
+  } else {
+    // Qt counts the place of a window without a decoration from the corner of the one that it will get.
+    myWindow->move(frame.topLeft());
+    myWindow->resize(client.size());
+  }
+  myPlace = {myWindow->pos(), myWindow->size()};
 }
 
 void WindowFrame::applyLimits() {
@@ -118,21 +125,42 @@ void WindowFrame::applyLimits() {
     myWindow->setMinimumSize(clientLength(myMinSize->width, width), clientLength(myMinSize->height, height));
 }
 
-// Whether there is a frame that waits for the window to be shown, and nobody has given the window another one since.
+// Whether a frame was set, and nobody has given the window another one since.
 bool WindowFrame::isAwaited() const {
-  return myWindow && myAwaitedFrame && myWindow->pos() == myHiddenPlace.topLeft() &&
-         myWindow->size() == withinLimits(myHiddenPlace.size(), *myWindow);
+  return myWindow && myAwaitedFrame && myWindow->pos() == myPlace.topLeft() &&
+         myWindow->size() == withinLimits(myPlace.size(), *myWindow);
 }
 
-// The decoration is known, for the first time or anew.
+// The decoration is known.
 void WindowFrame::settle() {
-  const bool isFirst = myLastCall.isForever();
-  if (isFirst) {
-    myLastCall.setRemainingTime(decorationTime);
-    applyLimits();
+  myIsAppearing = false;
+  applyLimits();
+  // A host may restore a window's frame and have the window fill the screen all the same.
+  if (myAwaitedFrame && !fillsScreen(*myWindow)) apply(heldWithinLimits(*myAwaitedFrame));
+  watch();
+}
+
+void WindowFrame::watch() {
+  myAssumedDecoration = decorationOf(*myWindow);
+  myLooksLeft = numberOfLooks;
+  myWatch.start(lookInterval);
+}
+
+// The frame stays what it is when the decoration changes.
+void WindowFrame::look() {
+  if (--myLooksLeft <= 0 || !myWindow) myWatch.stop();
+  if (!myWindow || !isDecorationKnown(*myWindow) || fillsScreen(*myWindow)) return;
+  const QMargins decoration = decorationOf(*myWindow);
+  const QMargins before = std::exchange(myAssumedDecoration, decoration);
+  if (decoration == before) return;
+  QRect frame = myWindow->geometry().marginsAdded(before);
+  // What the new decoration has pushed aside goes back; where the user has put the window meanwhile it stays.
+  if (myAwaitedFrame && myAwaitedFrame->size() == frame.size()) {
+    const QPoint moved = myAwaitedFrame->topLeft() - frame.topLeft();
+    if (std::abs(moved.x()) <= decoration.left() && std::abs(moved.y()) <= decoration.top()) frame = *myAwaitedFrame;
   }
-  if (myAwaitedFrame && (isFirst || decorationOf(*myWindow) != myAssumedDecoration))
-    apply(heldWithinLimits(*myAwaitedFrame));
+  applyLimits();
+  apply(heldWithinLimits(frame));
 }
 
 QRect WindowFrame::heldWithinLimits(const QRect& frame) const {

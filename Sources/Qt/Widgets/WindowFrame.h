@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QDeadlineTimer>
 #include <QObject>
 #include <QPointer>
 #include <QRect>
+#include <QTimer>
 #include <QVariantAnimation>
 #include <QWidget>
 #include <optional>
@@ -36,17 +36,22 @@ class WindowFrame final : public QObject {
   void applyLimits();
   bool isAwaited() const;
   void settle();
+  void watch();
+  void look();
   QRect heldWithinLimits(const QRect& frame) const;
   bool canAnimateTo(const QRect& frame) const;
   void finishAnimation();
 
   QPointer<QWidget> myWindow;
-  // The frame that was last set, what decoration it was set with, and what Qt made of it for a window without one.
+  // The frame that was last set, what decoration it was set with, and what Qt made of it.
   std::optional<QRect> myAwaitedFrame;
   QMargins myAssumedDecoration;
-  QRect myHiddenPlace;
-  // Until when a decoration that changes is one that comes late: for ever before the window appears.
-  QDeadlineTimer myLastCall;
+  QRect myPlace;
+  // Whether the window is on its way to the screen for the first time, or once more.
+  bool myIsAppearing = false;
+  // Runs as long as a decoration that changes is one that comes late.
+  QTimer myWatch;
+  int myLooksLeft = 0;
   std::optional<CGSize> myMinSize;
   std::optional<CGSize> myMaxSize;
   QVariantAnimation myAnimation;

@@ -117,8 +117,8 @@ std::vector<WId> windowsOnServer() {
   return result;
 }
 
-bool comesTrue(const std::function<bool()>& condition) {
-  const QDeadlineTimer deadline(5000);
+bool comesTrue(const std::function<bool()>& condition, int milliseconds) {
+  const QDeadlineTimer deadline(milliseconds);
   while (!condition()) {
     if (deadline.hasExpired()) return false;
     QEventLoop loop;

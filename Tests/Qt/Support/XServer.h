@@ -33,8 +33,8 @@ bool isForXServer(const std::string& testFilter);
 QRect frameOnServer(const QWidget& window);
 std::vector<WId> windowsOnServer();
 
-// Lets Qt's events happen until it holds, or for five seconds; returns whether it does.
-bool comesTrue(const std::function<bool()>& condition);
+// Lets Qt's events happen until it holds, or until the time is over; returns whether it does.
+bool comesTrue(const std::function<bool()>& condition, int milliseconds = 5000);
 // Shows the window and waits until the X server does.
 void showOnServer(QWidget& window);
 
