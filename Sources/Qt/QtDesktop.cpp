@@ -2,12 +2,17 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <QThread>
 #include <memory>
+#include <utility>
 
 #include "Platform/Desktop/Desktop.h"
+#include "Platform/Foundation/NSRunLoop.h"
 #include "Platform/Foundation/Raise.h"
 #include "Qt/Widgets/Adapters.h"
 #include "Qt/Widgets/Platform.h"
+#include "Qt/Widgets/ModalAlerts.h"
+#include "Qt/Widgets/QtEventLoop.h"
 #include "Qt/Widgets/QtScreens.h"
 #include "Qt/Widgets/QtToolbar.h"
 #include "Qt/Widgets/WindowStack.h"
@@ -26,7 +31,16 @@ class QtDesktop final : public Desktop {
   Ref<NSScreen> mainScreen() const override { return screenOf(QGuiApplication::primaryScreen()); }
   std::vector<Ref<NSWindow>> orderedWindows() const override { return WindowStack::shared().orderedWindows(); }
   bool windowsHavePositions() const override { return kelvane::windowsHavePositions(); }
-  void runModalAlert(const ModalAlert&) override {}
+  void runModalAlert(const ModalAlert& alert) override {
+    if (QThread::currentThread() == myThread)
+      showAlert(alert);
+    else
+      runAlertOnMainThread(myRunLoop, alert);
+  }
+
+ private:
+  const QThread* const myThread = QThread::currentThread();
+  NSRunLoop& myRunLoop = NSRunLoop::currentRunLoop();
 };
 
 // The desktop that was there before Qt's, and is again when the application has gone.
@@ -35,14 +49,29 @@ std::shared_ptr<Desktop>& desktopBefore() {
   return desktop;
 }
 
-void uninstallQtDesktop() { Desktop::install(std::exchange(desktopBefore(), nullptr)); }
+QtEventLoop* installedEventLoop() { return dynamic_cast<QtEventLoop*>(&NSRunLoop::currentRunLoop().eventLoop()); }
+
+void installEventLoop() {
+  if (QtEventLoop* const loop = installedEventLoop())
+    loop->attach();
+  else
+    NSRunLoop::currentRunLoop().setEventLoop(std::make_unique<QtEventLoop>());
+}
+
+void uninstallQtDesktop() {
+  Desktop::install(std::exchange(desktopBefore(), nullptr));
+  if (QtEventLoop* const loop = installedEventLoop()) loop->detach();
+}
 
 }  // namespace
 
 void installQtDesktop() {
   if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
     raiseInvalidArgument("installQtDesktop", "there is no QApplication");
+  if (QThread::currentThread() != QCoreApplication::instance()->thread())
+    raiseInvalidArgument("installQtDesktop", "this is not the thread of the QApplication");
   if (desktopBefore()) return;
+  installEventLoop();
   desktopBefore() = Desktop::install(std::make_shared<QtDesktop>());
   WindowStack::shared().follow();
   qAddPostRoutine(uninstallQtDesktop);

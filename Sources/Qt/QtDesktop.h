@@ -23,8 +23,17 @@ class QWidget;
 namespace kelvane {
 
 // Makes Qt the current desktop. The QApplication must be there, and be destroyed after the last use of the desktop; at
-// its end the headless desktop is installed again. Calling it twice is calling it once. Without a QApplication it
-// raises std::invalid_argument.
+// its end the headless desktop is installed again. Calling it twice is calling it once. Without a QApplication, and on
+// another thread than its own, it raises std::invalid_argument.
+//
+// The run loop of the main thread is driven by Qt from then on: background work calls back in QApplication::exec() and
+// in dialogs, and needs no NSRunLoop::run(); that works too, keeps windows alive meanwhile, and returns when the
+// application is told to quit. What was scheduled on the run loop before is lost. After the application's end the loop
+// goes on without Qt when it is run, and what is left can be waited for.
+//
+// An alert that another thread asks for, a fatal one of the logger's for example, is shown by the main thread while the
+// other one waits. If the main thread does not get to it within 10 seconds (it runs no loop, say, or waits for that very
+// thread), the other one goes on, and the alert is shown when the main thread runs its loop again.
 KELVANE_EXPORT void installQtDesktop();
 
 // The host makes its windows and widgets with Qt and owns them. What it hands to the library are adapters: for each

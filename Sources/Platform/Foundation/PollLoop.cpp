@@ -51,6 +51,10 @@ void PollLoop::callSoon(Call call) {
     const std::lock_guard lock(mySoonMutex);
     mySoon.push_back(std::move(call));
   }
+  wakeUp();
+}
+
+void PollLoop::wakeUp() const {
   const std::uint64_t one = 1;
   // Fails only when it is readable already.
   [[maybe_unused]] const ssize_t written = write(myWakeUp, &one, sizeof one);
@@ -71,6 +75,16 @@ bool PollLoop::wait(Clock::time_point limit) {
   return true;
 }
 
+std::optional<EventLoop::Clock::time_point> PollLoop::nextTime() const {
+  if (myTimers.empty()) return std::nullopt;
+  return myTimers.begin()->first.first;
+}
+
+bool PollLoop::isIdle() const {
+  const std::lock_guard lock(mySoonMutex);
+  return mySoon.empty() && myWatches.empty() && myTimers.empty();
+}
+
 bool PollLoop::callThoseOfSoon() {
   std::uint64_t count = 0;
   [[maybe_unused]] const ssize_t size = read(myWakeUp, &count, sizeof count);
@@ -81,6 +95,8 @@ bool PollLoop::callThoseOfSoon() {
   for (std::size_t i = 0; i < due && !mySoon.empty(); ++i) {
     const Call call = std::move(mySoon.front());
     mySoon.pop_front();
+    // Whoever drives this loop from within the call is to hear of those behind it.
+    if (!mySoon.empty()) wakeUp();
     lock.unlock();
     call();
     lock.lock();

@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -13,7 +14,10 @@ namespace kelvane {
 
 // An event loop on the system's poll: what a thread has that brings no loop of its own. A turn costs time linear in the
 // number of watched descriptors.
-class PollLoop final : public EventLoop {
+//
+// Another loop may drive this one: it waits for the watched descriptors, for `wakeUpDescriptor` and for `nextTime`, and
+// has a turn made that does not wait itself when one of them has come.
+class KELVANE_EXPORT PollLoop final : public EventLoop {
  public:
   PollLoop();
   ~PollLoop() override;
@@ -25,6 +29,13 @@ class PollLoop final : public EventLoop {
   void callSoon(Call call) override;
   bool wait(Clock::time_point limit) override;
 
+  // Readable when there are calls to be made soon.
+  int wakeUpDescriptor() const { return myWakeUp; }
+  // When the first timer is due; nothing when there is none.
+  std::optional<Clock::time_point> nextTime() const;
+  // Whether there is nothing that could ever happen.
+  bool isIdle() const;
+
  private:
   struct Watch {
     unsigned events = 0;
@@ -34,6 +45,7 @@ class PollLoop final : public EventLoop {
   };
   struct Happened;
 
+  void wakeUp() const;
   bool callThoseOfSoon();
   std::vector<Happened> waitForDescriptors(Clock::time_point limit);
   void callTimers();
@@ -44,7 +56,7 @@ class PollLoop final : public EventLoop {
   std::map<Timer, Clock::time_point> myTimes;
   // Readable as soon as another thread has asked for a call.
   int myWakeUp;
-  std::mutex mySoonMutex;
+  mutable std::mutex mySoonMutex;
   std::deque<Call> mySoon;
 };
 
