@@ -1,0 +1,114 @@
+#include "Qt/Widgets/ModalAlerts.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QThread>
+#include <QTimer>
+#include <thread>
+
+#include "Platform/Foundation/NSRunLoop.h"
+#include "Qt/QtDesktop.h"
+#include "Support/CapturedSystemLog.h"
+#include "Utilities/QNLogger.h"
+
+namespace kelvane {
+namespace {
+
+using namespace std::chrono_literals;
+
+// Does something with each alert once it is shown.
+class AlertUser {
+ public:
+  explicit AlertUser(std::function<void(QMessageBox&)> whatToDo) : myWhatToDo(std::move(whatToDo)) {
+    QObject::connect(&myTimer, &QTimer::timeout, [this] {
+      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (!box || !box->isVisible()) return;
+      ++count;
+      myWhatToDo(*box);
+    });
+    myTimer.start(1ms);
+  }
+
+  int count = 0;
+
+ private:
+  QTimer myTimer;
+  std::function<void(QMessageBox&)> myWhatToDo;
+};
+
+void press(QWidget& window, int key) {
+  QWidget* const target = window.focusWidget() ? window.focusWidget() : &window;
+  for (const QEvent::Type kind : {QEvent::KeyPress, QEvent::KeyRelease}) {
+    QKeyEvent event(kind, key, Qt::NoModifier, key == Qt::Key_Return ? QStringLiteral("\r") : QString());
+    QCoreApplication::sendEvent(target, &event);
+  }
+}
+
+void logFatal(TextView message) {
+  QNLogger::sharedLogger().fatal(__LINE__, __FILE__, __func__, message, /*showDialog=*/true);
+}
+
+TEST(ModalAlerts, ShowPlainTextAndOneButtonThatKeysPress) {
+  CapturedSystemLog log;
+  int key = Qt::Key_Return;
+  AlertUser user([&](QMessageBox& box) {
+    EXPECT_EQ(box.text(), u"A serious problem occurred");
+    EXPECT_EQ(box.informativeText(), u"100% <b>full</b>");
+    EXPECT_EQ(box.buttons().size(), 1);
+    EXPECT_EQ(box.buttons()[0]->text().remove(u'&'), u"OK");
+    for (const QLabel* label : box.findChildren<QLabel*>()) EXPECT_EQ(label->textFormat(), Qt::PlainText);
+    press(box, key);
+  });
+  logFatal(u"100%% <b>full</b>");
+  EXPECT_EQ(user.count, 1);
+  key = Qt::Key_Escape;
+  logFatal(u"100%% <b>full</b>");
+  EXPECT_EQ(user.count, 2);
+}
+
+TEST(ModalAlerts, EndWithTheirParentAndStayWithinAScreen) {
+  auto parent = std::make_unique<QWidget>();
+  parent->show();
+  parent->activateWindow();
+  QApplication::setActiveWindow(parent.get());
+  AlertUser user([&](QMessageBox& box) {
+    EXPECT_EQ(box.parentWidget(), parent.get());
+    EXPECT_LT(box.height(), 1000);
+    parent.reset();
+  });
+  Text lines;
+  for (int i = 0; i < 1000; ++i) lines += u"A line.\n";
+  Desktop::current().runModalAlert({u"Title", lines, u"Save & Quit"});
+  EXPECT_EQ(user.count, 1);
+}
+
+TEST(ModalAlerts, OfOtherThreadsAreShownByTheMainOne) {
+  CapturedSystemLog log;
+  AlertUser user([&](QMessageBox& box) {
+    EXPECT_EQ(QThread::currentThread(), qApp->thread());
+    press(box, Qt::Key_Return);
+  });
+  std::string heard;
+  std::thread thread([&] {
+    logFatal(u"lost");
+    EXPECT_EQ(user.count, 1);
+    QCoreApplication::quit();
+  });
+  EXPECT_EQ(QApplication::exec(), 0);
+  thread.join();
+  // The main thread waits for the other one, which would wait for it.
+  NSRunLoop& mainLoop = NSRunLoop::currentRunLoop();
+  std::thread([&] { runAlertOnMainThread(mainLoop, {u"1", u"2", u"3"}, 20ms); }).join();
+  EXPECT_EQ(user.count, 1);
+  mainLoop.run();
+  EXPECT_EQ(user.count, 2) << "also after the application was told to quit";
+}
+
+}  // namespace
+}  // namespace kelvane
