@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Desktop/NSPopUpButton.h"
+#include "Platform/Desktop/NSSplitView.h"
 #include "Platform/Desktop/NSView.h"
 #include "Platform/Desktop/NSWindow.h"
 #include "Platform/Foundation/Export.h"
@@ -7,6 +9,8 @@
 
 class QAction;
 class QToolBar;
+class QComboBox;
+class QSplitter;
 class QWidget;
 
 // The desktop on Qt 6 Widgets. A host that has a QApplication installs it once; from then on all that the library asks
@@ -62,6 +66,8 @@ KELVANE_EXPORT Ref<NSToolbar> toolbarFor(QToolBar& toolBar);
 
 // The action behind an item; null when it has gone, for nil, and for items that are none of Qt's.
 KELVANE_EXPORT QAction* actionFor(const NSToolbarItem* item);
+KELVANE_EXPORT Ref<NSSplitView> splitViewFor(QSplitter& splitter);
+KELVANE_EXPORT Ref<NSPopUpButton> popUpButtonFor(QComboBox& comboBox);
 
 // Says that the own y of the widget's view grows downwards, as Qt counts it: for a widget that is drawn and clicked on
 // in Qt's coordinates by code that asks the view. By default it grows upwards, as everywhere in the library.

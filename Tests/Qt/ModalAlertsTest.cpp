@@ -1,19 +1,17 @@
-#include "Qt/Widgets/ModalAlerts.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QThread>
-#include <QTimer>
 #include <thread>
 
 #include "Platform/Foundation/NSRunLoop.h"
 #include "Qt/QtDesktop.h"
+#include "Qt/SyntheticInput.h"
+#include "Qt/Widgets/ModalAlerts.h"
 #include "Support/CapturedSystemLog.h"
 #include "Utilities/QNLogger.h"
 
@@ -22,33 +20,19 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Does something with each alert once it is shown.
-class AlertUser {
- public:
-  explicit AlertUser(std::function<void(QMessageBox&)> whatToDo) : myWhatToDo(std::move(whatToDo)) {
-    QObject::connect(&myTimer, &QTimer::timeout, [this] {
-      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (!box || !box->isVisible()) return;
-      ++count;
-      myWhatToDo(*box);
-    });
-    myTimer.start(1ms);
-  }
+// Does something with each alert that is shown.
+struct AlertUser {
+  explicit AlertUser(std::function<void(QMessageBox&)> whatToDo)
+      : user([this, whatToDo = std::move(whatToDo)] {
+          auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+          if (!box || !box->isVisible()) return;
+          ++count;
+          whatToDo(*box);
+        }) {}
 
   int count = 0;
-
- private:
-  QTimer myTimer;
-  std::function<void(QMessageBox&)> myWhatToDo;
+  SyntheticUser user;
 };
-
-void press(QWidget& window, int key) {
-  QWidget* const target = window.focusWidget() ? window.focusWidget() : &window;
-  for (const QEvent::Type kind : {QEvent::KeyPress, QEvent::KeyRelease}) {
-    QKeyEvent event(kind, key, Qt::NoModifier, key == Qt::Key_Return ? QStringLiteral("\r") : QString());
-    QCoreApplication::sendEvent(target, &event);
-  }
-}
 
 void logFatal(TextView message) {
   QNLogger::sharedLogger().fatal(__LINE__, __FILE__, __func__, message, /*showDialog=*/true);
@@ -63,7 +47,7 @@ TEST(ModalAlerts, ShowPlainTextAndOneButtonThatKeysPress) {
     EXPECT_EQ(box.buttons().size(), 1);
     EXPECT_EQ(box.buttons()[0]->text().remove(u'&'), u"OK");
     for (const QLabel* label : box.findChildren<QLabel*>()) EXPECT_EQ(label->textFormat(), Qt::PlainText);
-    press(box, key);
+    pressKey(box, key);
   });
   logFatal(u"100%% <b>full</b>");
   EXPECT_EQ(user.count, 1);
@@ -92,7 +76,7 @@ TEST(ModalAlerts, OfOtherThreadsAreShownByTheMainOne) {
   CapturedSystemLog log;
   AlertUser user([&](QMessageBox& box) {
     EXPECT_EQ(QThread::currentThread(), qApp->thread());
-    press(box, Qt::Key_Return);
+    pressKey(box, Qt::Key_Return);
   });
   std::string heard;
   std::thread thread([&] {

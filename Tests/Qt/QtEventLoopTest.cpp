@@ -1,5 +1,3 @@
-#include "Qt/Widgets/QtEventLoop.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -12,6 +10,7 @@
 #include "Platform/Foundation/NSRunLoop.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Qt/QtDesktop.h"
+#include "Qt/Widgets/QtEventLoop.h"
 #include "Support/CapturedSystemLog.h"
 #include "Support/RawServer.h"
 
@@ -69,7 +68,8 @@ TEST(QtEventLoop, CallsAreMadeWhileADialogIsOpen) {
 TEST(QtEventLoop, IsLeftWhenTheApplicationIsToldToQuit) {
   int pipe[2];
   ASSERT_EQ(::pipe(pipe), 0);
-  mainLoop().eventLoop().watch(pipe[0], EventLoop::Readable, [&](unsigned) { mainLoop().eventLoop().unwatch(pipe[0]); });
+  mainLoop().eventLoop().watch(pipe[0], EventLoop::Readable,
+                               [&](unsigned) { mainLoop().eventLoop().unwatch(pipe[0]); });
   QTimer::singleShot(0, [] {
     QTimer::singleShot(0, [] { QCoreApplication::exit(3); });
     mainLoop().run();

@@ -7,14 +7,7 @@
 namespace kelvane {
 namespace {
 
-// From a view's own coordinates to the widget's as Qt counts them, and back.
-QRectF toWidget(const CGRect& rect, const NSView& view) {
-  const CGRect bounds = view.bounds();
-  const CGRect local({rect.origin.x - bounds.origin.x, rect.origin.y - bounds.origin.y}, rect.size);
-  if (view.isFlipped()) return {local.origin.x, local.origin.y, local.size.width, local.size.height};
-  return rectToQt(local, {0, bounds.size.height});
-}
-
+// Back from a widget's coordinates to those of its view.
 CGRect fromWidget(const QRectF& rect, const NSView& view) {
   const CGRect bounds = view.bounds();
   const CGRect local = view.isFlipped() ? CGRect(rect.x(), rect.y(), rect.width(), rect.height())
@@ -42,6 +35,13 @@ QRectF geometryOf(const QWidget& child) {
 QPoint placeInWindow(const QWidget& widget) { return widget.mapTo(widget.window(), QPoint()); }
 
 }  // namespace
+
+QRectF toWidget(const CGRect& rect, const NSView& view) {
+  const CGRect bounds = view.bounds();
+  const CGRect local({rect.origin.x - bounds.origin.x, rect.origin.y - bounds.origin.y}, rect.size);
+  if (view.isFlipped()) return {local.origin.x, local.origin.y, local.size.width, local.size.height};
+  return rectToQt(local, {0, bounds.size.height});
+}
 
 CGRect QtViewCore::frame() const {
   if (!myWidget) return {};

@@ -10,6 +10,9 @@
 
 namespace kelvane {
 
+// From a view's own coordinates to those of its widget as Qt counts them.
+QRectF toWidget(const CGRect& rect, const NSView& view);
+
 // What the adapters of all widgets do, whatever class of views they are; NSView.h says it. A child's frame is in its
 // parent's own coordinates, so that it tells another place once these have been translated. A widget that is a window
 // takes sizes only: its place is the window's business.
