@@ -5,12 +5,13 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTest>
 #include <QThread>
 #include <thread>
 
 #include "Platform/Foundation/NSRunLoop.h"
 #include "Qt/QtDesktop.h"
-#include "Qt/SyntheticInput.h"
+#include "Qt/SyntheticUser.h"
 #include "Qt/Widgets/ModalAlerts.h"
 #include "Support/CapturedSystemLog.h"
 #include "Utilities/QNLogger.h"
@@ -40,14 +41,14 @@ void logFatal(TextView message) {
 
 TEST(ModalAlerts, ShowPlainTextAndOneButtonThatKeysPress) {
   CapturedSystemLog log;
-  int key = Qt::Key_Return;
+  Qt::Key key = Qt::Key_Return;
   AlertUser user([&](QMessageBox& box) {
     EXPECT_EQ(box.text(), u"A serious problem occurred");
     EXPECT_EQ(box.informativeText(), u"100% <b>full</b>");
     EXPECT_EQ(box.buttons().size(), 1);
     EXPECT_EQ(box.buttons()[0]->text().remove(u'&'), u"OK");
     for (const QLabel* label : box.findChildren<QLabel*>()) EXPECT_EQ(label->textFormat(), Qt::PlainText);
-    pressKey(box, key);
+    QTest::keyClick(&box, key);
   });
   logFatal(u"100%% <b>full</b>");
   EXPECT_EQ(user.count, 1);
@@ -76,7 +77,7 @@ TEST(ModalAlerts, OfOtherThreadsAreShownByTheMainOne) {
   CapturedSystemLog log;
   AlertUser user([&](QMessageBox& box) {
     EXPECT_EQ(QThread::currentThread(), qApp->thread());
-    pressKey(box, Qt::Key_Return);
+    QTest::keyClick(&box, Qt::Key_Return);
   });
   std::string heard;
   std::thread thread([&] {
