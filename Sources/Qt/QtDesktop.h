@@ -1,11 +1,12 @@
 #pragma once
 
-#include "Platform/Desktop/NSPopUpButton.h"
-#include "Platform/Desktop/NSSplitView.h"
+#include <optional>
+
 #include "Platform/Desktop/NSView.h"
 #include "Platform/Desktop/NSWindow.h"
 #include "Platform/Foundation/Export.h"
 #include "Platform/Foundation/Ref.h"
+#include "Platform/Foundation/Text.h"
 
 class QAction;
 class QComboBox;
@@ -25,6 +26,19 @@ class QWidget;
 //
 // All of it is for the main thread, the one of the QApplication.
 namespace kelvane {
+
+// What keeps a QApplication from being made, as a sentence for the user that says what to do; nothing when there is a
+// display. Qt itself ends the process (SIGABRT) when it finds none, so a host that is also started by hand, over ssh or
+// by a service asks beforehand, with main's arguments:
+//
+//   if (const auto problem = kelvane::displayProblem(argc, argv)) {
+//     std::cerr << kelvane::utf8(*problem) << '\n';
+//     return 1;
+//   }
+//
+// It connects to the X server or the Wayland compositor that Qt would use by "-platform", "-display" and the
+// environment, and hangs up again. The display may still go away before Qt comes to use it. Any thread.
+KELVANE_EXPORT std::optional<Text> displayProblem(int argc, const char* const* argv);
 
 // Makes Qt the current desktop. The QApplication must be there, and be destroyed after the last use of the desktop; at
 // its end the headless desktop is installed again. Calling it twice is calling it once. Without a QApplication, and on

@@ -33,11 +33,14 @@ inline int wholeUnit(double number) {
   return static_cast<int>(std::floor(std::clamp(number, -16777215.0, 16777215.0) + 0.5));
 }
 
-// The nearest rectangle of whole units: origin and size are rounded each for itself, so that a rectangle has the same
-// size wherever it is. Its origin is the lower left corner, although it is counted as Qt does.
+// The nearest rectangle of whole units. Origin and size are rounded each for itself, so that a rectangle has the same
+// size wherever it is.
+inline CGRect wholeUnits(const CGRect& rect) {
+  return {1.0 * wholeUnit(rect.origin.x), 1.0 * wholeUnit(rect.origin.y), 1.0 * wholeUnit(rect.size.width),
+          1.0 * wholeUnit(rect.size.height)};
+}
 inline QRect wholeUnits(const QRectF& rect) {
-  const int height = wholeUnit(rect.height());
-  return {wholeUnit(rect.x()), -wholeUnit(-rect.bottom()) - height, wholeUnit(rect.width()), height};
+  return {wholeUnit(rect.x()), wholeUnit(rect.y()), wholeUnit(rect.width()), wholeUnit(rect.height())};
 }
 
 }  // namespace kelvane

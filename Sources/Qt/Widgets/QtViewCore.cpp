@@ -51,12 +51,15 @@ CGRect QtViewCore::frame() const {
 
 void QtViewCore::setFrame(const CGRect& frame) {
   if (!myWidget || !isFinite(frame)) return;
+  CGRect held = wholeUnits(frame);
   // Held within the limits beforehand, since Qt would move the lower edge instead of the upper one.
-  const QSize size = QSize(wholeUnit(frame.size.width), wholeUnit(frame.size.height))
+  const QSize size = QSizeF(held.size.width, held.size.height)
+                         .toSize()
                          .boundedTo(myWidget->maximumSize())
                          .expandedTo(myWidget->minimumSize());
   if (myWidget->isWindow()) return myWidget->resize(size);
-  const QRectF wanted = toWidget({frame.origin, {1.0 * size.width(), 1.0 * size.height()}}, *superview());
+  held.size = {1.0 * size.width(), 1.0 * size.height()};
+  const QRectF wanted = toWidget(held, *superview());
   if (SubviewLayout* const layout = layoutOf(*myWidget)) return layout->setSubviewGeometry(*myWidget, wanted);
   myWidget->setGeometry(wholeUnits(wanted));
 }

@@ -27,7 +27,7 @@ CGRect QtWindow::frame() const { return myWindow ? rectFromQt(myFrame.frame(), l
 
 void QtWindow::setFrame(const CGRect& frame, bool display, bool animate) {
   if (!myWindow || !isFinite(frame)) return;
-  myFrame.setFrame(wholeUnits(rectToQt(frame, lowerLeftOfPlane())), animate);
+  myFrame.setFrame(wholeUnits(rectToQt(wholeUnits(frame), lowerLeftOfPlane())), animate);
   if (display && myWindow && myWindow->windowHandle() && myWindow->windowHandle()->isExposed()) myWindow->repaint();
 }
 
@@ -55,7 +55,11 @@ CGRect QtWindow::constrainFrameRect(const CGRect& frame, const NSScreen& toScree
   return constrained(frame, grip, toScreen.visibleFrame());
 }
 
-Ref<NSView> QtWindow::contentView() const { return myWindow ? viewOf(contentWidgetOf(*myWindow)) : nullptr; }
+Ref<NSView> QtWindow::contentView() const {
+  if (!myWindow) return nullptr;
+  layOut(*myWindow);
+  return viewOf(contentWidgetOf(*myWindow));
+}
 
 Ref<NSToolbar> QtWindow::toolbar() const { return myWindow ? toolbarOf(toolBarOf(*myWindow)) : nullptr; }
 
@@ -69,6 +73,9 @@ void QtWindow::orderWindow(NSWindowOrderingMode place, std::int64_t relativeTo) 
   if (myWindow) WindowStack::shared().order(*myWindow, place, relativeTo);
 }
 
-QMargins QtWindow::contentMargins() const { return decorationOf(*myWindow) + contentMarginsOf(*myWindow); }
+QMargins QtWindow::contentMargins() const {
+  layOut(*myWindow);
+  return decorationOf(*myWindow) + contentMarginsOf(*myWindow);
+}
 
 }  // namespace kelvane

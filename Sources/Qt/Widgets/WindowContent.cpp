@@ -9,14 +9,6 @@
 namespace kelvane {
 namespace {
 
-// Makes the layout what it is going to be when the window is shown: Qt lays hidden windows out only then.
-void layOut(QWidget& window) {
-  QLayout* const layout = window.layout();
-  if (!layout) return;
-  if (window.testAttribute(Qt::WA_PendingResizeEvent)) layout->invalidate();
-  layout->activate();
-}
-
 int heightOf(const QWidget* bar) { return bar && !bar->isHidden() ? bar->height() : 0; }
 
 // The content view's place in the client area; without one all that menu bar and status line leave.
@@ -28,6 +20,16 @@ QRect contentGeometryOf(const QMainWindow& window) {
 }
 
 }  // namespace
+
+void layOut(QWidget& widget) {
+  if (QLayout* const layout = widget.layout()) {
+    if (widget.testAttribute(Qt::WA_PendingResizeEvent)) layout->invalidate();
+    layout->activate();
+  }
+  if (widget.isVisible()) return;
+  for (QWidget* const child : widget.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+    if (!child->isWindow()) layOut(*child);
+}
 
 QWidget* contentWidgetOf(QWidget& window) {
   const auto* const mainWindow = qobject_cast<QMainWindow*>(&window);
@@ -47,7 +49,6 @@ QToolBar* toolBarOf(const QWidget& window) {
 QMargins contentMarginsOf(QWidget& window) {
   const auto* const mainWindow = qobject_cast<QMainWindow*>(&window);
   if (!mainWindow) return {};
-  layOut(window);
   QRect content = contentGeometryOf(*mainWindow);
   const QToolBar* const bar = toolBarOf(window);
   if (bar && !bar->isHidden() && !bar->isFloating()) {

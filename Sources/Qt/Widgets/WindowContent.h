@@ -8,6 +8,10 @@ class QWidget;
 // What a window has between its decoration and its content view. Main thread only.
 namespace kelvane {
 
+// Gives all that layouts manage in the widget the places that they are going to have: in what is not shown yet Qt does
+// that only then.
+void layOut(QWidget& widget);
+
 // The widget of the content view: the central widget of a QMainWindow, which is null when it has none; every other
 // window itself.
 QWidget* contentWidgetOf(QWidget& window);
@@ -15,7 +19,8 @@ QWidget* contentWidgetOf(QWidget& window);
 QToolBar* toolBarOf(const QWidget& window);
 
 // From the client area to the content rectangle: what menu bar, status line, docks and further toolbars take. The
-// content rectangle ends where the content view does, and beyond that takes in the toolbar above or below it.
+// content rectangle ends where the content view does, and beyond that takes in the toolbar above or below it. As of
+// the last layout.
 QMargins contentMarginsOf(QWidget& window);
 
 }  // namespace kelvane
