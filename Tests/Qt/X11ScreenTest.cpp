@@ -25,6 +25,9 @@ void monitors(std::initializer_list<const char*> arguments, std::size_t count) {
 TEST(X11Screens, ComeAndGo) {
   const Desktop& desktop = Desktop::current();
   EXPECT_EQ(desktop.mainScreen()->frame(), CGRect(0, 0, 1280, 1024));
+  QWidget window;
+  const Ref<NSWindow> adapter = windowFor(window);
+  test::showOnServer(window);
   // One that has its lower half for a screen of its own, below the primary one.
   monitors({"--setmonitor", "Upper", "1280/300x512/200+0+0", "screen"}, 1);
   ASSERT_TRUE(comesTrue([&] { return desktop.mainScreen()->frame() == CGRect(0, 0, 1280, 512); }));
@@ -34,10 +37,7 @@ TEST(X11Screens, ComeAndGo) {
   EXPECT_EQ(desktop.mainScreen()->frame(), CGRect(0, 0, 1280, 512));
   EXPECT_EQ(lower->frame(), CGRect(0, -512, 1280, 512));
 
-  QWidget window;
-  const Ref<NSWindow> adapter = windowFor(window);
   adapter->setFrame({100, -400, 300, 200}, true, false);
-  test::showOnServer(window);
   EXPECT_TRUE(comesTrue([&] { return test::frameOnServer(window) == QRect(100, 712, 300, 200); }));
   EXPECT_TRUE(isFrameVisibleOnScreen(*adapter, adapter->frame()));
 
@@ -48,7 +48,9 @@ TEST(X11Screens, ComeAndGo) {
   EXPECT_FALSE(isFrameVisibleOnScreen(*adapter, {100, -400, 300, 200}));
   qn_sanitizePosition(*adapter);
   EXPECT_TRUE(isFrameVisibleOnScreen(*adapter, adapter->frame()));
+  // The next test has the whole screen again.
   monitors({"--delmonitor", "Upper"}, 1);
+  EXPECT_TRUE(comesTrue([&] { return desktop.mainScreen()->frame() == CGRect(0, 0, 1280, 1024); }));
 }
 
 }  // namespace

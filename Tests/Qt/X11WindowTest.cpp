@@ -176,6 +176,7 @@ TEST_F(X11Windows, AreStackedAsTheyAreTold) {
   for (int i = 0; i < 3; ++i) {
     windows.push_back(std::make_unique<QWidget>());
     showOnServer(*windows.back());
+    ASSERT_TRUE(comesTrue([&] { return windows.back()->isActiveWindow(); }));
   }
   const auto isOrder = [&](std::vector<std::size_t> order) {
     std::vector<WId> ids;
@@ -184,7 +185,7 @@ TEST_F(X11Windows, AreStackedAsTheyAreTold) {
       ids.push_back(windows[index]->winId());
       adapters.push_back(adapter(index));
     }
-    return comesTrue([&] { return windowsOnServer() == ids; }) && Desktop::current().orderedWindows() == adapters;
+    return comesTrue([&] { return windowsOnServer() == ids && Desktop::current().orderedWindows() == adapters; });
   };
   // The main window of this test was never shown, and comes last.
   myWindow.setAttribute(Qt::WA_DontShowOnScreen);

@@ -69,8 +69,9 @@ bool hasWindowManager() {
 XServer::XServer() {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
-  myServer = start({"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"},
-                   ends[1]);
+  myServer = start(
+      {"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"},
+      ends[1]);
   close(ends[1]);
   const std::string number = lineFrom(ends[0]);
   close(ends[0]);
