@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QScreen>
-#include <QSplitter>
 #include <QThread>
 #include <memory>
 #include <utility>
@@ -14,7 +13,6 @@
 #include "Qt/Widgets/Adapters.h"
 #include "Qt/Widgets/Platform.h"
 #include "Qt/Widgets/ModalAlerts.h"
-#include "Qt/Widgets/PopUpMenu.h"
 #include "Qt/Widgets/QtEventLoop.h"
 #include "Qt/Widgets/QtScreens.h"
 #include "Qt/Widgets/QtToolbar.h"
@@ -34,7 +32,6 @@ class QtDesktop final : public Desktop {
   Ref<NSScreen> mainScreen() const override { return screenOf(QGuiApplication::primaryScreen()); }
   std::vector<Ref<NSWindow>> orderedWindows() const override { return WindowStack::shared().orderedWindows(); }
   bool windowsHavePositions() const override { return kelvane::windowsHavePositions(); }
-  void popUpMenu(const MenuPopUp& menu) override { popUp(menu); }
   void runModalAlert(const ModalAlert& alert) override {
     if (QThread::currentThread() == myThread)
       showAlert(alert);

@@ -50,8 +50,8 @@ KELVANE_EXPORT std::optional<Text> displayProblem(int argc, const char* const* a
 // goes on without Qt when it is run, and what is left can be waited for.
 //
 // An alert that another thread asks for, a fatal one of the logger's for example, is shown by the main thread while the
-// other one waits. If the main thread does not get to it within 10 seconds (it runs no loop, say, or waits for that
-// very thread), the other one goes on, and the alert is shown when the main thread runs its loop again.
+// other one waits. If the main thread does not get to it within 10 seconds (it runs no loop, say, or waits for that very
+// thread), the other one goes on, and the alert is shown when the main thread runs its loop again.
 KELVANE_EXPORT void installQtDesktop();
 
 // The host makes its windows and widgets with Qt and owns them. What it hands to the library are adapters: for each
