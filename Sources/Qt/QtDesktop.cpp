@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QScreen>
+#include <QSplitter>
 #include <QThread>
 #include <memory>
 #include <utility>
@@ -13,6 +14,7 @@
 #include "Qt/Widgets/Adapters.h"
 #include "Qt/Widgets/Platform.h"
 #include "Qt/Widgets/ModalAlerts.h"
+#include "Qt/Widgets/PopUpMenu.h"
 #include "Qt/Widgets/QtEventLoop.h"
 #include "Qt/Widgets/QtScreens.h"
 #include "Qt/Widgets/QtToolbar.h"
@@ -32,6 +34,7 @@ class QtDesktop final : public Desktop {
   Ref<NSScreen> mainScreen() const override { return screenOf(QGuiApplication::primaryScreen()); }
   std::vector<Ref<NSWindow>> orderedWindows() const override { return WindowStack::shared().orderedWindows(); }
   bool windowsHavePositions() const override { return kelvane::windowsHavePositions(); }
+  void popUpMenu(const MenuPopUp& menu) override { popUp(menu); }
   void runModalAlert(const ModalAlert& alert) override {
     if (QThread::currentThread() == myThread)
       showAlert(alert);
@@ -87,6 +90,9 @@ QWidget* widgetFor(const NSView* view) { return widgetOf(view); }
 Ref<NSToolbar> toolbarFor(QToolBar& toolBar) { return toolbarOf(&toolBar); }
 
 QAction* actionFor(const NSToolbarItem* item) { return actionOf(item); }
+Ref<NSSplitView> splitViewFor(QSplitter& splitter) { return as<NSSplitView>(viewOf(&splitter)); }
+
+Ref<NSPopUpButton> popUpButtonFor(QComboBox& comboBox) { return as<NSPopUpButton>(viewOf(&comboBox)); }
 
 Ref<NSSplitView> splitViewFor(QSplitter& splitter) { return as<NSSplitView>(viewOf(&splitter)); }
 

@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include "Platform/Desktop/NSPopUpButton.h"
+#include "Platform/Desktop/NSSplitView.h"
 #include "Platform/Desktop/NSView.h"
 #include "Platform/Desktop/NSWindow.h"
 #include "Platform/Foundation/Export.h"
@@ -12,6 +14,8 @@ class QAction;
 class QComboBox;
 class QSplitter;
 class QToolBar;
+class QComboBox;
+class QSplitter;
 class QWidget;
 
 // The desktop on Qt 6 Widgets. A host that has a QApplication installs it once; from then on all that the library asks
@@ -80,6 +84,8 @@ KELVANE_EXPORT Ref<NSToolbar> toolbarFor(QToolBar& toolBar);
 
 // The action behind an item; null when it has gone, for nil, and for items that are none of Qt's.
 KELVANE_EXPORT QAction* actionFor(const NSToolbarItem* item);
+KELVANE_EXPORT Ref<NSSplitView> splitViewFor(QSplitter& splitter);
+KELVANE_EXPORT Ref<NSPopUpButton> popUpButtonFor(QComboBox& comboBox);
 
 // A splitter as a split view. The extents that its panes are given are kept until there is room for them, so that they
 // may be given before the window is shown or has its size; until the user moves a divider. Whole units; a pane that is
