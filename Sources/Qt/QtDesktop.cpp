@@ -90,6 +90,7 @@ QWidget* widgetFor(const NSView* view) { return widgetOf(view); }
 Ref<NSToolbar> toolbarFor(QToolBar& toolBar) { return toolbarOf(&toolBar); }
 
 QAction* actionFor(const NSToolbarItem* item) { return actionOf(item); }
+
 Ref<NSSplitView> splitViewFor(QSplitter& splitter) { return as<NSSplitView>(viewOf(&splitter)); }
 
 Ref<NSPopUpButton> popUpButtonFor(QComboBox& comboBox) { return as<NSPopUpButton>(viewOf(&comboBox)); }

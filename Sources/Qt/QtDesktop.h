@@ -14,8 +14,6 @@ class QAction;
 class QComboBox;
 class QSplitter;
 class QToolBar;
-class QComboBox;
-class QSplitter;
 class QWidget;
 
 // The desktop on Qt 6 Widgets. A host that has a QApplication installs it once; from then on all that the library asks
@@ -84,7 +82,14 @@ KELVANE_EXPORT Ref<NSToolbar> toolbarFor(QToolBar& toolBar);
 
 // The action behind an item; null when it has gone, for nil, and for items that are none of Qt's.
 KELVANE_EXPORT QAction* actionFor(const NSToolbarItem* item);
+
+// A splitter as a split view. The extents that its panes are given are kept until there is room for them, so that they
+// may be given before the window is shown or has its size; until the user moves a divider. Whole units; a pane that is
+// given one opens if it was collapsed. Hidden and collapsed panes keep theirs. In languages that are read from right to
+// left the first pane is the one on the right.
 KELVANE_EXPORT Ref<NSSplitView> splitViewFor(QSplitter& splitter);
+
+// A combo box as a pop-up button.
 KELVANE_EXPORT Ref<NSPopUpButton> popUpButtonFor(QComboBox& comboBox);
 
 // A splitter as a split view. The extents that its panes are given are kept until there is room for them, so that they

@@ -11,7 +11,7 @@
 
 #include "Platform/Foundation/NSRunLoop.h"
 #include "Qt/QtDesktop.h"
-#include "Qt/SyntheticInput.h"
+#include "Qt/SyntheticUser.h"
 #include "Qt/Widgets/ModalAlerts.h"
 #include "Support/CapturedSystemLog.h"
 #include "Utilities/QNLogger.h"
@@ -48,7 +48,7 @@ TEST(ModalAlerts, ShowPlainTextAndOneButtonThatKeysPress) {
     EXPECT_EQ(box.buttons().size(), 1);
     EXPECT_EQ(box.buttons()[0]->text().remove(u'&'), u"OK");
     for (const QLabel* label : box.findChildren<QLabel*>()) EXPECT_EQ(label->textFormat(), Qt::PlainText);
-    pressKey(box, key);
+    QTest::keyClick(&box, key);
   });
   logFatal(u"100%% <b>full</b>");
   EXPECT_EQ(user.count, 1);
@@ -77,7 +77,7 @@ TEST(ModalAlerts, OfOtherThreadsAreShownByTheMainOne) {
   CapturedSystemLog log;
   AlertUser user([&](QMessageBox& box) {
     EXPECT_EQ(QThread::currentThread(), qApp->thread());
-    pressKey(box, Qt::Key_Return);
+    QTest::keyClick(&box, Qt::Key_Return);
   });
   std::string heard;
   std::thread thread([&] {
