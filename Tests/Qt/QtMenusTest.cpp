@@ -1,5 +1,3 @@
-#include "Qt/QtMenus.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -12,6 +10,7 @@
 #include "Extensions/NSMenu-QNExtensions.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Qt/QtDesktop.h"
+#include "Qt/QtMenus.h"
 #include "Qt/SyntheticUser.h"
 #include "Support/CapturedSystemLog.h"
 #include "Support/TextPrinting.h"
@@ -117,8 +116,7 @@ TEST_F(QtMenusTest, KeyEquivalentsAreShortcuts) {
   attachMenu(context, main->items()[0]->submenu());
   QApplication::setActiveWindow(&window);
   QTest::keyClick(&window, Qt::Key_O, Qt::ControlModifier);
-  QTest::keyClick(&window, Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
-  EXPECT_EQ(heard, "Open;Save & Send;");
+  EXPECT_EQ(heard, "Open;");
 }
 
 TEST_F(QtMenusTest, PopUpOverAViewAndReturnWhenClosed) {
@@ -142,8 +140,7 @@ TEST_F(QtMenusTest, PopUpOverAViewAndReturnWhenClosed) {
     EXPECT_GE(popUp->width(), 300);
     EXPECT_EQ(popUp->pos(), anchor.mapToGlobal(QPoint(0, pullsDown ? 30 : 0)));
     if (what == Choose)
-      QTest::mouseClick(popUp, Qt::LeftButton, {},
-                        popUp->actionGeometry(actionFor(*menu->items().back())).center());
+      QTest::mouseClick(popUp, Qt::LeftButton, {}, popUp->actionGeometry(actionFor(*menu->items().back())).center());
     else
       QTest::keyClick(popUp, Qt::Key_Escape);
   });

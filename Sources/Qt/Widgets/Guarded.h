@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <utility>
 
 namespace kelvane {
 
@@ -19,5 +20,21 @@ bool guarded(const char* where, Call call) {
     return false;
   }
 }
+
+// The same for what Qt asks again and again, as long as it paints: only the first exception is logged.
+class GuardedOnce {
+ public:
+  template <class Call>
+  void operator()(const char* where, Call call) {
+    try {
+      call();
+    } catch (...) {
+      if (!std::exchange(myHasReported, true)) reportThrown(where, std::current_exception());
+    }
+  }
+
+ private:
+  bool myHasReported = false;
+};
 
 }  // namespace kelvane

@@ -1,4 +1,5 @@
 #include "Qt/Widgets/Adapters.h"
+#include "Qt/Widgets/QtOutlineView.h"
 #include "Qt/Widgets/QtPopUpButton.h"
 #include "Qt/Widgets/QtSplitView.h"
 #include "Qt/Widgets/QtViewOf.h"
@@ -9,6 +10,7 @@ namespace kelvane {
 Ref<NSView> makeView(QWidget& widget) {
   if (auto* const splitter = qobject_cast<QSplitter*>(&widget)) return std::make_shared<QtSplitView>(*splitter);
   if (auto* const box = qobject_cast<QComboBox*>(&widget)) return std::make_shared<QtPopUpButton>(*box);
+  if (auto* const tree = qobject_cast<QTreeView*>(&widget)) return std::make_shared<QtOutlineView>(*tree);
   return std::make_shared<QtView>(widget);
 }
 

@@ -8,10 +8,10 @@
 
 namespace kelvane {
 
-// How far each pane of a splitter reaches along it, and is to reach. A splitter lays all of its panes out again whenever
-// one of them changes, or the window does; so what is wanted of panes is kept and applied together, again and again
-// until there is room for it: when the splitter is shown, and when it is resized. It is forgotten as soon as the user
-// moves a divider, or resizes what had come to its wanted extents.
+// How far each pane of a splitter reaches along it, and is to reach. A splitter lays all of its panes out again
+// whenever one of them changes, or the window does; so what is wanted of panes is kept and applied together, again and
+// again until there is room for it: when the splitter is shown, and when it is resized. It is forgotten as soon as the
+// user moves a divider, or resizes what had come to its wanted extents.
 //
 // A hidden or collapsed pane keeps the extent that it had. Owned by the splitter.
 class PaneExtents final : public QObject {

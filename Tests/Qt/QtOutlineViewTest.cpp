@@ -1,0 +1,261 @@
+#include "Qt/QtOutlineView.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QTreeView>
+#include <memory>
+
+#include "Extensions/NSOutlineView-QNExtensions.h"
+#include "Extensions/NSTreeController-QNExtensions.h"
+#include "Platform/Foundation/Properties.h"
+#include "Platform/Foundation/TextEncoding.h"
+#include "Support/CapturedSystemLog.h"
+
+namespace kelvane {
+namespace {
+
+using testing::ElementsAre;
+
+// A model object, which counts how often all of its kind are asked for their children.
+class Folder : public NSObject {
+ public:
+  explicit Folder(TextView name) : myName(name) {}
+
+  const PropertyTable& propertyTable() const override {
+    static const PropertyTable table(
+        NSObject::propertyTable(),
+        {property(u"name", &Folder::myName), property(u"children", &Folder::children),
+         property(u"size", &Folder::mySize), property(u"isOpen", &Folder::myIsOpen)});
+    return table;
+  }
+  Ref<NSMutableArray> children() const {
+    ++reads;
+    return myChildren;
+  }
+  Ref<Folder> add(TextView name) {
+    auto child = std::make_shared<Folder>(name);
+    myChildren->addObject(child);
+    return child;
+  }
+
+  static inline int reads = 0;
+  Text myName;
+  int mySize = 7;
+  bool myIsOpen = false;
+  Ref<NSMutableArray> myChildren = std::make_shared<NSMutableArray>();
+};
+
+class QtOutlineViewTest : public testing::Test {
+ protected:
+  QtOutlineViewTest() {
+    a->add(u"a1");
+    a->add(u"a2")->add(u"a2x");
+    top->addObject(a);
+    top->addObject(b);
+    controller->setContent(top);
+    outline = bindOutlineView(*tree, controller, {{u"Name", u"name", true}, {u"Size", u"size", true}});
+    tester = std::make_unique<QAbstractItemModelTester>(tree->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+    tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    tree->show();
+  }
+
+  static std::string nameOf(const Ref<NSObject>& object) {
+    return object ? utf8(static_cast<const Folder&>(*object).myName) : "nil";
+  }
+  // The names of the objects in the rows, as they are painted.
+  std::string rows() const {
+    std::string result;
+    QModelIndex index = tree->model()->index(0, 0);
+    for (std::int64_t row = 0; row < outline->numberOfRows(); ++row, index = tree->indexBelow(index)) {
+      EXPECT_EQ(nameOf(modelObjectAt(index)), index.data().toString().toStdString());
+      result += index.data().toString().toStdString() + " ";
+    }
+    EXPECT_FALSE(index.isValid()) << "no more rows than that";
+    return result;
+  }
+  QModelIndex at(std::initializer_list<int> path) const {
+    QModelIndex index;
+    for (const int row : path) index = tree->model()->index(row, 0, index);
+    return index;
+  }
+  std::vector<std::string> selected() const {
+    std::vector<std::string> paths;
+    for (const auto& path : controller->selectionIndexPaths()) paths.push_back(utf8(path->description()));
+    return paths;
+  }
+
+  Ref<Folder> a = std::make_shared<Folder>(u"a");
+  Ref<Folder> b = std::make_shared<Folder>(u"b");
+  Ref<NSMutableArray> top = std::make_shared<NSMutableArray>();
+  Ref<NSTreeController> controller = std::make_shared<NSTreeController>(u"children");
+  std::unique_ptr<QTreeView> tree = std::make_unique<QTreeView>();
+  Ref<NSOutlineView> outline;
+  std::unique_ptr<QAbstractItemModelTester> tester;
+};
+
+TEST_F(QtOutlineViewTest, RowsAreItemsWithModelObjects) {
+  EXPECT_EQ(rows(), "a b ");
+  tree->expand(at({0}));
+  EXPECT_EQ(rows(), "a a1 a2 b ");
+  tree->expandAll();
+  EXPECT_EQ(rows(), "a a1 a2 a2x b ");
+  const Ref<NSObject> item = outline->itemAtRow(2);
+  EXPECT_TRUE(outline->isItemExpanded(item));
+  EXPECT_FALSE(outline->isItemExpanded(outline->itemAtRow(1)));
+  EXPECT_EQ(outline->itemAtRow(5), nullptr);
+  EXPECT_EQ(outline->itemAtRow(-1), nullptr);
+  EXPECT_EQ(realItemForOpaqueItem(*outline, outline->itemAtRow(0)), a);
+  tree->collapseAll();
+  EXPECT_EQ(rows(), "a b ");
+  EXPECT_EQ(realItemForOpaqueItem(*outline, outline->itemAtRow(1)), b);
+  tree->expandToDepth(0);
+  EXPECT_EQ(rows(), "a a1 a2 b ");
+  EXPECT_EQ(outline->itemAtRow(2), item) << "the same item for the same row";
+  EXPECT_EQ(outline, outlineViewFor(*tree));
+}
+
+TEST_F(QtOutlineViewTest, WhatIsStillThereStaysExpandedAndSelected) {
+  tree->expandAll();
+  setSelectedObjects(*controller, NSArray::arrayWithObjects({a->myChildren->objectAtIndex(1), b}));
+  EXPECT_EQ(tree->selectionModel()->selectedRows().size(), 2);
+  const Ref<NSObject> a1 = outline->itemAtRow(1);
+  const Ref<NSObject> a2 = outline->itemAtRow(2);
+  a->myChildren->insertObject(std::make_shared<Folder>(u"a0"), 0);
+  a->myChildren->exchangeObjectAtIndex(1, 2);
+  controller->rearrangeObjects();
+  EXPECT_EQ(rows(), "a a0 a2 a2x a1 b ");
+  EXPECT_EQ(outline->itemAtRow(2), a2);
+  EXPECT_TRUE(outline->isItemExpanded(a2));
+  EXPECT_THAT(selected(), ElementsAre("(0, 1)", "(1)"));
+  // Another content with an object of the old one, and without another.
+  controller->setContent(NSArray::arrayWithObjects({std::make_shared<Folder>(u"new"), a}));
+  EXPECT_EQ(rows(), "new a a0 a2 a2x a1 ");
+  EXPECT_THAT(selected(), ElementsAre("(1, 1)"));
+  a->myChildren->removeAllObjects();
+  controller->rearrangeObjects();
+  EXPECT_EQ(rows(), "new a ");
+  EXPECT_TRUE(selected().empty());
+  EXPECT_FALSE(outline->isItemExpanded(a1));
+  controller->setContent(nullptr);
+  EXPECT_EQ(outline->numberOfRows(), 0);
+}
+
+TEST_F(QtOutlineViewTest, UsersSelectAndEdit) {
+  CapturedSystemLog log;
+  tree->expandAll();
+  tree->selectionModel()->select(at({0, 1}), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+  tree->selectionModel()->select(at({0, 0}), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+  EXPECT_THAT(selected(), ElementsAre("(0, 0)", "(0, 1)"));
+  QAbstractItemModel& model = *tree->model();
+  EXPECT_TRUE(model.setData(at({1}), u"Ö"_qs));
+  EXPECT_EQ(b->myName, u"Ö");
+  const QModelIndex size = at({1}).siblingAtColumn(1);
+  EXPECT_TRUE(model.setData(size, 12));
+  EXPECT_EQ(b->mySize, 12);
+  EXPECT_FALSE(model.setData(size, u"many"_qs));
+  EXPECT_EQ(model.headerData(1, Qt::Horizontal), u"Size"_qs);
+  // A key path that leads nowhere is reported, but not with each painting; truth values are boxes.
+  tester.reset();
+  bindOutlineView(*tree, controller, {{u"", u"isOpen", true}, {u"", u"isOpen"}, {u"", u"none"}});
+  EXPECT_TRUE(tree->model()->setData(at({1}), Qt::Checked, Qt::CheckStateRole));
+  EXPECT_TRUE(b->myIsOpen);
+  EXPECT_FALSE(tree->model()->setData(at({1}).siblingAtColumn(1), Qt::Unchecked, Qt::CheckStateRole));
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(at({1}).siblingAtColumn(2).data(), QVariant());
+  EXPECT_EQ(log.take().size(), 1U);
+}
+
+// Leaves and counts as the model tells, without looking at the children.
+TEST_F(QtOutlineViewTest, HasChildrenAsTheKeyPathsSay) {
+  tester.reset();
+  a->myIsOpen = true;
+  b->mySize = 0;
+  for (const auto& [count, leaf, hasA, hasB] :
+       {std::tuple(false, true, false, false), std::tuple(true, false, true, false), std::tuple(true, true, false, false)}) {
+    const auto told = std::make_shared<NSTreeController>(u"children", count ? std::optional<Text>(u"size") : std::nullopt,
+                                                         leaf ? std::optional<Text>(u"isOpen") : std::nullopt);
+    told->setContent(top);
+    bindOutlineView(*tree, told, {{u"", u"name"}});
+    EXPECT_EQ(tree->model()->hasChildren(at({0})), hasA);
+    EXPECT_EQ(tree->model()->hasChildren(at({1})), hasB);
+  }
+}
+
+TEST_F(QtOutlineViewTest, ManyRowsTakeLinearWork) {
+  tester.reset();
+  const auto big = std::make_shared<NSMutableArray>();
+  constexpr int folders = 1000;
+  constexpr int all = folders * 100;
+  for (int i = 0; i < folders; ++i) {
+    const auto folder = std::make_shared<Folder>(u"f");
+    for (int k = 0; k < 99; ++k) folder->add(u"x");
+    big->addObject(folder);
+  }
+  controller->setContent(big);
+  Folder::reads = 0;
+  tree->expandAll();
+  ASSERT_EQ(outline->numberOfRows(), all);
+  for (int row = 0; row < all; ++row) ASSERT_NE(outline->itemAtRow(row), nullptr);
+  EXPECT_LT(Folder::reads, 10 * all);
+  Folder::reads = 0;
+  EXPECT_EQ(realItemForOpaqueItem(*outline, std::make_shared<NSObject>()), nullptr);
+  EXPECT_LT(Folder::reads, 10 * all);
+  Folder::reads = 0;
+  const Ref<NSObject> last = outline->itemAtRow(all - 1);
+  big->removeObjectAtIndex(0);
+  tree->selectAll();
+  controller->rearrangeObjects();
+  EXPECT_EQ(outline->itemAtRow(all - 101), last);
+  EXPECT_EQ(controller->selectionIndexPaths().size(), std::size_t{all - 100});
+  EXPECT_LT(Folder::reads, 10 * all);
+}
+
+// A chain of objects, and one that holds itself.
+TEST_F(QtOutlineViewTest, DepthAndEndlessnessDoNoHarm) {
+  tester.reset();
+  constexpr std::size_t depth = 20000;
+  Ref<Folder> bottom = b;
+  std::vector<std::size_t> path{1};
+  for (std::size_t i = 0; i < depth; ++i) {
+    bottom = bottom->add(u"b");
+    path.push_back(0);
+  }
+  controller->setSelectionIndexPaths({std::make_shared<NSIndexPath>(path)});
+  EXPECT_EQ(modelObjectAt(tree->selectionModel()->selectedRows().value(0)), bottom);
+  b->myChildren->removeAllObjects();
+  controller->rearrangeObjects();
+  EXPECT_TRUE(controller->selectionIndexPaths().empty());
+  b->myChildren->addObject(b);
+  controller->rearrangeObjects();
+  QModelIndex index = at({1});
+  for (int i = 0; i < 5; ++i) {
+    tree->expand(index);
+    index = tree->model()->index(0, 0, index);
+  }
+  EXPECT_EQ(rows(), "a b b b b b b ");
+  b->myChildren->removeAllObjects();
+}
+
+TEST_F(QtOutlineViewTest, ViewsAndBindingsMayGo) {
+  tester.reset();
+  const Ref<NSObject> item = outline->itemAtRow(0);
+  EXPECT_EQ(_treeController(*outline), controller);
+  EXPECT_EQ(outline->infoForBinding(u"value"), nullptr);
+  bindOutlineView(*tree, nullptr, {});
+  EXPECT_EQ(tree->model(), nullptr);
+  EXPECT_EQ(outline->numberOfRows(), 0);
+  EXPECT_EQ(_treeController(*outline), nullptr);
+  EXPECT_FALSE(outline->isItemExpanded(item));
+  bindOutlineView(*tree, controller, {{u"", u"name"}});
+  EXPECT_EQ(rows(), "a b ");
+  tree.reset();
+  EXPECT_EQ(outline->numberOfRows(), 0);
+  EXPECT_EQ(outline->itemAtRow(0), nullptr);
+  controller->rearrangeObjects();
+  EXPECT_EQ(controller.use_count(), 1) << "nobody else holds it";
+}
+
+}  // namespace
+}  // namespace kelvane
