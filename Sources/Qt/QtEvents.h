@@ -17,7 +17,8 @@ namespace kelvane {
 // The library's form of an event of Qt's.
 KELVANE_EXPORT Ref<NSEvent> eventFrom(const QInputEvent& event);
 
-// currentEvent  What the user did last: its flags are of the keys held at the latest event that Qt has heard of.
+// currentEvent  What the user does now: its flags are of the keys that the window system says are held, also before an
+// event tells of them.
 KELVANE_EXPORT Ref<NSEvent> currentEvent();
 
 }  // namespace kelvane

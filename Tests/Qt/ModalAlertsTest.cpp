@@ -11,7 +11,7 @@
 
 #include "Platform/Foundation/NSRunLoop.h"
 #include "Qt/QtDesktop.h"
-#include "Qt/SyntheticUser.h"
+#include "Qt/Support/SyntheticUser.h"
 #include "Qt/Widgets/ModalAlerts.h"
 #include "Support/CapturedSystemLog.h"
 #include "Utilities/QNLogger.h"

@@ -11,7 +11,7 @@
 #include "Platform/Foundation/TextEncoding.h"
 #include "Qt/QtDesktop.h"
 #include "Qt/QtMenus.h"
-#include "Qt/SyntheticUser.h"
+#include "Qt/Support/SyntheticUser.h"
 #include "Support/CapturedSystemLog.h"
 #include "Support/TextPrinting.h"
 
