@@ -95,10 +95,6 @@ Ref<NSSplitView> splitViewFor(QSplitter& splitter) { return as<NSSplitView>(view
 
 Ref<NSPopUpButton> popUpButtonFor(QComboBox& comboBox) { return as<NSPopUpButton>(viewOf(&comboBox)); }
 
-Ref<NSSplitView> splitViewFor(QSplitter& splitter) { return as<NSSplitView>(viewOf(&splitter)); }
-
-Ref<NSPopUpButton> popUpButtonFor(QComboBox& comboBox) { return as<NSPopUpButton>(viewOf(&comboBox)); }
-
 void setViewFlipped(QWidget& widget, bool isFlipped) {
   if (auto* const adapter = dynamic_cast<WidgetAdapter*>(viewOf(&widget).get())) adapter->setFlipped(isFlipped);
 }

@@ -52,8 +52,8 @@ KELVANE_EXPORT std::optional<Text> displayProblem(int argc, const char* const* a
 // goes on without Qt when it is run, and what is left can be waited for.
 //
 // An alert that another thread asks for, a fatal one of the logger's for example, is shown by the main thread while the
-// other one waits. If the main thread does not get to it within 10 seconds (it runs no loop, say, or waits for that very
-// thread), the other one goes on, and the alert is shown when the main thread runs its loop again.
+// other one waits. If the main thread does not get to it within 10 seconds (it runs no loop, say, or waits for that
+// very thread), the other one goes on, and the alert is shown when the main thread runs its loop again.
 KELVANE_EXPORT void installQtDesktop();
 
 // The host makes its windows and widgets with Qt and owns them. What it hands to the library are adapters: for each
@@ -82,15 +82,6 @@ KELVANE_EXPORT Ref<NSToolbar> toolbarFor(QToolBar& toolBar);
 
 // The action behind an item; null when it has gone, for nil, and for items that are none of Qt's.
 KELVANE_EXPORT QAction* actionFor(const NSToolbarItem* item);
-
-// A splitter as a split view. The extents that its panes are given are kept until there is room for them, so that they
-// may be given before the window is shown or has its size; until the user moves a divider. Whole units; a pane that is
-// given one opens if it was collapsed. Hidden and collapsed panes keep theirs. In languages that are read from right to
-// left the first pane is the one on the right.
-KELVANE_EXPORT Ref<NSSplitView> splitViewFor(QSplitter& splitter);
-
-// A combo box as a pop-up button.
-KELVANE_EXPORT Ref<NSPopUpButton> popUpButtonFor(QComboBox& comboBox);
 
 // A splitter as a split view. The extents that its panes are given are kept until there is room for them, so that they
 // may be given before the window is shown or has its size; until the user moves a divider. Whole units; a pane that is

@@ -8,9 +8,11 @@ namespace kelvane {
 namespace {
 
 std::uint64_t modifierFlags(Qt::KeyboardModifiers modifiers) {
-  constexpr std::pair<Qt::KeyboardModifier, std::uint64_t> masks[] = {
-      {Qt::ShiftModifier, NSShiftKeyMask},  {Qt::ControlModifier, NSCommandKeyMask}, {Qt::AltModifier, NSAlternateKeyMask},
-      {Qt::MetaModifier, NSControlKeyMask}, {Qt::KeypadModifier, NSNumericPadKeyMask}};
+  constexpr std::pair<Qt::KeyboardModifier, std::uint64_t> masks[] = {{Qt::ShiftModifier, NSShiftKeyMask},
+                                                                      {Qt::ControlModifier, NSCommandKeyMask},
+                                                                      {Qt::AltModifier, NSAlternateKeyMask},
+                                                                      {Qt::MetaModifier, NSControlKeyMask},
+                                                                      {Qt::KeypadModifier, NSNumericPadKeyMask}};
   std::uint64_t flags = 0;
   for (const auto& [modifier, mask] : masks)
     if (modifiers.testFlag(modifier)) flags |= mask;

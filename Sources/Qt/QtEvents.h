@@ -7,8 +7,8 @@
 class QInputEvent;
 
 // What the user does. Modifier keys are told by what they are for: NSCommandKeyMask is the flag of the key that goes
-// with a letter to choose from a menu, which is Ctrl on Linux; NSControlKeyMask is that of the Super key, which Qt calls
-// Meta, NSAlternateKeyMask that of Alt. Qt tells nothing of Caps Lock, Help and Fn. Main thread only.
+// with a letter to choose from a menu, which is Ctrl on Linux; NSControlKeyMask is that of the Super key, which Qt
+// calls Meta, NSAlternateKeyMask that of Alt. Qt tells nothing of Caps Lock, Help and Fn. Main thread only.
 //
 //   void mousePressEvent(QMouseEvent* event) override {
 //     if (isAnyCommandModificationKeyPressed(*eventFrom(*event))) ...

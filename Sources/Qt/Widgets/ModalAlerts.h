@@ -9,9 +9,9 @@ namespace kelvane {
 
 class NSRunLoop;
 
-// Shows an alert in a message box, all of whose text is plain, and returns when it was closed: by its button, by Return,
-// Space or Escape, or by the application's end. Of a text that no screen would hold the beginning is shown. Main thread
-// only.
+// Shows an alert in a message box, all of whose text is plain, and returns when it was closed: by its button, by
+// Return, Space or Escape, or by the application's end. Of a text that no screen would hold the beginning is shown.
+// Main thread only.
 void showAlert(const ModalAlert& alert);
 
 // How long a thread waits until the main thread begins to show its alert.
