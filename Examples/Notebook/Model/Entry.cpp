@@ -34,6 +34,10 @@ Entry::Entry(EntryKind kind, Text path)
       mySortKey(kelvane::lowercaseString(myTitle)),
       myChildren(noChildren()) {}
 
+void Entry::setTitle(Text title) {
+  if (myRenamingRef) (*myRenamingRef)(*this, title);
+}
+
 void Entry::setPath(Text path) {
   myPath = std::move(path);
   mySortKey = kelvane::lowercaseString(titleOf(myPath, myKind));
@@ -43,7 +47,7 @@ void Entry::setPath(Text path) {
 const kelvane::PropertyTable& Entry::propertyTable() const {
   static const kelvane::PropertyTable table(
       NSObject::propertyTable(),
-      {kelvane::property(u"title", &Entry::title), kelvane::property(u"isLeaf", &Entry::isLeaf),
+      {kelvane::property(u"title", &Entry::title, &Entry::setTitle), kelvane::property(u"isLeaf", &Entry::isLeaf),
        kelvane::property(u"children", &Entry::myChildren)});
   return table;
 }

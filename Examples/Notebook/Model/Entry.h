@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSObject.h"
 #include "Platform/Foundation/Properties.h"
@@ -24,6 +26,10 @@ class Entry : public kelvane::NSObject {
   // What entries are sorted by.
   const kelvane::Text& sortKey() const { return mySortKey; }
 
+  // What renames the file when somebody sets the title. Nobody by default: then a title stays.
+  using Renaming = std::function<void(Entry& entry, kelvane::TextView title)>;
+  void setRenaming(const Renaming* renaming) { myRenamingRef = renaming; }
+  void setTitle(kelvane::Text title);
   // The file has another name now.
   void setPath(kelvane::Text path);
   void setChildren(kelvane::Ref<kelvane::NSArray> children) { setField(myChildren, std::move(children)); }
@@ -38,6 +44,7 @@ class Entry : public kelvane::NSObject {
   kelvane::Text mySortKey;
   // Never nil; of a leaf it is empty.
   kelvane::Ref<kelvane::NSArray> myChildren;
+  const Renaming* myRenamingRef = nullptr;
 };
 
 }  // namespace notebook

@@ -1,5 +1,6 @@
 #include "Model/NoteFile.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <span>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "Extensions/NSAttributedString-QNExtensions.h"
+#include "Extensions/NSString-QNExtensions.h"
 #include "Platform/Foundation/AtomicFile.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/NSArchiver.h"
@@ -72,13 +74,21 @@ kelvane::Ref<kelvane::NSDictionary> plainAttributes() {
   return attributes;
 }
 
+ReadNote plainNote(Text text) {
+  const bool isCRLF = text.find(u"\r\n") != Text::npos;
+  if (isCRLF) text = kelvane::replaceAllOccurencesOfString(text, u"\r\n", u"\n");
+  std::ranges::replace(text, u'\r', u'\n');
+  return {std::make_shared<NSTextStorage>(std::move(text), plainAttributes()), {}, isCRLF ? u"\r\n" : u"\n"};
+}
+
 // What the file of a note in the format holds; nothing, and a sentence in `error`, when there is no such file.
-std::optional<std::string> bytesOf(const NSAttributedString& note, NoteFormat format, Text& error) {
+std::optional<std::string> bytesOf(const NSAttributedString& note, NoteFormat format, TextView lineEnd, Text& error) {
   switch (format) {
     case NoteFormat::HTML:
       return kelvane::utf8(kelvane::htmlString(note));
     case NoteFormat::PlainText:
-      return kelvane::utf8(note.string());
+      return kelvane::utf8(lineEnd == u"\n" ? note.string()
+                                            : kelvane::replaceAllOccurencesOfString(note.string(), u"\n", lineEnd));
     case NoteFormat::RTF: {
       const std::vector<std::uint8_t> rtf = kelvane::rtf(note);
       return std::string(rtf.begin(), rtf.end());
@@ -132,13 +142,13 @@ ReadNote readNote(TextView path) {
     case NoteFormat::HTML:
       return {std::make_shared<NSTextStorage>(kelvane::attributedStringWithHTML(decodedText(file.bytes))), {}};
     default:
-      return {std::make_shared<NSTextStorage>(decodedText(file.bytes), plainAttributes()), {}};
+      return plainNote(decodedText(file.bytes));
   }
 }
 
-std::optional<Text> writeNote(const NSAttributedString& note, TextView path) {
+std::optional<Text> writeNote(const NSAttributedString& note, TextView path, TextView lineEnd) {
   Text error;
-  const std::optional<std::string> bytes = bytesOf(note, formatOfFile(path), error);
+  const std::optional<std::string> bytes = bytesOf(note, formatOfFile(path), lineEnd, error);
   if (!bytes) return error;
   const std::error_code failure = kelvane::writeFileAtomically(kelvane::fileSystemRepresentation(path), *bytes);
   return failure ? std::optional(kelvane::textFromUTF8(failure.message())) : std::nullopt;

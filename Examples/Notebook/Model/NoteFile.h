@@ -27,19 +27,22 @@ NoteFormat formatOfFile(kelvane::TextView path);
 // Whether text that is kept in the format comes back with its fonts, colours and links.
 bool keepsStyles(NoteFormat format);
 
-// The note in the file, or nil and one sentence about what is wrong.
+// The note in the file, or nil and one sentence about what is wrong. Lines end with LF; `lineEnd` is how they ended in
+// the file.
 struct ReadNote {
   kelvane::Ref<kelvane::NSTextStorage> text;
   kelvane::Text error;
+  kelvane::Text lineEnd = u"\n";
 };
 ReadNote readNote(kelvane::TextView path);
 
 // Text in the bytes of a file: as UTF-16 where a byte-order mark says so, else as UTF-8, else as ISO Latin-1.
 kelvane::Text decodedText(std::string_view bytes);
 
-// Writes the note in the format of the name: all of the new file or, after an error, all of the old one. The answer is
-// one sentence about what is wrong; nothing when all is well.
-std::optional<kelvane::Text> writeNote(const kelvane::NSAttributedString& note, kelvane::TextView path);
+// Writes the note in the format of the name, lines of plain text ended by `lineEnd`: all of the new file or, after an
+// error, all of the old one. The answer is one sentence about what is wrong; nothing when all is well.
+std::optional<kelvane::Text> writeNote(const kelvane::NSAttributedString& note, kelvane::TextView path,
+                                       kelvane::TextView lineEnd = u"\n");
 
 // A font for text that has none.
 const kelvane::NSFont& plainFont();

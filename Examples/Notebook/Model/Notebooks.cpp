@@ -12,8 +12,6 @@
 #include "Platform/Foundation/NSError.h"
 #include "Platform/Foundation/NSFileManager.h"
 #include "Platform/Foundation/PathText.h"
-#include "Platform/Foundation/TextCase.h"
-#include "Platform/Foundation/TextSearch.h"
 
 namespace notebook {
 namespace {
@@ -62,20 +60,21 @@ void walk(const Ref<NSArray>& entries, Visit visit) {
 
 Notebooks::Notebooks(Text folder)
     : myFolder(std::move(folder)),
+      myRenaming([this](Entry& entry, TextView title) {
+        const auto failure = rename(entry, title);
+        if (failure && myTelling) myTelling(*failure);
+      }),
       myController(std::make_shared<kelvane::NSTreeController>(u"children", std::nullopt, u"isLeaf")) {
   if (!isDirectoryAtPath(threadSafeManager(), myFolder))
     createDirectoryRecursivlyAtPath(threadSafeManager(), myFolder, nullptr);
 }
 
-std::size_t Notebooks::numberOfNotes() const {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(myEntries, [](const auto& one) { return one.second->isLeaf(); }));
-}
-
 Ref<Entry> Notebooks::entryFor(EntryKind kind, const Text& path) {
   const auto known = myEntries.find(path);
   if (known != myEntries.end() && known->second->kind() == kind) return known->second;
-  return std::make_shared<Entry>(kind, path);
+  auto entry = std::make_shared<Entry>(kind, path);
+  entry->setRenaming(&myRenaming);
+  return entry;
 }
 
 // All entries, those of a folder behind it.
@@ -128,15 +127,20 @@ Ref<Entry> Notebooks::entryAtPath(TextView path) const {
   return found == myEntries.end() ? nullptr : found->second;
 }
 
-std::vector<Ref<Entry>> Notebooks::search(TextView words, const std::function<Text(const Entry&)>& textOf) const {
-  Entries found;
-  const auto contains = [words](TextView text) {
-    return kelvane::rangeOfString(text, words, kelvane::NSCaseInsensitiveSearch).has_value();
-  };
+std::vector<Ref<Entry>> Notebooks::notes() const {
+  Entries leaves;
   walk(myController->content(), [&](const Ref<Entry>& entry) {
-    if (entry->isLeaf() && (contains(entry->title()) || contains(textOf(*entry)))) found.push_back(entry);
+    if (entry->isLeaf()) leaves.push_back(entry);
   });
-  return found;
+  return leaves;
+}
+
+std::vector<Text> Notebooks::folders() const {
+  std::vector<Text> paths{myFolder};
+  walk(myController->content(), [&](const Ref<Entry>& entry) {
+    if (!entry->isLeaf()) paths.push_back(entry->path());
+  });
+  return paths;
 }
 
 Text Notebooks::folderFor(const Entry* beside) const {
@@ -196,11 +200,11 @@ std::optional<Text> Notebooks::moveFile(Entry& entry, const Text& to) {
   return std::nullopt;
 }
 
-std::optional<Text> Notebooks::rename(const Ref<Entry>& entry, TextView title) {
+std::optional<Text> Notebooks::rename(Entry& entry, TextView title) {
   Text name = fileName(title);
-  if (entry->isLeaf()) name = kelvane::stringByAppendingPathExtension(name, kelvane::pathExtension(entry->path()));
-  const TextView folder = kelvane::stringByDeletingLastPathComponent(entry->path());
-  if (auto failure = moveFile(*entry, kelvane::stringByAppendingPathComponent(folder, name))) return failure;
+  if (entry.isLeaf()) name = kelvane::stringByAppendingPathExtension(name, kelvane::pathExtension(entry.path()));
+  const TextView folder = kelvane::stringByDeletingLastPathComponent(entry.path());
+  if (auto failure = moveFile(entry, kelvane::stringByAppendingPathComponent(folder, name))) return failure;
   return refresh();
 }
 

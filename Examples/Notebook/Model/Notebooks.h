@@ -19,25 +19,31 @@ class Notebooks {
  public:
   // A folder that is not there is made.
   explicit Notebooks(kelvane::Text folder);
+  Notebooks(const Notebooks&) = delete;
+  Notebooks& operator=(const Notebooks&) = delete;
 
   const kelvane::Text& folder() const { return myFolder; }
   const kelvane::Ref<kelvane::NSTreeController>& controller() const { return myController; }
-  std::size_t numberOfNotes() const;
 
   // Reads the folder anew, after it was changed by somebody else. Whatever is still there stays the same object.
   std::optional<kelvane::Text> refresh();
 
+  // Hears what goes wrong when a title is edited in the outline.
+  void setTelling(std::function<void(kelvane::Text sentence)> telling) { myTelling = std::move(telling); }
+
   // The entry of the file; nil when there is none.
   kelvane::Ref<Entry> entryAtPath(kelvane::TextView path) const;
-  // Those whose title, or whose text by `textOf`, contains the words, whatever their case; in the order of the outline.
-  std::vector<kelvane::Ref<Entry>> search(kelvane::TextView words,
-                                          const std::function<kelvane::Text(const Entry&)>& textOf) const;
+  // All but the folders, in the order of the outline.
+  std::vector<kelvane::Ref<Entry>> notes() const;
+  // The folders, this one first.
+  std::vector<kelvane::Text> folders() const;
 
   // A new, empty note or a new folder with a title like this one, in the folder of that entry (the entry itself when it
   // is a folder; the outermost for nil). Nil, and a sentence in `error`, when it cannot be made.
   kelvane::Ref<Entry> addNote(const Entry* beside, kelvane::TextView title, kelvane::Text& error);
   kelvane::Ref<Entry> addFolder(const Entry* beside, kelvane::TextView title, kelvane::Text& error);
-  std::optional<kelvane::Text> rename(const kelvane::Ref<Entry>& entry, kelvane::TextView title);
+  // Also what becomes of setting an entry's title.
+  std::optional<kelvane::Text> rename(Entry& entry, kelvane::TextView title);
   // Into a folder, or into the outermost for nil.
   std::optional<kelvane::Text> move(const std::vector<kelvane::Ref<Entry>>& entries, const Entry* into);
   std::optional<kelvane::Text> moveToTrash(const std::vector<kelvane::Ref<Entry>>& entries);
@@ -51,6 +57,8 @@ class Notebooks {
   std::optional<kelvane::Text> moveFile(Entry& entry, const kelvane::Text& to);
 
   kelvane::Text myFolder;
+  Entry::Renaming myRenaming;
+  std::function<void(kelvane::Text)> myTelling;
   kelvane::Ref<kelvane::NSTreeController> myController;
   std::unordered_map<kelvane::Text, kelvane::Ref<Entry>> myEntries;
 };

@@ -1,0 +1,78 @@
+#include "Window/WindowedSession.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+
+#include "Application/Session.h"
+#include "Extensions/NSUserDefaultsController-OSCompatibility.h"
+#include "Platform/Foundation/Format.h"
+#include "Platform/Foundation/HomeDirectory.h"
+#include "Platform/Foundation/PathText.h"
+#include "Platform/Foundation/TextEncoding.h"
+#include "Qt/QtDesktop.h"
+#include "Utilities/QNEnvironment.h"
+#include "Utilities/QNLogger.h"
+#include "Walkthrough/Walkthrough.h"
+#include "Window/MainWindow.h"
+#include "Window/Preferences.h"
+
+namespace notebook {
+namespace {
+
+using kelvane::Text;
+using kelvane::NSUserDefaultsControllerExtensions::standardUserDefaults;
+
+constexpr kelvane::TextView folderKey = u"notesFolder";
+
+Text folderOfNotes(const std::optional<std::string>& folder) {
+  if (folder) {
+    const QByteArray absolute = QFile::encodeName(QDir(QFile::decodeName(folder->c_str())).absolutePath());
+    return kelvane::textFromFileSystem(absolute.toStdString());
+  }
+  if (auto last = stringForKey(standardUserDefaults(), folderKey)) return *last;
+  return kelvane::stringByAppendingPathComponent(kelvane::NSHomeDirectory(), u"Documents/Notebook");
+}
+
+}  // namespace
+
+int runWithWindows(int& count, char** arguments, const std::optional<std::string>& folder) {
+  QApplication application(count, arguments);
+  application.setApplicationDisplayName(QStringLiteral("Notebook"));
+  kelvane::installQtDesktop();
+  beginSession();
+  registerPreferences();
+  const Text notes = folderOfNotes(folder);
+  int status = 0;
+  {
+    MainWindow window(notes);
+    if (const auto failure = window.load()) {
+      kelvane::QNLogger::sharedLogger().fatal(
+          __LINE__, __FILE__, __func__, kelvane::format(u"The notes in '%@' can't be read: %@", notes, *failure), true);
+      return 1;
+    }
+    setString(standardUserDefaults(), notes, folderKey);
+    if (const auto site = stringForKey(standardUserDefaults(), siteKey))
+      kelvane::QNEnvironment::sharedEnvironment().setSitemapServer(*site);
+    window.show();
+    status = QApplication::exec();
+  }
+  endSession(status == 0);
+  return status;
+}
+
+int runWalkthrough(int& count, char** arguments, const std::string& sample, const std::string& pictures) {
+  QElapsedTimer sinceStart;
+  sinceStart.start();
+  QApplication application(count, arguments);
+  kelvane::installQtDesktop();
+  beginSession();
+  registerPreferences();
+  const bool isWell =
+      Walkthrough(QFile::decodeName(sample.c_str()), QFile::decodeName(pictures.c_str()), sinceStart).run();
+  endSession(isWell);
+  return isWell ? 0 : 1;
+}
+
+}  // namespace notebook
