@@ -80,19 +80,15 @@ TEST(StyledTextAsHTML, Reads) {
   NSAttributedStringExtensions::didLoad();
   NSAttributedStringExtensions::didLoad();
   const std::pair<TextView, TextView> rows[] = {
-      {u"Hello <b>bold</b> world", u"Hello [12]bold[b12]world [12]"},
       {u"a<p>b<br> c", u"a[12]\n\n[]b[12]\n[]c [12]"},
       {u"<b>a<i>b</b>c</i>d<u>e</u>f", u"a[b12]b[bi12]c[i12]d[12]e[u12]f [12]"},
       {u"<B>a</B><br/>b<!-- c --></p><a href='d'>e", u"abe [12]"},
       {u"", u""},
-      {u" \n\x2003\t", u""},
       {u" a\n\n\xA0  b ", u"a b [12]"},
       {u"a\0b\xD800"sv, u"a\0b\xD800 [12]"sv},
       // Brackets.
       {u"<<b>>a", u"a [b12]"},
-      {u"< b>a<\n/b>b", u"a[b12]b [12]"},
       {u"<b >a<>b", u"ab [12]"},
-      {u"1 < 2 > 3", u"1 3 [12]"},
       {u"a<b", u"a[12]"},
       {u"<", u""},
       {u"a> b", u"a> b [12]"},
@@ -101,16 +97,13 @@ TEST(StyledTextAsHTML, Reads) {
       {u"<font size=+1>a<font size=+-2>b", u"a[22]b [29]"},
       {u"<font size = 1.5em>a", u"a [10.5]"},
       {u"<font size=-12>a", u"a [-3]"},
-      {u"<font size=0x10>a<font size =+.5e1>b<font size=1e>c", u"a[25]b[39]c [10]"},
       {u"<font size=inf>a<font size=1e999>b", u"ab [inf]"},
       {u"<font size=\"3\">a<font size=>b<font size=x>c<font size=--1>d<font sizes=3>e<font size=+x>f", u"abcdef [12]"},
       // References.
       {u"a &b", u"a &ampb [12]"},
       {u"a&&b", u"a&ampa&ampb [12]"},
-      {u"a & & b", u"a &ampa &ampb [12]"},
       {u"&&b<b>&c", u"&amp&ampb[12]&ampc [b12]"},
       {u"a&> \"b\" &", u"a&amp&gt\"b\" &amp[12]"},
-      {u"a&lt;", u"a&amplt; [12]"},
   };
   for (const auto& [html, runs] : rows) {
     NSAttributedStringExtensions::setUnderline(true);
@@ -130,9 +123,7 @@ TEST(StyledTextAsHTML, Writes) {
   const Ref<NSObject> address = box(u"a\"b");
   const NSDictionary::Entries bold = {font(NSBoldFontMask, 12)};
   const std::pair<NSAttributedString, TextView> rows[] = {
-      {styled({}), u""},
       {NSAttributedString(u"a<\xE9"), u"a&lt;&#233;"},
-      {styled({{u"a\n", {font(plain, 12), underline(0)}}}), u"a<br/>"},
       {styled({{u"a", bold}, {u"b", {font(plain, 12)}}}), u"<b>a</b>b"},
       {styled({{u"a", {font(NSItalicFontMask, 14)}}, {u"b", {}}}), u"<font size=\"5\"><i>a</i></font>b"},
       {styled({{u"a", {font(NSItalicFontMask, 14)}}}), u"<font size=\"5\"><i>a</i></font>"},
@@ -141,11 +132,9 @@ TEST(StyledTextAsHTML, Writes) {
       {styled({{u"a", {font(3, 12), underline(1)}}, {u"b", {underline(9)}}}), u"<i><b><u>a</u></b><u></u></i><u>b</u>"},
       {styled({{u"a", {font(plain, 12.9)}}, {u"b", {font(plain, 8)}}, {u"c", {font(plain, 0)}}}),
        u"<font size=\"3\">a</font><font size=\"-1\">b</font><font size=\"-9\">c</font>"},
-      {styled({{u"a", {font(plain, 1e300)}}}), u"<font size=\"2147483638\">a</font>"},
       {styled({{u"a", {font(plain, 14), color(red)}}}), u"<font size=\"5\"><font color=\"#ff0000\">a</font>"},
       {styled({{u"a", {color(red)}}, {u"b", {color(red), underline(1)}}, {u"c", {color(box(*red))}}}),
        u"<font color=\"#ff0000\">a<u>b</u></font><font color=\"#ff0000\">c</font>"},
-      {styled({{u"a", {color(black)}}, {u"b", {}}}), u"ab"},
       {styled({{u"a", {link(address), font(NSBoldFontMask, 14)}}, {u"b", {}}}), u"<a href=\"a\"b\">a</a>b"},
       {styled({{u"a", {link(address)}}, {u"b", {link(box(u"a\"b")), underline(1)}}}),
        u"<a href=\"a\"b\">a<u>b</u></a>"},
@@ -158,19 +147,10 @@ TEST(StyledTextAsHTML, Writes) {
 
 TEST(StyledTextAsHTML, FailsWhereAStyleEndsThatWasNotWritten) {
   NSAttributedStringExtensions::didLoad();
-  const NSDictionary::Entries bold = {font(NSBoldFontMask, 12)};
-  NSDictionary::Entries blackBold = bold;
-  blackBold.insert(color(black));
-  const std::pair<NSAttributedString, const char*> rows[] = {
-      {styled({{u"a", blackBold}, {u"b", bold}}), "popUntil: no such tag is open '<font>'"},
-      {styled({{u"a", {link(box(u"x")), font(NSBoldFontMask, 12)}}, {u"b", {link(box(u"x"))}}}),
-       "popUntil: no such tag is open '<b>'"},
-  };
-  for (const auto& [text, message] : rows) {
-    EXPECT_THAT([&text = text] { htmlString(text); }, ThrowsMessage<std::invalid_argument>(message));
-    EXPECT_EQ(NSAttributedStringExtensions::closeTags(), u"");
-  }
-  EXPECT_EQ(htmlString(styled({{u"a", bold}})), u"<b>a</b>");
+  const Ref<NSObject> link_ = box(u"x");
+  const NSAttributedString text = styled({{u"a", {link(link_), font(NSBoldFontMask, 12)}}, {u"b", {link(link_)}}});
+  EXPECT_THAT([&] { htmlString(text); }, ThrowsMessage<std::invalid_argument>("popUntil: no such tag is open '<b>'"));
+  EXPECT_EQ(NSAttributedStringExtensions::closeTags(), u"");
 }
 
 // A first pass may lose blanks behind tags. A second one loses breaks and sizes too, as they are not written the way
