@@ -70,10 +70,6 @@ TEST_F(DownloadTest, PutsContentsIntoANewFile) {
   EXPECT_EQ(last.receivedBytes, contents.size());
   EXPECT_EQ(last.bytesToReceive, contents.size());
   EXPECT_EQ(left().size(), 1U);
-  const auto copy = qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(target, std::nullopt);
-  ASSERT_TRUE(copy);
-  EXPECT_EQ(bytesOf(fileSystemRepresentation(*copy->path())), contents);
-  EXPECT_TRUE(copy->pathExtension().empty());
   EXPECT_TRUE(log.take().empty());
 }
 
@@ -103,18 +99,6 @@ TEST_F(DownloadTest, LeavesNothingBehindAFailure) {
   EXPECT_EQ(qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(NSURL::fileURLWithPath(u"/etc/passwd"), u"a/b"),
             nullptr);
   EXPECT_THAT(utf8(log.take().at(0)), testing::HasSubstr("Can't write contents to URL: file://"));
-}
-
-TEST_F(DownloadTest, LimitsHoldForFilesToo) {
-  const std::string path = folder.path("a file");
-  std::ofstream(path) << "12345";
-  const auto file = NSURL::fileURLWithPath(textFromFileSystem(path));
-  Ref<NSError> error;
-  EXPECT_EQ(dataWithContentsOfURL(file, nullptr, {.receivedBytes = 5})->length(), 5U);
-  EXPECT_EQ(dataWithContentsOfURL(file, &error, {.receivedBytes = 4}), nullptr);
-  EXPECT_EQ(error->code(), NSURLErrorDataLengthExceedsMaximum);
-  EXPECT_EQ(dataWithContentsOfURL(url("file:///missing"), &error), nullptr);
-  EXPECT_EQ(error->code(), NSURLErrorFileDoesNotExist);
 }
 
 }  // namespace
