@@ -19,7 +19,6 @@ TEST(NSAffineTransform, LaterStepsComeFirst) {
   transform.scaleXBy(2, 3);
   EXPECT_EQ(transform.description(), u"[0, 2, -3, 0, 10, 20]");
   EXPECT_EQ(transform.transformPoint({1, 1}), (CGPoint{7, 22}));
-  EXPECT_EQ(transform.transformSize({1, 1}), (CGSize{-3, 2}));
   EXPECT_EQ(transform.transformRect({1, 1, 2, 4}), CGRect(-5, 22, 12, 4));
   for (const double turn : {-360.0, 720.0, 0.0}) transform.rotateByDegrees(turn);
   EXPECT_EQ(transform.description(), u"[0, 2, -3, 0, 10, 20]");
