@@ -30,7 +30,6 @@ TEST(PathCurves, ElementsWithoutArcsStayAndLeaveOutWhatIsNoNumber) {
     const char* curves;
   } rows[] = {
       {{PathMove{{1, 1}}, PathLine{{2, 1}}, PathCurve{{3, 3}, {2, 2}, {3, 2}}, PathClose{}}, "M1,1 L2,1 B3,3 Z"},
-      {{PathLine{{2, 1}}, PathLine{{3, 1}}}, "M2,1 L3,1"},
       {{PathCurve{{3, 3}, {2, 2}, {3, 2}}, PathClose{}, PathLine{{9, 9}}}, "M3,3 Z M3,3 L9,9"},
       {{PathMove{{1, 1}}, PathLine{{nan, 1}}, PathLine{{2, infinity}}, PathLine{{5, 5}}}, "M1,1 L5,5"},
       {{PathClose{}, PathCorner{{1, 2}, {3, 4}, 1}, PathLine{{2, 2}}}, "M1,2 L2,2"},
@@ -40,9 +39,7 @@ TEST(PathCurves, ElementsWithoutArcsStayAndLeaveOutWhatIsNoNumber) {
       // Corners without an arc: no radius, sides on one line, no sides.
       {{PathMove{{0, 0}}, PathCorner{{4, 0}, {4, 4}, 0}}, "M0,0 L4,0"},
       {{PathMove{{0, 0}}, PathCorner{{4, 0}, {9, 0}, 1}, PathCorner{{6, 0}, {4, 0}, 1}}, "M0,0 L4,0 L6,0"},
-      {{PathMove{{4, 0}}, PathCorner{{4, 0}, {9, 0}, 1}, PathCorner{{4, 4}, {4, 4}, 1}}, "M4,0 L4,0 L4,4"},
       {{PathMove{{2, 0}}, PathArc{{1, 0}, 1, 0, 0}, PathArc{{0, 0}, 1, 0, 0}}, "M2,0 L1,0"},
-      {{}, ""},
   };
   for (const auto& row : rows) EXPECT_EQ(shown(pathCurves(row.elements)), row.curves);
 }
