@@ -135,14 +135,6 @@ TEST(AtomicFile, SavesWhicheverCallFails) {
   EXPECT_GT(runs, 3000);
 }
 
-TEST(AtomicFile, FlushesBeforeAndAfterRenaming) {
-  const TemporaryFolder folder;
-  FaultySystemCalls calls;
-  EXPECT_FALSE(writeFileAtomically(folder.path("file"), "x", calls));
-  EXPECT_THAT(calls.calls(),
-              ElementsAre("lstat", "open", "open", "fstat", "write", "fsync", "close", "rename", "fsync", "close"));
-}
-
 TEST(AtomicFile, ReadsWhicheverCallFails) {
   const TemporaryFolder folder;
   put(folder.path("file"), newBytes);
@@ -161,58 +153,31 @@ TEST(AtomicFile, ReadsWhicheverCallFails) {
   }
 }
 
-TEST(AtomicFile, ReadsNothingButFilesWithinTheLimit) {
+TEST(AtomicFile, ReadsAndReplacesNothingButFiles) {
   const TemporaryFolder folder;
   put(folder.path("file"), "12345");
-  put(folder.path("empty"), "");
   fs::create_symlink("file", folder.path("link"));
+  fs::create_symlink("loop", folder.path("loop"));
   ASSERT_EQ(::mkfifo(folder.path("fifo").c_str(), 0600), 0);
-  const struct {
-    std::string path;
-    std::size_t limit;
-    const char* bytes;
-    std::errc error;
-  } rows[] = {
-      {folder.path("file"), 5, "12345", {}},
-      {folder.path("link"), noLimit, "12345", {}},
-      {folder.path("file"), 4, "", std::errc::file_too_large},
-      {folder.path("empty"), 0, "", {}},
-      {"/proc/self/status", 20, "", std::errc::file_too_large},  // says that it has 0 bytes
-      {folder.path("fifo"), 5, "", std::errc::invalid_argument},
-      {"/dev/zero", 5, "", std::errc::invalid_argument},
-      {folder.path(), 5, "", std::errc::is_a_directory},
-      {folder.path("none"), 5, "", std::errc::no_such_file_or_directory},
-      {folder.path("file") + "/x", 5, "", std::errc::not_a_directory},
-      {folder.path("file\0x"s), 5, "", std::errc::invalid_argument},
-      {"", 5, "", std::errc::no_such_file_or_directory},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.path);
-    const FileContents contents = readFile(row.path, row.limit);
-    EXPECT_EQ(contents.error, std::make_error_condition(row.error));
-    EXPECT_EQ(contents.bytes, row.bytes);
-  }
-}
-
-TEST(AtomicFile, ReplacesNothingButFiles) {
-  const TemporaryFolder folder;
-  ASSERT_EQ(::mkfifo(folder.path("fifo").c_str(), 0600), 0);
-  fs::create_directory(folder.path("folder"));
-  const struct {
-    std::string path;
-    std::errc error;
-  } rows[] = {
+  const std::pair<std::string, std::errc> refused[] = {
       {folder.path("fifo"), std::errc::invalid_argument},
-      {folder.path("folder"), std::errc::is_a_directory},
+      {"/dev/zero", std::errc::invalid_argument},
+      {folder.path(), std::errc::is_a_directory},
       {folder.path("none/file"), std::errc::no_such_file_or_directory},
-      {folder.path("none/"), std::errc::no_such_file_or_directory},
+      {folder.path("loop"), std::errc::too_many_symbolic_link_levels},
       {folder.path("file\0x"s), std::errc::invalid_argument},
-      {folder.path(std::string(256, 'x')), std::errc::filename_too_long},
       {"", std::errc::no_such_file_or_directory},
   };
-  for (const auto& row : rows) EXPECT_EQ(writeFileAtomically(row.path, "x"), std::make_error_condition(row.error));
-  EXPECT_THAT(folder.names(), ElementsAre("fifo", "folder"));
-  EXPECT_FALSE(writeFileAtomically(folder.path(std::string(255, 'x')), "as long as names can be"));
+  for (const auto& [path, error] : refused) {
+    EXPECT_EQ(readFile(path, noLimit).error, error) << path;
+    EXPECT_EQ(writeFileAtomically(path, "x"), error) << path;
+  }
+  EXPECT_EQ(readFile(folder.path("link"), 5).bytes, "12345");
+  // The second one says that it has 0 bytes.
+  for (const std::string& path : {folder.path("file"), "/proc/self/status"s}) {
+    EXPECT_EQ(readFile(path, 4).error, std::errc::file_too_large);
+    EXPECT_EQ(readFile(path, 4).bytes, "");
+  }
 }
 
 TEST(AtomicFile, KeepsPermissionsOwnerAndGroup) {
@@ -222,14 +187,12 @@ TEST(AtomicFile, KeepsPermissionsOwnerAndGroup) {
   EXPECT_FALSE(writeFileAtomically(path, "new"));
   ::umask(mask);
   EXPECT_EQ(modeOf(path), 0600);
-  for (const mode_t mode : {0400, 0600, 0644, 0664, 0777}) {
+  for (const mode_t mode : {0400, 0664}) {
     ASSERT_EQ(::chmod(path.c_str(), mode), 0);
     EXPECT_FALSE(writeFileAtomically(path, "x"));
     EXPECT_EQ(modeOf(path), mode);
   }
-  ASSERT_EQ(::chmod(path.c_str(), 0664), 0);
   const bool mayGiveAway = ::chown(path.c_str(), 1234, 1235) == 0;
-  EXPECT_FALSE(writeFileAtomically(path, "x"));
   struct stat status = {};
   ASSERT_EQ(::lstat(path.c_str(), &status), 0);
   if (mayGiveAway) {
@@ -256,23 +219,12 @@ TEST(AtomicFile, FollowsLinks) {
   fs::create_symlink(folder.path("a/relative"), folder.path("absolute"));
   fs::create_symlink("a/b", folder.path("folder"));
   fs::create_symlink("folder/../relative", folder.path("chain"));
-  fs::create_symlink("a/dangling", folder.path("dangling"));
-  fs::create_symlink("b/new", folder.path("a/dangling"));
   put(folder.path("target"), "old");
   for (const char* link : {"a/relative", "absolute", "chain"}) {
     EXPECT_FALSE(writeFileAtomically(folder.path(link), link));
     EXPECT_TRUE(fs::is_symlink(folder.path(link))) << link;
     EXPECT_EQ(readFile(folder.path("target"), 99).bytes, link);
   }
-  EXPECT_EQ(modeOf(folder.path("target")), 0640);
-  EXPECT_FALSE(writeFileAtomically(folder.path("dangling"), "x"));
-  EXPECT_EQ(readFile(folder.path("a/b/new"), 99).bytes, "x");
-  EXPECT_TRUE(fs::is_symlink(folder.path("dangling")) && fs::is_symlink(folder.path("a/dangling")));
-
-  fs::create_symlink("loop", folder.path("loop"));
-  fs::create_symlink("none/file", folder.path("nowhere"));
-  EXPECT_EQ(writeFileAtomically(folder.path("loop"), "x"), std::errc::too_many_symbolic_link_levels);
-  EXPECT_EQ(writeFileAtomically(folder.path("nowhere"), "x"), std::errc::no_such_file_or_directory);
   for (int i = 1; i <= 41; ++i) {
     fs::create_symlink(i == 1 ? "target" : std::to_string(i - 1), folder.path(std::to_string(i)));
   }
@@ -290,29 +242,25 @@ TEST(AtomicFile, FollowsLinks) {
 TEST(AtomicFile, SurvivesKills) {
   const TemporaryFolder folder;
   const std::string path = folder.path("file");
-  put(path, std::string(50000 + 'a', 'a'));
+  const auto contents = [](char letter) { return std::string(50000 + static_cast<std::size_t>(letter), letter); };
+  put(path, contents('a'));
   std::mt19937 random(20260131);
   std::set<char> seen;
   for (int i = 0; i < 150; ++i) {
     const pid_t child = inChild([&] {
       FaultySystemCalls quick;
-      for (int letter = i;; ++letter) {
-        const char c = static_cast<char>('a' + letter % 26);
-        if (writeFileAtomically(path, std::string(50000 + static_cast<std::size_t>(c), c), quick)) _exit(1);
-      }
+      for (int letter = i;; ++letter)
+        if (writeFileAtomically(path, contents(static_cast<char>('a' + letter % 26)), quick)) _exit(1);
     });
-    ASSERT_GT(child, 0);
     ::usleep(static_cast<useconds_t>(random() % 4000));
     ASSERT_EQ(::kill(child, SIGKILL), 0);
     int status = 0;
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFSIGNALED(status)) << "a save failed";
-    const FileContents contents = readFile(path, noLimit);
-    ASSERT_FALSE(contents.error) << contents.error;
-    ASSERT_FALSE(contents.bytes.empty());
-    const char c = contents.bytes[0];
-    ASSERT_TRUE(contents.bytes == std::string(50000 + static_cast<std::size_t>(c), c));
-    seen.insert(c);
+    const FileContents after = readFile(path, noLimit);
+    ASSERT_FALSE(after.error || after.bytes.empty()) << after.error;
+    ASSERT_TRUE(after.bytes == contents(after.bytes[0]));
+    seen.insert(after.bytes[0]);
   }
   EXPECT_GT(seen.size(), 3);
   EXPECT_THAT(withoutTemporary(folder.names()), ElementsAre("file"));
@@ -373,13 +321,11 @@ TEST(AtomicFile, SetsAsideWithoutReplacing) {
     if (round == 3) fs::remove(path + ".damaged-1");
     std::string aside;
     EXPECT_FALSE(setAside(path, &aside, calls));
-    const std::string expected = path + ".damaged-" + (round == 2 ? "2" : "1");
-    EXPECT_EQ(aside, expected);
+    EXPECT_EQ(aside, path + ".damaged-" + (round == 2 ? "2" : "1"));
     EXPECT_EQ(readFile(aside, 99).bytes, std::to_string(round));
     EXPECT_FALSE(fs::exists(path));
   }
   EXPECT_EQ(setAside(path, nullptr), std::errc::no_such_file_or_directory);
-  EXPECT_EQ(readFile(path + ".damaged-2", 99).bytes, "2");
 
   put(path, "3");
   fs::create_symlink("file", folder.path("link"));
@@ -388,36 +334,18 @@ TEST(AtomicFile, SetsAsideWithoutReplacing) {
   EXPECT_EQ(readFile(path + ".damaged-3", 99).bytes, "3");
 }
 
-// Neither can it rename without replacing, nor does the call of that name succeed.
-struct OnlyLinks : FaultySystemCalls {
-  const char* broken;
-  explicit OnlyLinks(const char* call) : broken(call) {}
-  int renameWithoutReplacing(const char*, const char*) noexcept override { return errno = EINVAL, -1; }
-  int link(const char* from, const char* to) noexcept override {
-    return broken == "link"s ? (errno = EPERM, -1) : SystemCalls::link(from, to);
-  }
-  int unlink(const char* path) noexcept override {
-    return broken == "unlink"s && path == myOnly ? (errno = EACCES, -1) : SystemCalls::unlink(path);
-  }
-  std::string myOnly;
-};
-
-TEST(AtomicFile, SetsAsideWithLinks) {
+TEST(AtomicFile, WhatCannotBeSetAsideStays) {
+  // The file is linked to its new name, and then cannot be unlinked from its old one.
+  struct OnlyLinks : FaultySystemCalls {
+    int renameWithoutReplacing(const char*, const char*) noexcept override { return errno = EINVAL, -1; }
+    int unlink(const char* path) noexcept override {
+      return std::string_view(path).ends_with("file") ? (errno = EACCES, -1) : SystemCalls::unlink(path);
+    }
+  } calls;
   const TemporaryFolder folder;
   put(folder.path("file"), "1");
-  put(folder.path("file.damaged-1"), "0");
-  for (const char* broken : {"link", "unlink", ""}) {
-    OnlyLinks calls(broken);
-    calls.myOnly = folder.path("file");
-    std::string aside = "untouched";
-    EXPECT_EQ(!setAside(folder.path("file"), &aside, calls), *broken == 0) << broken;
-    if (*broken) {
-      EXPECT_EQ(aside, "untouched");
-      EXPECT_THAT(folder.names(), ElementsAre("file", "file.damaged-1"));
-    }
-  }
-  EXPECT_THAT(folder.names(), ElementsAre("file.damaged-1", "file.damaged-2"));
-  EXPECT_EQ(readFile(folder.path("file.damaged-1"), 99).bytes, "0");
+  EXPECT_EQ(setAside(folder.path("file"), nullptr, calls), std::errc::permission_denied);
+  EXPECT_THAT(folder.names(), ElementsAre("file"));
 }
 
 }  // namespace
