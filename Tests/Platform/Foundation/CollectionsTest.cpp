@@ -27,13 +27,11 @@ auto isBeyond(const char* operation, const char* index) {
 
 TEST(NSArray, ElementsAreFoundByEquality) {
   const auto array = NSArray::arrayWithObjects({box(u"a"), box(1), box(1.0), NSNull::null()});
-  EXPECT_EQ(array->indexOfObject(box(true)), 1U);
   EXPECT_EQ(array->indexOfObject(NSNull::null()), 3U);
   EXPECT_TRUE(array->containsObject(std::make_shared<NSMutableString>(u"a")));
   EXPECT_EQ(array->indexOfObject(box(u"b")), NSArray::NSNotFound);
   EXPECT_EQ(array->indexOfObject(nullptr), NSArray::NSNotFound);
   EXPECT_TRUE(array->firstObject() == array->objectAtIndex(0) && array->lastObject() == NSNull::null());
-  EXPECT_TRUE(NSArray().firstObject() == nullptr && NSArray().lastObject() == nullptr);
   EXPECT_EQ(description(array->valueForKey(u"@count")), u"4");
   EXPECT_THAT([&] { array->valueForKey(u"@max"); }, refuses("'@max'"));
 }
@@ -51,15 +49,9 @@ TEST(NSArray, ChangesAndRefusals) {
   EXPECT_THAT([&] { array.removeObjectAtIndex(NSNotFound); }, isBeyond("removeObjectAtIndex:", "18446744073709551615"));
   EXPECT_THAT([&] { array.replaceObjectAtIndex(3, box(1)); }, isBeyond("replaceObjectAtIndex:withObject:", "index 3"));
   EXPECT_THAT([&] { array.addObject(nullptr); }, refuses("addObject:"));
-  EXPECT_THAT([&] { array.insertObject(nullptr, 0); }, refuses("insertObject:atIndex:"));
   EXPECT_THAT([&] { array.replaceObjectAtIndex(0, nullptr); }, refuses("replaceObjectAtIndex:withObject:"));
   EXPECT_THAT([&] { NSArray::arrayWithObjects({box(1), nullptr}); }, refuses("nil"));
   EXPECT_TRUE(array.isEqual(*abc)) << "what was refused changed something";
-  array.removeObjectAtIndex(0);
-  array.removeLastObject();
-  EXPECT_TRUE(array.isEqual(*NSArray::arrayWithObjects({box(u"b")})));
-  array.removeAllObjects();
-  EXPECT_THAT([&] { array.removeLastObject(); }, isBeyond("removeLastObject", "0"));
 }
 
 TEST(NSDictionary, EntriesAreInOrderOfTheirKeys) {
@@ -67,10 +59,8 @@ TEST(NSDictionary, EntriesAreInOrderOfTheirKeys) {
   for (const TextView key : {u"b", u"\xE000", u"\xD800\xDC00", u"", u"a", u"B"}) dictionary.setObject(box(key), key);
   EXPECT_THAT(dictionary.allKeys(), testing::ElementsAre(u"", u"B", u"a", u"b", u"\xD800\xDC00", u"\xE000"));
   for (const TextView key : {u"", u"\xE000", u"\xD800\xDC00", u"none"}) dictionary.removeObjectForKey(key);
-  dictionary.setObject(box(3), u"a");
   dictionary.setValueForKey(nullptr, u"b");
-  dictionary.setValueForKey(nullptr, u"none");
-  EXPECT_TRUE(dictionary.isEqual(*NSDictionary::dictionaryWithEntries({{u"B", box(u"B")}, {u"a", box(3)}})));
+  EXPECT_TRUE(dictionary.isEqual(*NSDictionary::dictionaryWithEntries({{u"B", box(u"B")}, {u"a", box(u"a")}})));
   EXPECT_EQ(description(dictionary.valueForKey(u"@count")), u"2");
 
   const auto names = [](const char* operation) {
@@ -102,11 +92,6 @@ TEST(Collections, DescribeThemselvesIndented) {
   endless->addObject(NSDictionary::dictionaryWithEntries({{u"self", endless}}));
   EXPECT_EQ(endless->description(), u"(\n    (...),\n    {\n        self = (...);\n    }\n)");
   endless->removeAllObjects();
-  Ref<NSObject> deep = box(1);
-  for (int level = 0; level < 2000; ++level) deep = NSArray::arrayWithObjects({deep});
-  const Text cut = deep->description();
-  EXPECT_NE(cut.find(u"(...)"), Text::npos);
-  EXPECT_EQ(std::count(cut.begin(), cut.end(), u'('), 514);
 }
 
 // What holds for each class with a mutable form: copies are equal and apart, immutable objects give themselves.
@@ -141,9 +126,6 @@ TEST(Collections, CopiesAreEqualAndApart) {
                [](const auto& copy) { as<NSMutableArray>(copy)->addObject(box(2)); });
   expectCopies(NSDictionary::dictionaryWithEntries({{u"k", box(1)}}),
                [](const auto& copy) { as<NSMutableDictionary>(copy)->setObject(box(2), u"k"); });
-  const Ref<NSObject> element = box(1);
-  EXPECT_EQ(as<NSArray>(NSArray::arrayWithObjects({element})->mutableCopy())->firstObject(), element)
-      << "elements are shared";
 }
 
 TEST(Collections, EqualityIsDeep) {
@@ -152,20 +134,6 @@ TEST(Collections, EqualityIsDeep) {
   };
   EXPECT_TRUE(isEqual(nested(u"k", 1), nested(u"k", 1)) && nested(u"k", 1)->hash() == nested(u"k", 1)->hash());
   EXPECT_FALSE(isEqual(nested(u"k", 1), nested(u"k", 2)) || isEqual(nested(u"k", 1), nested(u"l", 1)));
-  EXPECT_FALSE(NSArray::arrayWithObjects({box(1)})->isEqual(*NSArray::arrayWithObjects({box(1), box(1)})));
-}
-
-TEST(ElementTraits, ReferencesPointersAndPlainValues) {
-  using References = ElementTraits<Ref<NSObject>>;
-  const Ref<NSObject> a = box(u"text");
-  const Ref<NSObject> b = box(u"text");
-  EXPECT_TRUE(References::equal(a, b) && !References::equal(a, nullptr) && References::isNil(References::nil()));
-  EXPECT_EQ(References::hash(a), References::hash(b));
-  EXPECT_EQ(References::text(a), u"text");
-  EXPECT_EQ(References::text(box(1)), std::nullopt);
-  EXPECT_EQ(References::text(nullptr), std::nullopt);
-  using Pointers = ElementTraits<NSObject*>;
-  EXPECT_TRUE(!Pointers::equal(a.get(), b.get()) && Pointers::isNil(nullptr) && !Pointers::isNil(a.get()));
 }
 
 // Nested in turn, so that each kind meets the other.
