@@ -53,11 +53,9 @@ TEST(Format, PrintsEachKind) {
   } rows[] = {
       {format(u"100%%"), u"100%"},
       {format(u"%s %s:%d - %@", "l\xC3\xA9", "\xFF", 7, Text(u"100% \xD800")), u"l\xE9 \xFFFD:7 - 100% \xD800"},
-      {format(u"'%@' '%@' '%@'", Text(), TextView(), std::optional<Text>(u"t")), u"'' '' 't'"},
       {format(u"%@ %@ %s", object, *object, noBytes), u"nested %@ nested %@ (null)"},
       {format(u"%s|%s", std::string("a\0b", 3), std::string_view()), Text(u"a\0b|", 4)},
       {format(u"%@ %@ %@ %@", nothing, noObject, std::optional<TextView>(), nullptr), u"(null) (null) (null) (null)"},
-      {format(u"%d %d %ld", true, static_cast<signed char>(-1), -5L), u"1 -1 -5"},
       {format(u"%ld %d", std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int32_t>::min()),
        u"-9223372036854775808 -2147483648"},
       {format(u"%lu %u", std::numeric_limits<std::uint64_t>::max(), std::uint8_t{255}), u"18446744073709551615 255"},
@@ -68,9 +66,6 @@ TEST(Format, PrintsEachKind) {
       {format(u"%.0f %.1f %f %.99f", 2.5, 0.25, 1.5F, 0.0), u"2 0.2 1.500000 0." + Text(99, u'0')},
   };
   for (const auto& row : rows) EXPECT_EQ(row.actual, row.expected);
-  EXPECT_EQ(format(u"%@", object.get()), u"nested %@");
-  EXPECT_EQ(format(u"%p", static_cast<const NSObject*>(object.get())), format(u"%p", static_cast<void*>(object.get())));
-  EXPECT_EQ(format(u"%@", static_cast<const char16_t*>(nullptr)), u"(null)");
 }
 
 std::string printedByC(const char* conversion, ...) __attribute__((format(printf, 1, 2)));
