@@ -20,7 +20,6 @@ TEST(HTMLPlainText, Renders) {
       {u"a<b>b</b><x>c</x><p></p>", u"abc"},
       // White space.
       {u" a \n\t <b> b</b>\f c&nbsp; &#32;&#10;", u"a b c\xA0"},
-      {u"a  b<p> c </p> d", u"a b\nc\nd"},
       {u"a <i> b </i> c", u"a b c"},
       {u"a<pre>\n  b\r\n\rc\n</pre>d  e", u"a\n  b\n\nc\nd e"},
       {u"<textarea>\n a&amp;<b>\0</textarea> x"sv, u" a&<b>\xFFFD\nx"},
@@ -44,10 +43,7 @@ TEST(HTMLPlainText, Renders) {
       {u"<script><!--<script></script>a</script>b--></script>c", u"b-->c"},
       {u"<script><!--></script>a<script><!--<script>--></script>b", u"ab"},
       {u"<style></styles></style x>a<title></TITLE/>b", u"ab"},
-      {u"a</", u"a</"},
       {u"a</><", u"a<"},
-      {u"a<b c", u"a"},
-      {u"a<!--b", u"a"},
       {u"a<title>b", u"a"},
       {u"a\0b<\0c"sv, u"ab<c"},
       {u"\xD800<b>\xDC00", u"\xD800\xDC00"},
@@ -76,7 +72,6 @@ TEST(HTMLPlainText, ReadsBytesInTheEncodingThatTheySay) {
       {"<meta charset=utf-7>+AGE-", u"+AGE-"},
       {"<meta charset=nobody-knows>\x80", u"\x20AC"},
       {"<meta charset=shift_jis>\x93\x8C", u"\x6771"},
-      {"<meta charset", u""},
   };
   for (const auto& [bytes, text] : rows) EXPECT_EQ(plainTextOfHTML(bytes), text) << bytes;
 }
