@@ -1,18 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <functional>
-#include <iterator>
 #include <memory>
-#include <random>
 #include <stdexcept>
 #include <vector>
 
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/NSDictionary.h"
 #include "Platform/Foundation/NSKeyValueMutableArray.h"
-#include "Platform/Foundation/NSKeyValueObserving.h"
 #include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/Properties.h"
 #include "Support/CapturedSystemLog.h"
@@ -354,149 +350,6 @@ TEST(Observing, CopiesAreNotObserved) {
   original = copy;
   original.setValue(3);
   EXPECT_EQ(listener.take(), Texts{u"value of N3 set: 2 -> 3"});
-}
-
-// Nodes that point at each other, listeners with key paths of up to four keys, all of them dying now and then, against
-// a plain list of registrations whose way is walked anew at each change.
-class RandomObserving {
- public:
-  explicit RandomObserving(unsigned seed) : myRandom(seed) {
-    for (auto& node : myNodes) node = std::make_shared<Node>(static_cast<int>(below(100)));
-    for (auto& listener : myListeners) listener = std::make_unique<Listener>();
-  }
-
-  void step() {
-    const std::size_t node = below(std::size(myNodes)), listener = below(std::size(myListeners));
-    switch (below(8)) {
-      case 0:
-      case 1:
-        return add(node, listener);
-      case 2:
-        return remove(node, listener);
-      case 3:
-      case 4:
-        return change(node, u"value", [&] { myNodes[node]->setValue(static_cast<int>(below(100))); });
-      case 5:
-      case 6: {
-        const Ref<Node> next = below(4) == 0 ? nullptr : myNodes[below(std::size(myNodes))];
-        return change(node, u"next", [&] { myNodes[node]->setNext(next); });
-      }
-      default:
-        return below(4) > 0 ? void() : below(2) == 0 ? killListener(listener) : replaceNode(node);
-    }
-  }
-  // Nodes that point at each other hold each other.
-  void end() {
-    for (const auto& node : myNodes) node->setNext(nullptr);
-  }
-
- private:
-  struct Registration {
-    std::size_t node, listener;
-    std::size_t steps;
-    std::intptr_t number;
-  };
-
-  std::size_t below(std::size_t limit) { return myRandom() % limit; }
-  static Text path(std::size_t steps) {
-    Text text;
-    for (std::size_t i = 0; i < steps; ++i) text += u"next.";
-    return text + u"value";
-  }
-
-  void add(std::size_t node, std::size_t listener) {
-    const std::size_t steps = below(4);
-    myNodes[node]->addObserver(*myListeners[listener], path(steps), both, context(++myLatestNumber));
-    myRegistrations.push_back({node, listener, steps, myLatestNumber});
-  }
-
-  void remove(std::size_t node, std::size_t listener) {
-    const std::size_t steps = below(4);
-    const auto place = std::find_if(myRegistrations.rbegin(), myRegistrations.rend(), [&](const auto& one) {
-      return one.node == node && one.listener == listener && one.steps == steps;
-    });
-    const auto work = [&] { myNodes[node]->removeObserver(*myListeners[listener], path(steps)); };
-    if (place == myRegistrations.rend()) {
-      EXPECT_THROW(work(), std::invalid_argument);
-    } else {
-      work();
-      myRegistrations.erase(std::next(place).base());
-    }
-  }
-
-  // Whether the key of the node is on the way of the registration.
-  bool concerns(const Registration& one, const Node* changed, TextView key) const {
-    const Node* node = myNodes[one.node].get();
-    for (std::size_t step = 0; node && step < one.steps; ++step, node = node->next().get())
-      if (node == changed && key == u"next") return true;
-    return node && node == changed && key == u"value";
-  }
-  Text value(const Registration& one) const {
-    return description(nullForNil(myNodes[one.node]->valueForKeyPath(path(one.steps))));
-  }
-  static Ref<NSObject> nullForNil(Ref<NSObject> value) { return value ? value : NSNull::null(); }
-
-  template <class Work>
-  void change(std::size_t node, TextView key, Work work) {
-    std::vector<Registration> concerned;
-    Texts oldValues;
-    for (const Registration& one : myRegistrations)
-      if (concerns(one, myNodes[node].get(), key)) {
-        concerned.push_back(one);
-        oldValues.push_back(value(one));
-      }
-    // The former neighbour outlives the change, so that the old values can be told from it.
-    const Ref<Node> neighbour = myNodes[node]->next();
-    work();
-    std::vector<Texts> expected(std::size(myListeners));
-    for (std::size_t i = 0; i < concerned.size(); ++i) {
-      const Registration& one = concerned[i];
-      // A path that comes by the changed object twice reads its old value from what has changed already.
-      const bool isTwice = key == u"next" && one.steps > 1;
-      expected[one.listener].push_back(format(u"%@ of %@[%ld] set: %@ -> %@", path(one.steps),
-                                              myNodes[one.node]->description(), one.number,
-                                              isTwice ? Text(u"*") : oldValues[i], value(one)));
-    }
-    for (std::size_t i = 0; i < std::size(myListeners); ++i) {
-      Texts heard = myListeners[i]->take();
-      for (Text& text : heard)
-        if (key == u"next" && text.starts_with(u"next.next.")) {
-          const std::size_t start = text.find(u": ") + 2;
-          text.replace(start, text.find(u" ->") - start, u"*");
-        }
-      std::sort(heard.begin(), heard.end());
-      std::sort(expected[i].begin(), expected[i].end());
-      EXPECT_EQ(heard, expected[i]);
-    }
-  }
-
-  void killListener(std::size_t listener) {
-    myListeners[listener] = std::make_unique<Listener>();
-    std::erase_if(myRegistrations, [&](const auto& one) { return one.listener == listener; });
-  }
-  void replaceNode(std::size_t node) {
-    for (std::size_t i = 0; i < std::size(myNodes); ++i)
-      if (myNodes[i]->next() == myNodes[node]) change(i, u"next", [&] { myNodes[i]->setNext(nullptr); });
-    const std::weak_ptr<Node> old = myNodes[node];
-    myNodes[node] = std::make_shared<Node>(static_cast<int>(below(100)));
-    EXPECT_TRUE(old.expired());
-    std::erase_if(myRegistrations, [&](const auto& one) { return one.node == node; });
-  }
-
-  std::mt19937 myRandom;
-  Ref<Node> myNodes[5];
-  std::unique_ptr<Listener> myListeners[3];
-  std::vector<Registration> myRegistrations;
-  std::intptr_t myLatestNumber = 0;
-};
-
-TEST(Observing, RandomSequencesMatchAPlainModel) {
-  for (unsigned seed = 0; seed < 40 && !testing::Test::HasFailure(); ++seed) {
-    SCOPED_TRACE(seed);
-    RandomObserving all(seed);
-    for (int step = 0; step < 500 && !testing::Test::HasFailure(); ++step) all.step();
-    all.end();
-  }
 }
 
 }  // namespace
