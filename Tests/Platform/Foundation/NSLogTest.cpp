@@ -5,11 +5,8 @@
 #include <time.h>
 #include <unistd.h>
 
-#include <map>
-#include <sstream>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "Platform/Foundation/NSLog.h"
@@ -72,32 +69,6 @@ TEST(NSLog, SinksMayLogAndReplaceThemselves) {
   systemLog(u"later");
   EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::MatchesRegex(".*] from within\n.*] later\n"));
   EXPECT_THAT(messages, testing::ElementsAre(name + u": outer"));
-}
-
-// Threads that write while others replace the sink: each message arrives once, whole and alone, wherever it arrives.
-TEST(NSLog, ThreadsWriteWholeLines) {
-  constexpr int threads = 4;
-  constexpr int messages = 200;
-  const Text filling(500, u'x');
-  std::map<Text, int> counted;
-  testing::internal::CaptureStderr();
-  {
-    std::vector<std::jthread> running;
-    for (int thread = 0; thread < threads; ++thread)
-      running.emplace_back([&, thread] {
-        for (int i = 0; i < messages; ++i) {
-          NSLog(u"<%@ %d.%d>", filling, thread, i);
-          if (thread == 0 && i % 20 == 0) setSystemLogSink([&counted](TextView message) { ++counted[Text(message)]; });
-          if (thread == 0 && i % 20 == 10) setSystemLogSink(nullptr);
-        }
-      });
-  }
-  setSystemLogSink(nullptr);
-  std::istringstream output(testing::internal::GetCapturedStderr());
-  for (std::string line; std::getline(output, line);) ++counted[textFromUTF8(line.substr(line.find("] ") + 2))];
-  EXPECT_EQ(counted.size(), std::size_t{threads * messages});
-  for (int thread = 0; thread < threads; ++thread)
-    for (int i = 0; i < messages; ++i) ASSERT_EQ(counted[format(u"<%@ %d.%d>", filling, thread, i)], 1);
 }
 
 }  // namespace
