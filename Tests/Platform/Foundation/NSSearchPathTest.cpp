@@ -38,7 +38,6 @@ TEST_F(NSSearchPathTest, FindsTheFoldersOfEachDomain) {
   EXPECT_THAT(find(NSLibraryDirectory, NSAllDomainsMask),
               ElementsAre(u"/home/ann/.local/share", u"/usr/local/share", u"/usr/share"));
   EXPECT_THAT(find(NSApplicationSupportDirectory, NSUserDomainMask, false), ElementsAre(u"~/.local/share"));
-  EXPECT_THAT(find(NSLibraryDirectory, NSNetworkDomainMask), ElementsAre());
   EXPECT_THAT(find(NSCachesDirectory, NSAllDomainsMask), ElementsAre(u"/home/ann/.cache", u"/var/cache"));
   setenv("XDG_DATA_HOME", "relative", 1);
   setenv("XDG_CACHE_HOME", "/caches", 1);
