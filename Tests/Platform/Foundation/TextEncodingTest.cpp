@@ -94,8 +94,6 @@ TEST(TextEncoding, DecodesIllFormedBytesByMaximalSubparts) {
       u"d";
   EXPECT_EQ(textFromUTF8(bytes), text);
   EXPECT_EQ(plainlyDecoded(bytes, false), text);
-  EXPECT_GE(textFromUTF8(bytes).capacity(), bytes.size());
-  EXPECT_EQ(textFromUTF8("\xED\xA0\x80"), u"\xFFFD\xFFFD\xFFFD");
   EXPECT_EQ(textFromUTF8("\xEF\xBB\xBF"
                          "a"),
             u"\xFEFF"
@@ -105,24 +103,6 @@ TEST(TextEncoding, DecodesIllFormedBytesByMaximalSubparts) {
 TEST(TextEncoding, DecodesEveryPairOfBytes) {
   for (char32_t pair = 0; pair < 0x10000 && !testing::Test::HasFailure(); ++pair)
     expectDecodes({byteOf(pair / 256), byteOf(pair % 256), 'A'});
-}
-
-// Pieces that are random, cut short or whole, behind some ASCII so that they stand at any place within a machine word.
-TEST(TextEncoding, DecodesRandomBytes) {
-  std::mt19937 random(1);
-  const auto below = [&random](std::size_t limit) { return random() % limit; };
-  for (int round = 0; round < 3000 && !testing::Test::HasFailure(); ++round) {
-    std::string bytes;
-    for (std::size_t pieces = below(16); pieces > 0; --pieces) {
-      const std::string& whole = allEncodings()[below(2) ? below(allEncodings().size()) : below(0x1000)];
-      const std::size_t kind = below(4);
-      if (kind == 0) bytes.append(below(20), 'x');
-      if (kind == 1) bytes += byteOf(static_cast<char32_t>(0x80 + below(0x80)));
-      if (kind == 2) bytes += whole.substr(0, 1 + below(whole.size()));
-      if (kind == 3) bytes += whole;
-    }
-    expectDecodes(bytes);
-  }
 }
 
 TEST(TextEncoding, EncodesUnpairedSurrogates) {
@@ -154,7 +134,6 @@ TEST(TextEncoding, ISOLatin1IsTheFirst256CodeUnits) {
   }
   EXPECT_EQ(isoLatin1(text), bytes);
   EXPECT_EQ(textFromISOLatin1(bytes), text);
-  EXPECT_EQ(isoLatin1(u""), ""s);
   for (const TextView beyond : {u"\x100"sv, u"aaaaaaaaaaaaaaaaa\x141"sv, u"\xFF00zzzzzzzzzzzzzzzzz"sv})
     EXPECT_EQ(isoLatin1(beyond), std::nullopt) << utf8(beyond);
 }
