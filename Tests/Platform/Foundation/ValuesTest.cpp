@@ -32,14 +32,6 @@ TEST(NSDate, DescriptionIsUTCCutTowardThePast) {
     EXPECT_EQ(NSDate::dateWithTimeIntervalSinceReferenceDate(row.seconds).description(), row.text) << row.seconds;
 }
 
-TEST(NSDate, EpochsAndEquality) {
-  EXPECT_NEAR(NSDate().timeIntervalSince1970(), static_cast<double>(std::time(nullptr)), 5);
-  EXPECT_EQ(NSDate::dateWithTimeIntervalSince1970(0).description(), u"1970-01-01 00:00:00 +0000");
-  const NSDate zero = NSDate::dateWithTimeIntervalSinceReferenceDate(0);
-  const NSDate minusZero = NSDate::dateWithTimeIntervalSinceReferenceDate(-0.0);
-  EXPECT_TRUE(zero.isEqual(minusZero) && zero.hash() == minusZero.hash() && zero.copy()->isEqual(zero));
-}
-
 TEST(NSData, BytesAsAnObject) {
   using Bytes = std::vector<std::uint8_t>;
   EXPECT_EQ(NSData().description(), u"<>");
