@@ -87,15 +87,5 @@ TEST_F(SitemapTest, HugeDeepAndSlowOnesGiveTheDefault) {
   EXPECT_TRUE(log.take().empty());
 }
 
-TEST_F(SitemapTest, KeepsTheLinksOfTheHost) {
-  EXPECT_EQ(environment.linkToFAQPage(), std::nullopt);
-  environment.setLinkToFAQPage(u"faq");
-  environment.setLinkToHelpPage(u"help");
-  EXPECT_EQ(environment.linkToFAQPage(), u"faq");
-  environment.setLinkToFAQPage(std::nullopt);
-  EXPECT_EQ(environment.linkToFAQPage(), std::nullopt);
-  EXPECT_EQ(environment.linkToHelpPage(), u"help");
-}
-
 }  // namespace
 }  // namespace kelvane
