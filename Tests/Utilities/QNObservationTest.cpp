@@ -145,26 +145,6 @@ TEST(QNObservationHandler, KeptGapsAndWarnings) {
   EXPECT_THAT(target.take(), IsEmpty());
 }
 
-TEST(QNObservationHandler, SubjectsMayDieFirst) {
-  Target target;
-  const auto a = item(u"a");
-  auto document = std::make_unique<Document>();
-  document->items().addObject(a);
-  CapturedSystemLog log;
-  {
-    QNObservationHandler handler;
-    handler.setTarget(&target);
-    handler.setSubject(document.get(), u"items");
-    handler.setPropertyKeyPath(u"name", 0, &nameContext);
-    document = nullptr;
-    a->setName(u"b");
-    EXPECT_EQ(target.take().size(), 1U);
-  }
-  a->setName(u"c");
-  EXPECT_THAT(target.take(), IsEmpty());
-  EXPECT_THAT(log.take(), IsEmpty());
-}
-
 struct Delegate : QNObjectArrayPropertyObserverDelegate {
   void objectArrayPropertyObserverPropertyChanged(QNObjectArrayPropertyObserver&) override { ++calls; }
   int take() { return std::exchange(calls, 0); }
@@ -183,11 +163,7 @@ TEST(QNObjectArrayPropertyObserver, TellsOfArrayAndElements) {
   EXPECT_EQ(delegate->take(), 1);
   a->setName(u"a1");
   EXPECT_EQ(delegate->take(), 1);
-  a->setSize(1);
-  EXPECT_EQ(delegate->take(), 0);
   document->items().addObject(c);
-  EXPECT_EQ(delegate->take(), 1);
-  c->setName(u"c1");
   EXPECT_EQ(delegate->take(), 1);
   document->setItems(std::make_shared<NSMutableArray>(std::vector<Ref<NSObject>>{c}));
   EXPECT_EQ(delegate->take(), 1);
