@@ -89,31 +89,26 @@ void RectTreeLinks::insertLinks(Link node) {
   }
 }
 
-void RectTreeLinks::setLinks(Link left, Link right) {
-  storeLink(myLeftNode, std::move(left));
-  storeLink(myRightNode, std::move(right));
+void RectTreeLinks::bringUp(Link RectTreeLinks::*side, Link RectTreeLinks::*otherSide) {
+  RectTreeLinks& child = *(this->*side);
+  swapPayload(child);
+  const Link outer = child.*side;
+  const Link inner = child.*otherSide;
+  const Link other = this->*otherSide;
+  storeLink(this->*otherSide, this->*side);
+  storeLink(this->*side, outer);
+  child.storeLink(child.*side, inner);
+  child.storeLink(child.*otherSide, other);
 }
 
 void RectTreeLinks::rotateLeft() {
   requireChild("rotateLeft", myRightNode);
-  const Link right = myRightNode;
-  swapPayload(*right);
-  const Link outer = right->myRightNode;
-  const Link inner = right->myLeftNode;
-  const Link left = myLeftNode;
-  setLinks(right, outer);
-  right->setLinks(left, inner);
+  bringUp(&RectTreeLinks::myRightNode, &RectTreeLinks::myLeftNode);
 }
 
 void RectTreeLinks::rotateRight() {
   requireChild("rotateRight", myLeftNode);
-  const Link left = myLeftNode;
-  swapPayload(*left);
-  const Link outer = left->myLeftNode;
-  const Link inner = left->myRightNode;
-  const Link right = myRightNode;
-  setLinks(outer, left);
-  left->setLinks(inner, right);
+  bringUp(&RectTreeLinks::myLeftNode, &RectTreeLinks::myRightNode);
 }
 
 void RectTreeLinks::rotateLeftRight() {

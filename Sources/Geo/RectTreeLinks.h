@@ -89,7 +89,8 @@ class KELVANE_EXPORT RectTreeLinks {
   static Shape measure(const RectTreeLinks* node);
   // Balances the node, whose children have these shapes.
   Shape balanceWith(const Shape& left, const Shape& right);
-  void setLinks(Link left, Link right);
+  // Turns the node and the child on one side, which is not null, so that the child comes up.
+  void bringUp(Link RectTreeLinks::*side, Link RectTreeLinks::*otherSide);
 };
 
 // "Tree node has no key."
