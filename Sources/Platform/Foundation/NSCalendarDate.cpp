@@ -1,6 +1,7 @@
 #include "Platform/Foundation/NSCalendarDate.h"
 
 #include <cstdlib>
+#include <optional>
 
 #include "Platform/Foundation/CivilTime.h"
 #include "Platform/Foundation/Format.h"
@@ -8,37 +9,38 @@
 namespace kelvane {
 namespace {
 
+// What a conversion of two digits shows; nothing for another letter.
+std::optional<unsigned> twoDigits(char16_t letter, const CivilTime& time) {
+  switch (letter) {
+    case u'm':
+      return time.month;
+    case u'd':
+      return time.day;
+    case u'H':
+      return time.hour;
+    case u'M':
+      return time.minute;
+    case u'S':
+      return time.second;
+    default:
+      return std::nullopt;
+  }
+}
+
 // Appends what a conversion stands for; false when there is none of that letter.
 bool appendConversion(Text& text, char16_t letter, const CivilTime& time, std::int32_t offset) {
   const std::int32_t minutes = std::abs(offset) / 60;
-  switch (letter) {
-    case u'Y':
-      text += format(u"%04u", time.year);
-      return true;
-    case u'm':
-      text += format(u"%02u", time.month);
-      return true;
-    case u'd':
-      text += format(u"%02u", time.day);
-      return true;
-    case u'H':
-      text += format(u"%02u", time.hour);
-      return true;
-    case u'M':
-      text += format(u"%02u", time.minute);
-      return true;
-    case u'S':
-      text += format(u"%02u", time.second);
-      return true;
-    case u'z':
-      text += format(u"%s%02d%02d", offset < 0 ? "-" : "+", minutes / 60, minutes % 60);
-      return true;
-    case u'%':
-      text += u'%';
-      return true;
-    default:
-      return false;
-  }
+  if (const auto number = twoDigits(letter, time))
+    text += format(u"%02u", *number);
+  else if (letter == u'Y')
+    text += format(u"%04u", time.year);
+  else if (letter == u'z')
+    text += format(u"%s%02d%02d", offset < 0 ? "-" : "+", minutes / 60, minutes % 60);
+  else if (letter == u'%')
+    text += u'%';
+  else
+    return false;
+  return true;
 }
 
 }  // namespace
