@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 
 namespace kelvane {
@@ -15,6 +17,16 @@ TemporaryFolder::TemporaryFolder() : myPath(std::filesystem::temp_directory_path
 TemporaryFolder::~TemporaryFolder() {
   std::error_code ignored;
   std::filesystem::remove_all(myPath, ignored);
+}
+
+void TemporaryFolder::write(const std::string& name, std::string_view bytes) const {
+  std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
+  std::ofstream(path(name), std::ios::binary) << bytes;
+}
+
+std::string TemporaryFolder::bytes(const std::string& name) const {
+  std::ifstream file(path(name), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 std::vector<std::string> TemporaryFolder::names() const {

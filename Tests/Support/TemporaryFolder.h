@@ -1,7 +1,10 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "Platform/Foundation/TextEncoding.h"
 
 namespace kelvane {
 
@@ -16,6 +19,12 @@ class TemporaryFolder {
   // Absolute, without a slash at the end.
   const std::string& path() const { return myPath; }
   std::string path(const std::string& name) const { return myPath + "/" + name; }
+  // The same as text.
+  Text text(const std::string& name) const { return textFromFileSystem(path(name)); }
+  // Writes a file, and makes the folders that it is to stand in.
+  void write(const std::string& name, std::string_view bytes) const;
+  // What a file holds; empty for none.
+  std::string bytes(const std::string& name) const;
   // The names of what is in the folder, sorted.
   std::vector<std::string> names() const;
   // Removes all that is in the folder.
