@@ -1,15 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Collections/QNBucketDictionary.h"
 #include "Platform/Foundation/Boxing.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(QNBucketDictionary, GroupsByKey) {
   QNBucketDictionary<Text, int> byTown;
