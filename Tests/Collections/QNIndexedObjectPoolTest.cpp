@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <functional>
 #include <stdexcept>
@@ -8,7 +5,7 @@
 
 #include "Collections/QNIndexedObjectPool.h"
 #include "Support/CapturedSystemLog.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
