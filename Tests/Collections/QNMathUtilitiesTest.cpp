@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,6 +9,7 @@
 #include "Collections/QNMathUtilities.h"
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/RandomBytes.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
