@@ -1,12 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <numeric>
 #include <random>
 
 #include "Collections/QNRandomArray.h"
 #include "Extensions/NSArray-QNExtensions.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
