@@ -1,19 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <limits>
-
 #include "Collections/QNStack.h"
 #include "Platform/Foundation/Boxing.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::ThrowsMessage;
 
 QNStack<Text> abc() {
   QNStack<Text> stack(1);
