@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <initializer_list>
 #include <random>
@@ -14,15 +11,12 @@
 #include "Platform/Foundation/TextNumbers.h"
 #include "Support/Process.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
 
 using namespace std::literals;
-
-using testing::HasSubstr;
-using testing::ThrowsMessage;
 
 // Each run's text and style: "Hello [12]bold[b12]"; "[]" where there are no attributes.
 Text runsOf(const NSAttributedString& text) {
