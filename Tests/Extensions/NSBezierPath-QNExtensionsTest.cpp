@@ -1,20 +1,11 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <limits>
-
 #include "Extensions/NSBezierPath-QNExtensions.h"
 #include "Support/RecordingDesktop.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using namespace NSBezierPathExtensions;
-
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 TEST(NSBezierPathExtensions, CornersOfEachMask) {
   const char* const rows[16] = {
