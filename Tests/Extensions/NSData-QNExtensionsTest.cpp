@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <array>
 #include <random>
 #include <string_view>
@@ -8,7 +6,7 @@
 #include "Extensions/NSString-QNExtensions.h"
 #include "Platform/Foundation/Base64.h"
 #include "Platform/Foundation/TextEncoding.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
