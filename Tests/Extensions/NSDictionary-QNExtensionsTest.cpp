@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <stdexcept>
 
 #include "Extensions/NSDictionary-QNExtensions.h"
@@ -9,7 +7,7 @@
 #include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/NSValue.h"
 #include "Platform/Foundation/TextEncoding.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
