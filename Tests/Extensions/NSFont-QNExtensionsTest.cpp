@@ -1,19 +1,13 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstdlib>
-#include <fstream>
 
 #include "Extensions/NSFont-QNExtensions.h"
 #include "Support/CapturedSystemLog.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using namespace NSFontExtensions;
 
 TEST(NSFontExtensions, FallsBackStepByStep) {
@@ -43,9 +37,8 @@ TEST(NSFontExtensions, FallsBackStepByStep) {
 
 TEST(NSFontExtensions, AMachineWithoutFonts) {
   const TemporaryFolder folder;
-  const std::string file = folder.path("fonts.conf");
-  std::ofstream(file) << "<fontconfig/>";
-  ::setenv("FONTCONFIG_FILE", file.c_str(), 1);
+  folder.write("fonts.conf", "<fontconfig/>");
+  ::setenv("FONTCONFIG_FILE", folder.path("fonts.conf").c_str(), 1);
   CapturedSystemLog log;
   EXPECT_FALSE(fontWithName(u"A", 14, std::nullopt));
   EXPECT_FALSE(fontWithNameAlternatives({}, 14));
