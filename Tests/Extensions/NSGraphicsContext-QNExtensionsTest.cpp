@@ -1,16 +1,12 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <random>
 
 #include "Extensions/NSGraphicsContext-QNExtensions.h"
 #include "Support/RecordingDesktop.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
-
-using testing::ElementsAre;
 
 NSAffineTransform transformOf(double m11, double m12, double m21, double m22, double tX, double tY) {
   return NSAffineTransform({m11, m12, m21, m22, tX, tY});
