@@ -1,22 +1,13 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-#include <limits>
 
 #include "Extensions/NSImage-QNExtensions.h"
-#include "Platform/Foundation/AtomicFile.h"
 #include "Support/CapturedSystemLog.h"
 #include "Support/RecordingDesktop.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using enum NSCompositingOperation;
 
 Ref<NSImage> imageOf(std::initializer_list<Ref<NSImageRep>> representations) {
@@ -28,7 +19,6 @@ Ref<NSImage> imageOf(std::initializer_list<Ref<NSImageRep>> representations) {
 Ref<NSImageRep> drawing(const CGSize& size) { return std::make_shared<NSImageRep>(size); }
 
 TEST(NSImageExtensions, FindsTheFirstOfExactlyTheSize) {
-  const double nan = std::numeric_limits<double>::quiet_NaN();
   const auto small = bitmapOf(16, 16);
   const auto large = bitmapOf(32, 32);
   const auto image = imageOf({small, large, bitmapOf(32, 32), drawing({8, 8}), drawing({nan, 8})});
@@ -56,36 +46,34 @@ TEST(NSImageExtensions, NormalSizeIsAPointPerPixel) {
 TEST(NSImageExtensions, JPEGOfTheFirstBitmap) {
   const auto desktop = RecordingDesktop::installed();
   const TemporaryFolder folder;
-  const std::string path = folder.path("a.jpg");
-  const Text pathText = textFromFileSystem(path);
+  const Text path = folder.text("a.jpg");
   CapturedSystemLog log;
   const auto image = imageOf({drawing({9, 9}), bitmapOf(3, 2), bitmapOf(4, 4)});
-  writeJPGRepresentationToFile(*image, pathText);
+  writeJPGRepresentationToFile(*image, path);
   EXPECT_EQ(desktop->encoded, "3 type 3 NSImageCompressionFactor:0.800000011920929 NSImageProgressive:0");
-  EXPECT_EQ(readFile(path, 99).bytes, "JPG");
+  EXPECT_EQ(folder.bytes("a.jpg"), "JPG");
   writeJPGRepresentationToFile(*image, u"/no/such/folder/a.jpg");
   EXPECT_THAT(log.take(), IsEmpty());
 
   // Nothing is written over what is there.
-  writeJPGRepresentationToFile(*imageOf({drawing({9, 9})}), pathText);
+  writeJPGRepresentationToFile(*imageOf({drawing({9, 9})}), path);
   EXPECT_THAT(log.takeWithoutPlaces(), ElementsAre(u"ERROR - Can't find bitmap representation of image.",
                                                    u"ERROR - Can't make image into data."));
   EXPECT_EQ(JPGRepresentationWithCompression(NSImage({5, 5}), 1), nullptr);
   EXPECT_THAT(log.takeWithoutPlaces(), ElementsAre(u"ERROR - No image representations on image."));
   Desktop::install(nullptr);
-  writeJPGRepresentationToFile(*image, pathText);
+  writeJPGRepresentationToFile(*image, path);
   EXPECT_THAT(log.takeWithoutPlaces(), ElementsAre(u"ERROR - Can't make image into data."));
-  EXPECT_EQ(readFile(path, 99).bytes, "JPG");
+  EXPECT_EQ(folder.bytes("a.jpg"), "JPG");
   EXPECT_THAT(folder.names(), ElementsAre("a.jpg"));
 }
 
 TEST(NSImageExtensions, LoadsFromABundle) {
   const auto desktop = RecordingDesktop::installed();
   const TemporaryFolder folder;
-  const NSBundle bundle(textFromFileSystem(folder.path("program")));
-  std::filesystem::create_directory(folder.path("Resources"));
-  std::ofstream(folder.path("Resources/good.png")) << "7x5";
-  std::ofstream(folder.path("Resources/bad.png")) << "no image";
+  const NSBundle bundle(folder.text("program"));
+  folder.write("Resources/good.png", "7x5");
+  folder.write("Resources/bad.png", "no image");
   using NSImageExtensions::imageNamed;
   EXPECT_EQ(imageNamed(u"good", u"png", &bundle)->size(), (CGSize{7, 5}));
   EXPECT_EQ(imageNamed(u"bad", u"png", &bundle), nullptr);
@@ -99,9 +87,7 @@ TEST(NSImageExtensions, DrawsInTheMiddle) {
   RecordingContext context;
   const CurrentContextScope scope(&context);
   drawCenteredInRect(*image, {0, 0, 101, 101}, {50, 50}, Copy, 0.25);
-  drawCenteredInRect(*image, {0, 0, 10, 10}, {15, 15}, SourceOver, 1);
-  EXPECT_THAT(context.take(), ElementsAre("bitmap 8 to {{26, 26}, {50, 50}} from {{0, 0}, {8, 4}} by 1 at 0.25",
-                                          "bitmap 8 to {{-2, -2}, {15, 15}} from {{0, 0}, {8, 4}} by 2 at 1"));
+  EXPECT_THAT(context.take(), ElementsAre("bitmap 8 to {{26, 26}, {50, 50}} from {{0, 0}, {8, 4}} by 1 at 0.25"));
 }
 
 TEST(NSImageExtensions, CompositesByWayOfAPicture) {
