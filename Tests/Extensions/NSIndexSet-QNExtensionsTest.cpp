@@ -1,8 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "Extensions/NSIndexSet-QNExtensions.h"
 #include "Platform/Foundation/Boxing.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
