@@ -1,18 +1,13 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Extensions/NSEvent-QNExtensions.h"
 #include "Extensions/NSMenu-QNExtensions.h"
 #include "Extensions/NSPopUpButton-QNExtensions.h"
 #include "Extensions/NSShadow-QNExtensions.h"
 #include "Extensions/NSToolbar-QNExtensions.h"
 #include "Support/FakeDesktop.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
-
-using testing::ElementsAre;
 
 const SEL actionX(u"x:");
 const SEL actionY(u"y:");
