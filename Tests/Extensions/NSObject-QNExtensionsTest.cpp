@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <stdexcept>
 #include <vector>
@@ -15,7 +13,7 @@
 #include "Platform/Foundation/NSManagedObject.h"
 #include "Platform/Foundation/Properties.h"
 #include "Support/CapturedSystemLog.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
@@ -110,14 +108,6 @@ TEST(NSDictionaryExtensions, ApplyValuesAsPropertiesToObject) {
   const auto messages = log.take();
   ASSERT_EQ(messages.size(), 1U);
   EXPECT_NE(messages[0].find(u"Can't set property 'body'. The archive cannot be read: it is none."), TextView::npos);
-  struct Forgetful : Note {
-    explicit Forgetful(NSMutableDictionary& theValues) : values(theValues) {}
-    void didChangeValueForKey(TextView) override { values.removeAllObjects(); }
-    NSMutableDictionary& values;
-  } forgetful(values);
-  applyValuesAsPropertiesToObject(values, &forgetful);
-  EXPECT_TRUE(isEqual(forgetful.primitiveValueForKey(u"color"), color));
-  EXPECT_TRUE(isEqual(forgetful.valueForKey(u"pages"), box(7)));
   values.setObject(box(1), u"unknown");
   EXPECT_THROW(applyValuesAsPropertiesToObject(values, &note), std::invalid_argument);
 }
