@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -10,13 +7,10 @@
 #include "Platform/Foundation/NSUserDefaults.h"
 #include "Support/FakeDesktop.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
-
-using testing::HasSubstr;
-using testing::ThrowsMessage;
 
 struct FakeSplitView : FakeViewOf<NSSplitView> {
   FakeSplitView(bool isVertical, const std::vector<CGSize>& panes) : myIsVertical(isVertical) {
