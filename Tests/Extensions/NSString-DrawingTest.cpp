@@ -1,21 +1,14 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <limits>
 #include <tuple>
 
 #include "Extensions/NSString-QNExtensions.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Support/RecordingDesktop.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
 
-using testing::ElementsAre;
-
 TEST(NSStringExtensions, FitsTextByItsWidth) {
-  const double nan = std::numeric_limits<double>::quiet_NaN();
   const auto desktop = RecordingDesktop::installed();
   const std::tuple<CGSize, TextView, TextView> rows[] = {
       {{60, 1}, u"abcdef", u"abcdef"}, {{59, 99}, u"abcdef", u"ab..."}, {{30, 1}, u"abcdef", u"..."},
