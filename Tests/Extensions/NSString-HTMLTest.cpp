@@ -1,12 +1,10 @@
-#include <gtest/gtest.h>
-
 #include "Extensions/NSString-HTML.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSAttributedString.h"
 #include "Platform/Foundation/NSColor.h"
 #include "Platform/Foundation/NSFont.h"
 #include "Platform/Foundation/VectorTargets.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
