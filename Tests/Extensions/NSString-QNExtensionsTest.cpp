@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <random>
 #include <regex>
@@ -10,7 +8,7 @@
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/TextEncoding.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
