@@ -1,18 +1,13 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
 
 #include "Extensions/NSTextStorage-QNExtensions.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSFont.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
-
-using testing::ElementsAre;
 
 Ref<NSDictionary> attributesOf(const NSFont& font) {
   return NSDictionary::dictionaryWithEntries({{Text(NSFontAttributeName), box(font)}, {u"mark", box(1)}});
