@@ -1,19 +1,14 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "Extensions/NSURL-QNExtensions.h"
-#include "Platform/Foundation/NSURLError.h"
+#include "Platform/Foundation/AtomicFile.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/URLContents.h"
 #include "Support/CapturedSystemLog.h"
 #include "Support/RawServer.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
@@ -24,12 +19,6 @@ using test::RawPeer;
 using test::RawRequest;
 using test::RawServer;
 using testing::EndsWith;
-using testing::IsEmpty;
-
-std::string bytesOf(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 class DownloadTest : public testing::Test {
  protected:
@@ -66,7 +55,7 @@ TEST_F(DownloadTest, PutsContentsIntoANewFile) {
   const auto target = qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(address, u"dat", progress);
   ASSERT_TRUE(target);
   EXPECT_EQ(target->pathExtension(), u"dat");
-  EXPECT_EQ(bytesOf(fileSystemRepresentation(*target->path())), contents);
+  EXPECT_EQ(readFile(fileSystemRepresentation(*target->path()), contents.size()).bytes, contents);
   EXPECT_EQ(last.receivedBytes, contents.size());
   EXPECT_EQ(last.bytesToReceive, contents.size());
   EXPECT_EQ(left().size(), 1U);
