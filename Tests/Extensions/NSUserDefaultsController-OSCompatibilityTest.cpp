@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 
 #include "Extensions/NSUserDefaultsController-OSCompatibility.h"
@@ -7,7 +5,7 @@
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
@@ -88,7 +86,6 @@ TEST_F(TypedPreferencesTest, WritersStoreAndSave) {
 TEST(NSValueOSExtensions, BoxGeometryAndReadNilAsZero) {
   using namespace NSValueExtensions;
   EXPECT_EQ(CGRectValue(valueWithCGRect({1, 2, 3, 4})), CGRect(1, 2, 3, 4));
-  EXPECT_EQ(CGPointValue(valueWithCGPoint({1, 2})), (CGPoint{1, 2}));
   EXPECT_EQ(CGSizeValue(valueWithCGSize({3, 4})), (CGSize{3, 4}));
   EXPECT_EQ(CGRectValue(Ref<NSValue>()), CGRectZero);
   EXPECT_EQ(CGRectValue(valueWithCGSize({3, 4})), CGRectZero);
