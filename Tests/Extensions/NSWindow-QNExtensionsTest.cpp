@@ -1,8 +1,5 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstdlib>
-#include <limits>
 #include <random>
 
 #include "Extensions/NSScreen-QNExtensions.h"
@@ -13,13 +10,11 @@
 #include "Platform/Foundation/TextEncoding.h"
 #include "Support/FakeDesktop.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 const CGRect visible{0, 0, 1000, 800};
 
 // A window 200 x 100 on a screen whose visible frame is 1000 x 800.
