@@ -1,12 +1,10 @@
-#include <gtest/gtest.h>
-
 #include <map>
 #include <random>
 
 #include "Extensions/NSString-QNExtensions.h"
 #include "Extensions/TSVTable.h"
 #include "Platform/Foundation/TextEncoding.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
