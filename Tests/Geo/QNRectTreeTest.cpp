@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <random>
 #include <thread>
@@ -8,15 +5,11 @@
 #include "Geo/QNRectTree.h"
 #include "Platform/Foundation/Boxing.h"
 #include "Support/CapturedSystemLog.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::ThrowsMessage;
 using Tree = QNRectTree<>;
 using Node = Tree::Node;
 
