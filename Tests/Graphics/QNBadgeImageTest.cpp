@@ -1,9 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <limits>
 
 #include "Graphics/QNBadgeImage.h"
@@ -11,23 +6,16 @@
 #include "Support/FakeDesktop.h"
 #include "Support/RecordingDesktop.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 class BadgeImage : public testing::Test {
  protected:
-  BadgeImage() { std::filesystem::create_directory(myFolder.path("Resources")); }
-
-  void addPicture(const std::string& name, const char* contents) {
-    std::ofstream(myFolder.path("Resources/" + name)) << contents;
-  }
+  void addPicture(const std::string& name, const char* contents) { myFolder.write("Resources/" + name, contents); }
   QNBadgeImage badge(TextView name) const {
-    return QNBadgeImage::badgeWithImageName(name, NSBundle(textFromFileSystem(myFolder.path("program"))));
+    return QNBadgeImage::badgeWithImageName(name, NSBundle(myFolder.text("program")));
   }
 
   TemporaryFolder myFolder;
