@@ -1,16 +1,12 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
 
 #include "Extensions/NSColor-QNExtensions.h"
 #include "Graphics/QNColorPalette.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
-
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 NSColor rgb(double red, double green, double blue) { return NSColor::colorWithCalibratedRed(red, green, blue, 1); }
 
@@ -61,7 +57,7 @@ TEST(QNColorPalette, WritesDefinitions) {
       {rgb(1, 128.0 / 255, 0), u"#ff8000"},
       // Halves go to the even step.
       {rgb(0.5 / 255, 1.5 / 255, 2.5 / 255), u"#000202"},
-      {rgb(-1, 2, notANumber), u"#00ff00"},
+      {rgb(-1, 2, nan), u"#00ff00"},
       {rgb(-std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity(), 0.999), u"#00ffff"},
       {NSColor::colorWithDeviceWhite(0.2, 0.5), u"#333333"},
       {NSColor::colorWithDeviceRed(0.2, 0.4, 0.6, 0), u"#336699"},
@@ -74,7 +70,7 @@ TEST(QNColorPalette, WritesDefinitions) {
 TEST(QNColorPalette, GammaThereAndBack) {
   EXPECT_DOUBLE_EQ(QNColorPalette::colorForString(u"#008000", 2.2)->greenComponent(), std::pow(128.0 / 255, 2.2));
   EXPECT_DOUBLE_EQ(QNColorPalette::colorForString(u"green", 2.2)->greenComponent(), std::pow(128.0 / 255, 2.2));
-  for (const double gamma : {1.0, 1.8, 2.2, 0.0, -3.0, notANumber}) {
+  for (const double gamma : {1.0, 1.8, 2.2, 0.0, -3.0, nan}) {
     for (int step = 0; step < 256; ++step) {
       const Text text = QNColorPalette::stringForColor(rgb(step / 255.0, 0, 1), gamma);
       const auto color = QNColorPalette::colorForString(text, gamma);
@@ -88,7 +84,7 @@ TEST(QNColorPalette, GammaThereAndBack) {
 TEST(QNColorPalette, ContrastingColor) {
   EXPECT_TRUE(contrastingColor(rgb(0.5, 0.5, 0.5)).isEqual(NSColor::blackColor()));
   EXPECT_TRUE(contrastingColor(NSColor::colorWithDeviceWhite(0.49, 1)).isEqual(NSColor::whiteColor()));
-  EXPECT_TRUE(contrastingColor(rgb(0, notANumber, 0)).isEqual(NSColor::blackColor()));
+  EXPECT_TRUE(contrastingColor(rgb(0, nan, 0)).isEqual(NSColor::blackColor()));
 }
 
 TEST(NSColor, SpacesAndEquality) {
@@ -100,7 +96,7 @@ TEST(NSColor, SpacesAndEquality) {
   EXPECT_TRUE(gray.copy()->isEqual(gray) && gray.copy()->hash() == gray.hash());
   EXPECT_EQ(rgb(1, 0, 0).colorUsingColorSpace(NSColor::Space::DeviceWhite)->description(),
             u"NSDeviceWhiteColorSpace 0.3 1");
-  EXPECT_FALSE(rgb(0, 0, notANumber).colorUsingColorSpace(NSColor::Space::CalibratedRGB));
+  EXPECT_FALSE(rgb(0, 0, nan).colorUsingColorSpace(NSColor::Space::CalibratedRGB));
 }
 
 }  // namespace
