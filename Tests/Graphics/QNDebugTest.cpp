@@ -1,13 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Graphics/QNDebug.h"
 #include "Support/RecordingDesktop.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
-
-using testing::ElementsAre;
 
 TEST(QNDebug, OutlinesAndCrosses) {
   QNDebug::drawRect({0, 0, 1, 1}, NSColor::redColor());
