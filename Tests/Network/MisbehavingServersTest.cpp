@@ -1,8 +1,6 @@
 // Servers that do wrong, and such that do right in unusual ways. Each row is asked in the three ways that the library
 // asks: a post that waits, one in the background, and a read of the whole content.
 
-#include <gtest/gtest.h>
-
 #include <list>
 #include <optional>
 #include <string>
@@ -15,7 +13,7 @@
 #include "Platform/Foundation/URLContents.h"
 #include "Support/CapturedSystemLog.h"
 #include "Support/RawServer.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
