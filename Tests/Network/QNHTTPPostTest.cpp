@@ -1,10 +1,7 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <thread>
 
 #include "Network/QNHTTPPost.h"
@@ -17,7 +14,7 @@
 #include "Support/Process.h"
 #include "Support/RawServer.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
@@ -28,9 +25,7 @@ using test::answer;
 using test::RawPeer;
 using test::RawRequest;
 using test::RawServer;
-using testing::ElementsAre;
 using testing::EndsWith;
-using testing::HasSubstr;
 
 // A multipart parser that is not ours, which prints a line for each part.
 constexpr const char* judge = R"(
@@ -82,8 +77,8 @@ class Recorder : public QNHTTPPostDelegate {
 class QNHTTPPostTest : public testing::Test {
  protected:
   Ref<NSURL> file(const std::string& name, std::string_view bytes) {
-    std::ofstream(folder.path(name), std::ios::binary) << bytes;
-    return NSURL::fileURLWithPath(textFromFileSystem(folder.path(name)));
+    folder.write(name, bytes);
+    return NSURL::fileURLWithPath(folder.text(name));
   }
 
   // Keeps what it is sent.
@@ -146,11 +141,11 @@ TEST_F(QNHTTPPostTest, OthersReadWhatIsSent) {
   for (const RawRequest& request : requests) {
     EXPECT_THAT(request.head, testing::StartsWith("POST /feedback?x=1 HTTP/1.1\r\n"));
     EXPECT_THAT(request.head, testing::Not(HasSubstr("Expect")));
-    std::ofstream(folder.path("request"), std::ios::binary) << request.head << request.body;
+    folder.write("request", request.head + request.body);
     const auto judged = test::runProcess({"/usr/bin/env", "python3", "-c", judge, folder.path("request")});
     EXPECT_EQ(judged.err, "");
     const auto part = [&](const std::string& name, const std::string& fileName, const std::string& bytes) {
-      std::ofstream(folder.path("part"), std::ios::binary) << bytes;
+      folder.write("part", bytes);
       const std::string sum = test::runProcess({"/usr/bin/md5sum", folder.path("part")}).out.substr(0, 32);
       const std::string type = fileName == "None" ? "text/plain" : "application/octet-stream";
       return name + " " + fileName + " " + type + " " + std::to_string(bytes.size()) + " " + sum + "\n";
@@ -245,6 +240,21 @@ TEST_F(QNHTTPPostTest, FilesAreSentOnceMoreWhereTheServerWantsIt) {
     EXPECT_EQ(seen[2 * round - 1].body, seen[2 * round - 2].body);
     EXPECT_GT(seen.back().body.size(), 300000U);
   }
+}
+
+TEST_F(QNHTTPPostTest, HugeFilesTakeLittleMemory) {
+  const auto hole = file("hole", "");
+  fs::resize_file(folder.path("hole"), std::uintmax_t{1} << 30U);
+  const RawServer discarding([](RawPeer& peer) {
+    std::uint64_t size = 0;
+    if (peer.discard(size)) peer.send(answer("200 OK", std::to_string(size >> 20U)));
+  });
+  rusage before = {}, after = {};
+  getrusage(RUSAGE_SELF, &before);
+  QNHTTPPost post(textFromUTF8(discarding.base()), nullptr);
+  EXPECT_EQ(post.post(NSDictionary::dictionaryWithEntries({{u"f", hole}})), u"1024");
+  getrusage(RUSAGE_SELF, &after);
+  EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 32 << 10);
 }
 
 TEST_F(QNHTTPPostTest, EachThreadPostsOnItsOwnLoop) {
