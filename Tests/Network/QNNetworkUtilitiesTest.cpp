@@ -1,9 +1,8 @@
-#include <gtest/gtest.h>
 #include <sched.h>
 
 #include "Extensions/NSURL-QNExtensions.h"
 #include "Network/QNNetworkUtilities.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
