@@ -1,16 +1,10 @@
-#include <gtest/gtest.h>
-
-#include <limits>
-
 #include "Platform/Desktop/NSAffineTransform.h"
 #include "Platform/Desktop/NSGradient.h"
 #include "Platform/Desktop/NSIndexPath.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
-
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 TEST(NSAffineTransform, LaterStepsComeFirst) {
   OSAffineTransform transform;
