@@ -1,14 +1,8 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Platform/Desktop/NSMenu.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
-
-using testing::HasSubstr;
-using testing::ThrowsMessage;
 
 Ref<NSMenuItem> item(TextView title) { return std::make_shared<NSMenuItem>(Text(title)); }
 
