@@ -1,17 +1,12 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <limits>
 #include <random>
 
 #include "Platform/Desktop/PathCurves.h"
 #include "Support/RecordingDesktop.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
-
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 CGPoint pointOn(const CGPoint& start, const PathCurve& curve, double t) {
   const double s = 1 - t;
