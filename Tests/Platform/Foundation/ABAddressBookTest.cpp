@@ -1,19 +1,13 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 
 #include "Extensions/ABAddressBook-QNExtensions.h"
 #include "Platform/Foundation/ABAddressBook.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
 
-using testing::ElementsAre;
 using Addresses = std::vector<Text>;
 
 TEST(ABAddressBook, ReadsTheFirstCard) {
@@ -40,8 +34,7 @@ TEST(ABAddressBook, TheUsersOwnCardIsInTheDataFolder) {
   TemporaryFolder folder;
   setenv("XDG_DATA_HOME", folder.path().c_str(), 1);
   EXPECT_THAT(ABAddressBookExtensions::myEmailAddresses(), ElementsAre());
-  std::filesystem::create_directory(folder.path("contacts"));
-  std::ofstream(folder.path("contacts/me.vcf")) << "BEGIN:VCARD\nEMAIL:b@x.y\nEMAIL:a@x.y\nEND:VCARD\n";
+  folder.write("contacts/me.vcf", "BEGIN:VCARD\nEMAIL:b@x.y\nEMAIL:a@x.y\nEND:VCARD\n");
   EXPECT_THAT(ABAddressBookExtensions::myEmailAddresses(), ElementsAre(u"b@x.y", u"a@x.y"));
 }
 
