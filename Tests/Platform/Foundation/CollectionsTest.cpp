@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <memory>
 #include <stdexcept>
@@ -11,14 +8,10 @@
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSDictionary.h"
 #include "Platform/Foundation/NSNull.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
-
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::ThrowsMessage;
 
 auto refuses(const char* operation) { return ThrowsMessage<std::invalid_argument>(HasSubstr(operation)); }
 auto isBeyond(const char* operation, const char* index) {
@@ -126,14 +119,6 @@ TEST(Collections, CopiesAreEqualAndApart) {
                [](const auto& copy) { as<NSMutableArray>(copy)->addObject(box(2)); });
   expectCopies(NSDictionary::dictionaryWithEntries({{u"k", box(1)}}),
                [](const auto& copy) { as<NSMutableDictionary>(copy)->setObject(box(2), u"k"); });
-}
-
-TEST(Collections, EqualityIsDeep) {
-  const auto nested = [](TextView key, int number) {
-    return NSArray::arrayWithObjects({NSDictionary::dictionaryWithEntries({{Text(key), box(number)}}), box(u"x")});
-  };
-  EXPECT_TRUE(isEqual(nested(u"k", 1), nested(u"k", 1)) && nested(u"k", 1)->hash() == nested(u"k", 1)->hash());
-  EXPECT_FALSE(isEqual(nested(u"k", 1), nested(u"k", 2)) || isEqual(nested(u"k", 1), nested(u"l", 1)));
 }
 
 // Nested in turn, so that each kind meets the other.
