@@ -1,16 +1,15 @@
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <filesystem>
-#include <fstream>
 #include <thread>
 
 #include "Platform/Foundation/FileRemoval.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
@@ -32,7 +31,7 @@ TEST_F(FileRemoval, RemovesFilesLinksAndTrees) {
   fs::create_directory_symlink("../outside", folder.path("tree/link"));
   fs::create_directory_symlink("..", folder.path("tree/a/loop"));
   fs::create_symlink("nowhere", folder.path("tree/a/b/dangling"));
-  std::ofstream(folder.path("tree/a/gr\xFC")) << "x";
+  folder.write("tree/a/gr\xFC", "x");
   fs::create_directory_symlink("tree", folder.path("to-tree"));
   EXPECT_FALSE(removeTree(folder.path("to-tree//")).error);
   EXPECT_TRUE(fs::exists(folder.path("tree/a/b")));
@@ -90,9 +89,8 @@ TEST_F(FileRemoval, IsNotBoundByDepth) {
 
 // While one thread swaps a folder for a link to one outside, and back, another removes the tree, time and again.
 TEST_F(FileRemoval, NeverLeavesTheTree) {
-  fs::create_directories(folder.path("outside/inner"));
-  std::ofstream(folder.path("outside/inner/file")) << "precious";
-  std::ofstream(folder.path("outside/file")) << "precious";
+  folder.write("outside/inner/file", "precious");
+  folder.write("outside/file", "precious");
   std::atomic<int> swaps = 0;
   std::jthread hostile([&](const std::stop_token& isOver) {
     const std::string link = folder.path("link");
