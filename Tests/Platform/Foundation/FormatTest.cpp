@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <cstdarg>
 #include <cstdio>
 #include <limits>
@@ -9,7 +7,7 @@
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/TextEncoding.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
@@ -88,7 +86,6 @@ TEST(Format, LaysNumbersOutAsC) {
     EXPECT_LIKE_C("%0+99d", number);
     EXPECT_LIKE_C("%012lX", static_cast<unsigned long>(number));
   }
-  constexpr double infinity = std::numeric_limits<double>::infinity();
   for (const double number :
        {0.0, -0.0, 0.125, -2.5, 999.9996, 1e21, std::numeric_limits<double>::max(), infinity, -infinity,
         std::numeric_limits<double>::denorm_min(), std::numeric_limits<double>::quiet_NaN()}) {
