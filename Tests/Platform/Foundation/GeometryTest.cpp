@@ -1,21 +1,16 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
 #include <ostream>
 #include <random>
 
 #include "Platform/Foundation/Geometry.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 
 static void PrintTo(const CGRect& rect, std::ostream* out) { *out << utf8(NSStringFromRect(rect)); }
 
 namespace {
-
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 static_assert(CGRectIsNull(CGRectNull) && CGRectIsEmpty(CGRectNull) && !CGRectIsNull(CGRectZero));
 static_assert(CGRectStandardize({1, 2, -3, -4}) == CGRect(-2, -2, 3, 4));
