@@ -1,10 +1,8 @@
-#include <gtest/gtest.h>
-
 #include <string>
 
 #include "Platform/Foundation/HTMLBytes.h"
 #include "Platform/Foundation/HTMLPlainText.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
