@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <memory>
 #include <random>
@@ -10,7 +8,7 @@
 
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSAttributedString.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
