@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -7,7 +5,7 @@
 #include "Platform/Foundation/NSBundle.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
