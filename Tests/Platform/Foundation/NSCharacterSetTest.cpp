@@ -1,10 +1,8 @@
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <string_view>
 
 #include "Platform/Foundation/NSCharacterSet.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
