@@ -1,11 +1,8 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSDate.h"
@@ -13,18 +10,17 @@
 #include "Platform/Foundation/NSFileManager.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::UnorderedElementsAre;
 
 class NSFileManagerTest : public testing::Test {
  protected:
-  Text path(const std::string& name) const { return textFromFileSystem(folder.path(name)); }
-  void write(const std::string& name) const { std::ofstream(folder.path(name)) << name; }
+  Text path(const std::string& name) const { return folder.text(name); }
+  void write(const std::string& name) const { folder.write(name, name); }
   mode_t mode(const std::string& name) const {
     struct stat status = {};
     return stat(folder.path(name).c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
