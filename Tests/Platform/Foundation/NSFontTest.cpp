@@ -1,14 +1,11 @@
-#include <gtest/gtest.h>
-
 #include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <string>
 
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSFont.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
@@ -61,9 +58,8 @@ TEST(NSFont, NamesFontsThatTheMachineLacks) {
 
 TEST(NSFont, AMachineWithoutFonts) {
   const TemporaryFolder folder;
-  const std::string file = folder.path("fonts.conf");
-  std::ofstream(file) << "<fontconfig/>";
-  ::setenv("FONTCONFIG_FILE", file.c_str(), 1);
+  folder.write("fonts.conf", "<fontconfig/>");
+  ::setenv("FONTCONFIG_FILE", folder.path("fonts.conf").c_str(), 1);
   EXPECT_FALSE(NSFont::systemFontOfSize(12));
   EXPECT_FALSE(NSFont::fontWithName(u"DejaVu Sans", 12));
   EXPECT_EQ(NSFont::fontWithFamily(u"DejaVu Sans", NSBoldFontMask, 5, 12).fontName(), u"DejaVu Sans Bold");
