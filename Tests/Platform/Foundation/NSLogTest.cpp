@@ -1,6 +1,4 @@
 #include <errno.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/syscall.h>
 #include <time.h>
 #include <unistd.h>
@@ -10,7 +8,7 @@
 #include <vector>
 
 #include "Platform/Foundation/NSLog.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
