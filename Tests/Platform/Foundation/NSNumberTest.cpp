@@ -1,12 +1,10 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstdint>
 #include <limits>
 #include <vector>
 
 #include "Platform/Foundation/NSNumber.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
@@ -16,8 +14,6 @@ constexpr std::int32_t high32 = std::numeric_limits<std::int32_t>::max();
 constexpr std::int64_t low64 = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t high64 = std::numeric_limits<std::int64_t>::max();
 constexpr std::uint64_t highest = std::numeric_limits<std::uint64_t>::max();
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 static_assert(!std::constructible_from<NSNumber, const char*> && !std::constructible_from<NSNumber, void*>,
               "a pointer is no truth value");
