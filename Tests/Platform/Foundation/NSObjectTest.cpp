@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -15,14 +12,10 @@
 #include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/NSObject.h"
 #include "Platform/Foundation/Properties.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
-
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::ThrowsMessage;
 
 enum class Mood : std::uint8_t { Good, Bad };
 
@@ -223,18 +216,6 @@ TEST(NSObject, KeyPathsFollowObjectsAndCollections) {
   root->setValueForKeyPath(box(9), u"nobody.name");
   root->setValueForKeyPath(box(9), u"boss.friend.friend.name");
   EXPECT_THROW(root->setValueForKeyPath(box(9), u"boss"), std::invalid_argument);
-}
-
-TEST(NSObject, BoxingKeepsKindAndIdentity) {
-  const Ref<NSString> string = box(u"x");
-  EXPECT_EQ(box(string), string);
-  EXPECT_TRUE(as<NSNumber>(box(true))->isBoolean());
-  EXPECT_EQ(unbox<Text>(box(TextView(u"view"))), u"view");
-  EXPECT_EQ(unbox<std::int8_t>(box(257)), 1);
-  EXPECT_EQ(unbox<std::uint64_t>(box(-1)), ~std::uint64_t{0});
-  EXPECT_THROW(unbox<NSDate>(nullptr), std::invalid_argument);
-  EXPECT_THAT([] { unbox<Text>(nullptr); },
-              ThrowsMessage<std::invalid_argument>(AllOf(HasSubstr("unbox"), HasSubstr("(null)"))));
 }
 
 }  // namespace
