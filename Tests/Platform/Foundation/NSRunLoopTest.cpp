@@ -1,11 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <limits>
 #include <thread>
 
 #include "Platform/Foundation/NSRunLoop.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
