@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,13 +8,12 @@
 #include "Platform/Foundation/NSSearchPath.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
 
 class NSSearchPathTest : public testing::Test {
  protected:
