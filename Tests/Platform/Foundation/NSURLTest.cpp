@@ -1,11 +1,9 @@
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <memory>
 
 #include "Platform/Foundation/NSURL.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
