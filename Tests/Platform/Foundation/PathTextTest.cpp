@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -9,7 +8,7 @@
 #include "Platform/Foundation/HomeDirectory.h"
 #include "Platform/Foundation/PathText.h"
 #include "Platform/Foundation/TextEncoding.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
