@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <bit>
@@ -17,7 +16,7 @@
 #include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/PropertyList.h"
 #include "Platform/Foundation/TextEncoding.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
@@ -65,7 +64,6 @@ void expectRefused(const PropertyList& list, std::size_t line, std::string_view 
 }
 
 TEST(PropertyListReading, EveryKind) {
-  const double infinity = std::numeric_limits<double>::infinity();
   const struct {
     const char* name;
     std::string_view body;
@@ -259,7 +257,6 @@ TEST(PropertyListWriting, Layout) {
 
 // What the random trees below seldom hold.
 TEST(PropertyListWriting, ReadsBackAsWritten) {
-  const double infinity = std::numeric_limits<double>::infinity();
   const Objects objects = {
       box(5e-324),       box(1.7976931348623157e308),  box(infinity),           box(-infinity),
       box(std::nan("")), date(-62135596800),           date(253402300799),      box(u"]]>"),
@@ -325,12 +322,11 @@ class Tree {
  public:
   explicit Tree(unsigned seed) : myRandom(seed) {}
 
-  // Carriage returns only where wanted: some writers change them.
-  Text text(bool withReturns) {
+  // Without carriage returns, which some writers change.
+  Text text() {
     Text result;
     for (std::size_t length = below(4) == 0 ? below(60) : below(8); length > 0; --length) {
-      const TextView odd =
-          withReturns ? u"\t\n &<>\"']\xE9\x85\x7FF\xD7FF\xE000\xFFFD\r"sv : u"\t\n &<>\"']\xE9\xE000"sv;
+      const TextView odd = u"\t\n &<>\"']\xE9\xE000";
       const std::size_t kind = below(6);
       if (kind == 1)
         result += {static_cast<char16_t>(0xD800 + below(0x400)), static_cast<char16_t>(0xDC00 + below(0x400))};
@@ -339,7 +335,7 @@ class Tree {
     return result;
   }
 
-  Ref<NSObject> object(unsigned depth, bool withReturns) {
+  Ref<NSObject> object(unsigned depth) {
     switch (below(depth == 0 ? 7 : 10)) {
       case 0:
         return box(below(2) == 0);
@@ -359,16 +355,15 @@ class Tree {
         return data(std::move(bytes));
       }
       case 6:
-        return box(text(withReturns));
+        return box(text());
       case 7: {
         Objects elements(below(6));
-        for (auto& element : elements) element = object(depth - 1, withReturns);
+        for (auto& element : elements) element = object(depth - 1);
         return array(std::move(elements));
       }
       default: {
         NSDictionary::Entries entries;
-        for (std::size_t count = below(6); count > 0; --count)
-          entries[text(withReturns)] = object(depth - 1, withReturns);
+        for (std::size_t count = below(6); count > 0; --count) entries[text()] = object(depth - 1);
         return dictionary(std::move(entries));
       }
     }
@@ -381,17 +376,6 @@ class Tree {
   std::mt19937_64 myRandom;
 };
 
-TEST(PropertyListWriting, RandomTreesReadBack) {
-  for (unsigned seed = 0; seed < 2000; ++seed) {
-    const Ref<NSObject> tree = Tree(seed).object(6, true);
-    const std::string bytes = written(*tree);
-    const PropertyList list = readPropertyList(bytes);
-    ASSERT_TRUE(isEqual(list.root, tree)) << bytes << utf8(list.error);
-    // Kinds included: equal numbers of other kinds are written differently.
-    ASSERT_EQ(written(*list.root), bytes);
-  }
-}
-
 // Another reader and writer as judge: what it reads of ours, written by it, is what we had written; and it sees the
 // same carriage returns.
 TEST(PropertyListWriting, AgreesWithPlistlib) {
@@ -400,7 +384,7 @@ TEST(PropertyListWriting, AgreesWithPlistlib) {
   std::filesystem::create_directory(folder);
   const auto file = [&](const std::string& name) { return folder / name; };
   const unsigned count = 300;
-  for (unsigned i = 0; i < count; ++i) std::ofstream(file(std::to_string(i))) << written(*Tree(i).object(6, false));
+  for (unsigned i = 0; i < count; ++i) std::ofstream(file(std::to_string(i))) << written(*Tree(i).object(6));
   std::ofstream(file("returns")) << written(*dictionary({{u"a\r", box(u"\r\n\r")}}));
   std::ofstream(file("judge.py")) << "import plistlib, sys\n"
                                      "f = sys.argv[1] + '/'\n"
@@ -417,7 +401,7 @@ TEST(PropertyListWriting, AgreesWithPlistlib) {
     const std::string bytes((std::istreambuf_iterator<char>(stream)), {});
     const PropertyList list = readPropertyList(bytes);
     ASSERT_EQ(list.error, u""sv);
-    ASSERT_EQ(written(*list.root), written(*Tree(i).object(6, false)));
+    ASSERT_EQ(written(*list.root), written(*Tree(i).object(6)));
   }
   std::filesystem::remove_all(folder);
 }
