@@ -1,10 +1,8 @@
-#include <gtest/gtest.h>
-
 #include "Platform/Foundation/TextCase.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/TextJoin.h"
 #include "Platform/Foundation/TextWellFormed.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
