@@ -1,12 +1,10 @@
-#include <gtest/gtest.h>
-
 #include <concepts>
 #include <iterator>
 #include <string>
 #include <vector>
 
 #include "Platform/Foundation/TextLines.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
