@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -13,7 +11,7 @@
 
 #include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/TextNumbers.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
