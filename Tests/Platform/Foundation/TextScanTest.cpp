@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -12,7 +11,7 @@
 #include "Platform/Foundation/TextScan.h"
 #include "Platform/Foundation/TextSearch.h"
 #include "Platform/Foundation/VectorTargets.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
