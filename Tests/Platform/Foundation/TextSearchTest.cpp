@@ -1,12 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <limits>
 #include <random>
 #include <stdexcept>
 
 #include "Platform/Foundation/TextSearch.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
