@@ -1,19 +1,15 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/Trash.h"
 #include "Support/Process.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
@@ -31,18 +27,11 @@ class TrashTest : public testing::Test {
     if (isMounted) umount2(folder.path("mount").c_str(), MNT_DETACH);
   }
 
-  void write(const std::string& name) const {
-    fs::create_directories(fs::path(folder.path(name)).parent_path());
-    std::ofstream(folder.path(name)) << name;
-  }
-  static std::string bytesOf(const std::string& path) {
-    std::ifstream file(path);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  void write(const std::string& name) const { folder.write(name, name); }
   bool trash(const std::string& name) {
     place = nullptr;
     error = nullptr;
-    return trashItemAtPath(textFromFileSystem(folder.path(name)), &place, &error);
+    return trashItemAtPath(folder.text(name), &place, &error);
   }
   // Where the item went, below the folder; empty when that was not told.
   std::string placeInFolder() const {
@@ -53,7 +42,7 @@ class TrashTest : public testing::Test {
   bool mountFileSystem() {
     fs::create_directory(folder.path("mount"));
     if (unshare(CLONE_NEWNS) < 0 || mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) < 0) return false;
-    std::ofstream(folder.path("image")).close();
+    folder.write("image", "");
     fs::resize_file(folder.path("image"), 8 << 20);
     isMounted = test::runProcess({"/sbin/mkfs.ext4", "-q", folder.path("image")}).status == 0 &&
                 test::runProcess({"/bin/mount", "-o", "loop", folder.path("image"), folder.path("mount")}).status == 0;
@@ -79,8 +68,8 @@ TEST_F(TrashTest, KeepsTheLayoutThatFileManagersRead) {
     ASSERT_TRUE(trash(row.name)) << utf8(error->localizedDescription());
     EXPECT_FALSE(fs::exists(folder.path(row.name)));
     EXPECT_EQ(placeInFolder(), std::string("data/Trash/files/") + row.inTrash);
-    EXPECT_EQ(bytesOf(folder.path(placeInFolder())), row.name);
-    EXPECT_THAT(bytesOf(folder.path(std::string("data/Trash/info/") + row.inTrash + ".trashinfo")),
+    EXPECT_EQ(folder.bytes(placeInFolder()), row.name);
+    EXPECT_THAT(folder.bytes(std::string("data/Trash/info/") + row.inTrash + ".trashinfo"),
                 MatchesRegex("\\[Trash Info\\]\nPath=" + folder.path() + "/" + row.escaped +
                              "\nDeletionDate=[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}\n"));
   }
@@ -93,12 +82,12 @@ TEST_F(TrashTest, TakesFoldersAndLinksThemselves) {
   fs::create_symlink("nowhere", folder.path("dangling"));
   ASSERT_TRUE(trash("full/"));
   EXPECT_EQ(placeInFolder(), "data/Trash/files/full/");
-  EXPECT_EQ(bytesOf(folder.path("data/Trash/files/full/inner")), "full/inner");
+  EXPECT_EQ(folder.bytes("data/Trash/files/full/inner"), "full/inner");
   for (const char* link : {"link", "dangling"}) {
     ASSERT_TRUE(trash(link));
     EXPECT_TRUE(fs::is_symlink(folder.path(std::string("data/Trash/files/") + link)));
   }
-  EXPECT_EQ(bytesOf(folder.path("target")), "target");
+  EXPECT_EQ(folder.bytes("target"), "target");
 }
 
 TEST_F(TrashTest, RefusesWhatItCannotMove) {
@@ -120,7 +109,7 @@ TEST_F(TrashTest, RefusesWhatItCannotMove) {
   EXPECT_FALSE(trash("a"));
   EXPECT_NE(error, nullptr);
   EXPECT_EQ(place, nullptr);
-  EXPECT_EQ(bytesOf(folder.path("a")), "a");
+  EXPECT_EQ(folder.bytes("a"), "a");
 }
 
 TEST_F(TrashTest, RefusesADataFolderThatIsRelative) {
@@ -139,7 +128,7 @@ TEST_F(TrashTest, UsesTheTrashOfTheMount) {
   write("mount/x/one");
   ASSERT_TRUE(trash("mount/x/one")) << utf8(error->localizedDescription());
   EXPECT_EQ(placeInFolder(), own + "/files/one");
-  EXPECT_THAT(bytesOf(folder.path(own + "/info/one.trashinfo")), testing::HasSubstr("\nPath=x/one\n"));
+  EXPECT_THAT(folder.bytes(own + "/info/one.trashinfo"), testing::HasSubstr("\nPath=x/one\n"));
 
   // A folder for all that is not sticky, or a link, could be anybody's.
   fs::create_directory(folder.path("mount/.Trash"));
@@ -162,7 +151,7 @@ TEST_F(TrashTest, UsesTheTrashOfTheMount) {
   fs::create_directory_symlink(folder.path("elsewhere"), folder.path(own));
   write("mount/five");
   EXPECT_FALSE(trash("mount/five"));
-  EXPECT_EQ(bytesOf(folder.path("mount/five")), "mount/five");
+  EXPECT_EQ(folder.bytes("mount/five"), "mount/five");
   EXPECT_TRUE(fs::is_empty(folder.path("elsewhere")));
 }
 
