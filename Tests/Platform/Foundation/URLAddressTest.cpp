@@ -1,7 +1,5 @@
-#include <gtest/gtest.h>
-
 #include "Platform/Foundation/URLAddress.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
