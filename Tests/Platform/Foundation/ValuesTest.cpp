@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <ctime>
 #include <limits>
 #include <memory>
@@ -8,7 +6,7 @@
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSValue.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 
 namespace kelvane {
 namespace {
