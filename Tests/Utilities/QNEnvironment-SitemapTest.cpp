@@ -1,11 +1,8 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Support/CapturedSystemLog.h"
 #include "Support/RawServer.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 #include "Utilities/QNEnvironment.h"
 
 namespace kelvane {
