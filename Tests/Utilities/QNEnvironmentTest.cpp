@@ -1,22 +1,17 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <filesystem>
-#include <fstream>
 
 #include "Platform/Foundation/NSBundle.h"
 #include "Platform/Foundation/PathText.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Support/CapturedSystemLog.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 #include "Utilities/QNEnvironment.h"
 
 namespace kelvane {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
 
 MATCHER_P(EndsWith, tail, "") { return TextView(arg).ends_with(tail); }
 
@@ -29,7 +24,7 @@ class QNEnvironmentTest : public testing::Test {
     environment.setAppName(u"Foo");
   }
 
-  Text path(const std::string& name) const { return textFromFileSystem(folder.path(name)); }
+  Text path(const std::string& name) const { return folder.text(name); }
 
   TemporaryFolder folder;
   CapturedSystemLog log;
@@ -81,8 +76,8 @@ TEST_F(QNEnvironmentTest, PreparesItsFolders) {
               ElementsAre(u"Error while removing file at path '" + path("Foo") + u"': No such file or directory"));
   EXPECT_TRUE(fs::is_directory(folder.path("Foo")) && fs::is_directory(folder.path("data/Foo")));
   EXPECT_FALSE(fs::exists(folder.path("data/Foo/Logs")));
-  std::ofstream(folder.path("Foo/left")) << "x";
-  std::ofstream(folder.path("data/Foo/kept")) << "x";
+  folder.write("Foo/left", "x");
+  folder.write("data/Foo/kept", "x");
   environment.setupFilesAndFolders();
   EXPECT_TRUE(fs::is_empty(folder.path("Foo")) && fs::exists(folder.path("data/Foo/kept")));
 
@@ -101,7 +96,7 @@ TEST_F(QNEnvironmentTest, MakesTheTemporaryFolderWhenAsked) {
   EXPECT_EQ(environment.temporaryFolderPathWithCreate(), path("Foo"));
   EXPECT_THAT(log.take(), ElementsAre(EndsWith(u" - Temporary folder does not exist. Will create one...")));
   fs::remove(folder.path("Foo"));
-  std::ofstream(folder.path("Foo")) << "x";
+  folder.write("Foo", "x");
   EXPECT_EQ(environment.temporaryFolderPathWithCreate(), std::nullopt);
   EXPECT_THAT(log.take(), ElementsAre(EndsWith(u" - Can't put poster into the temporary folder at '" + path("Foo") +
                                                u"', because there is a file with the same name.")));
