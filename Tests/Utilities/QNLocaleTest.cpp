@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <set>
 #include <stdexcept>
@@ -12,13 +9,11 @@
 #include "Platform/Foundation/UserLanguages.h"
 #include "Support/CapturedSystemLog.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 #include "Utilities/QNLocale.h"
 
 namespace kelvane {
 namespace {
-
-using testing::ElementsAre;
 
 class QNLocaleTest : public testing::Test {
  protected:
