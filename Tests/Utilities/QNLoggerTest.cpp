@@ -1,12 +1,8 @@
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
 
 #include <atomic>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <thread>
 
 #include "Extensions/NSFileManager-ThreadSafeManager.h"
@@ -18,7 +14,7 @@
 #include "Platform/Foundation/TextEncoding.h"
 #include "Support/CapturedSystemLog.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 #include "Utilities/QNLogger.h"
 
 namespace kelvane {
@@ -38,13 +34,10 @@ class QNLoggerTest : public testing::Test {
  protected:
   QNLoggerTest() { setenv("XDG_CONFIG_HOME", folder.path().c_str(), 1); }
 
-  std::string fileBytes() const {
-    std::ifstream file(fileSystemRepresentation(logPath), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  std::string fileBytes() const { return folder.bytes("host.log"); }
 
   TemporaryFolder folder;
-  Text logPath = textFromFileSystem(folder.path() + "/host.log");
+  Text logPath = folder.text("host.log");
   CapturedSystemLog systemLog;
 };
 
@@ -133,7 +126,7 @@ TEST_F(QNLoggerTest, LogFileTakesLatin1Lines) {
 
 TEST_F(QNLoggerTest, TroubleWithTheLogFileHarmsNobody) {
   QNLogger logger;
-  const Text missing = textFromFileSystem(folder.path() + "/no/such/folder/host.log");
+  const Text missing = folder.text("no/such/folder/host.log");
   logger.setLogFile(missing, true);
   EXPECT_EQ(logger.logFilePath(), missing);
   logger.warn(1, "f", method, u"a");
