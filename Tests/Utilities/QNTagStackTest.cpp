@@ -1,17 +1,11 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <stdexcept>
 
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 #include "Utilities/QNTagStack.h"
 
 namespace kelvane {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 QNTagStack stackOf(std::initializer_list<TextView> tags) {
   QNTagStack stack;
