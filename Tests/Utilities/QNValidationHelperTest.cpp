@@ -1,11 +1,9 @@
-#include <gtest/gtest.h>
-
 #include <random>
 #include <regex>
 #include <string>
 
 #include "Platform/Foundation/TextEncoding.h"
-#include "Support/TextPrinting.h"
+#include "Support/Testing.h"
 #include "Utilities/QNValidationHelper.h"
 
 namespace kelvane {
