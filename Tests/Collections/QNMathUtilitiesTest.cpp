@@ -55,6 +55,20 @@ TEST(QNMathUtilities, NamedAfterGaussAllTheSame) {
   EXPECT_EQ(QNMathUtilities::randomValueGausianDistributedBetween(-3.9, -3.1), -0.75);
 }
 
+TEST(QNMathUtilities, SeedsTheClassicGeneratorsFromTheClock) {
+  const auto now = [] { return static_cast<unsigned>(NSDate().timeIntervalSinceReferenceDate()); };
+  const unsigned before = now();
+  QNMathUtilities::initRandom();
+  const unsigned after = now();
+  const long drawn = random();
+  bool isSeeded = false;
+  for (unsigned seed = before; seed <= after; ++seed) {
+    srandom(seed);
+    isSeeded |= random() == drawn;
+  }
+  EXPECT_TRUE(isSeeded);
+}
+
 TEST(RandomBytes, AForkedProcessDrawsItsOwn) {
   static_cast<void>(randomWord());
   int ends[2];
