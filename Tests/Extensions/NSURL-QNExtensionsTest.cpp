@@ -3,6 +3,7 @@
 
 #include "Extensions/NSURL-QNExtensions.h"
 #include "Platform/Foundation/AtomicFile.h"
+#include "Platform/Foundation/NSURLError.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/URLContents.h"
 #include "Support/CapturedSystemLog.h"
@@ -88,6 +89,15 @@ TEST_F(DownloadTest, LeavesNothingBehindAFailure) {
   EXPECT_EQ(qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(NSURL::fileURLWithPath(u"/etc/passwd"), u"a/b"),
             nullptr);
   EXPECT_THAT(utf8(log.take().at(0)), testing::HasSubstr("Can't write contents to URL: file://"));
+}
+
+TEST_F(DownloadTest, LimitsHoldForFilesToo) {
+  folder.write("a file", "12345");
+  const auto file = NSURL::fileURLWithPath(folder.text("a file"));
+  Ref<NSError> error;
+  EXPECT_EQ(dataWithContentsOfURL(file, nullptr, {.receivedBytes = 5})->length(), 5U);
+  EXPECT_EQ(dataWithContentsOfURL(file, &error, {.receivedBytes = 4}), nullptr);
+  EXPECT_EQ(error->code(), NSURLErrorDataLengthExceedsMaximum);
 }
 
 }  // namespace
