@@ -37,6 +37,18 @@ TEST(QNGeometryUtilities, NoNumberFlowsThrough) {
   EXPECT_EQ(G::scaleFactorForInputSize({0, 50}, {200, 200}), infinity);
 }
 
+TEST(QNGeometryUtilities, ScreenGridAsksTheDesktop) {
+  class FineDesktop : public Desktop {
+   public:
+    double userSpaceScaleFactor() const override { return 2; }
+    void runModalAlert(const ModalAlert&) override {}
+  };
+  EXPECT_EQ(G::alignRectToScreenGrid({10.2, 20.7, 30.1, 40.0}), CGRect(10.5, 20.5, 31, 41));
+  Desktop::install(std::make_shared<FineDesktop>());
+  EXPECT_EQ(G::alignRectToScreenGrid({10.2, 20.7, 30.0, 40.0}), CGRect(10.25, 20.75, 30.5, 40.5));
+  Desktop::install(nullptr);
+}
+
 TEST(QNGeometryUtilities, ImagesCoverFrames) {
   CapturedSystemLog log;
   const struct {
