@@ -93,6 +93,21 @@ TEST_F(NSRunLoopTest, OfTwoThatAreReadyOneMayEndTheOther) {
   EXPECT_EQ(calls, 1);
 }
 
+TEST_F(NSRunLoopTest, TimersThatSetThemselvesAgainLetOthersIn) {
+  std::function<void()> again = [&] {
+    heard += 't';
+    if (heard.size() < 1000) events.callAt(Clock::time_point(), again);
+  };
+  events.callAt(Clock::time_point(), again);
+  events.watch(one[1], EventLoop::Writable, [&](unsigned) {
+    heard += 'w';
+    events.unwatch(one[1]);
+  });
+  loop.run();
+  EXPECT_EQ(heard.find('w'), 0U);
+  EXPECT_EQ(heard.size(), 1000U);
+}
+
 TEST_F(NSRunLoopTest, OtherThreadsWakeAndStopIt) {
   events.watch(one[0], EventLoop::Readable, [](unsigned) { FAIL(); });
   std::thread thread([&] {
