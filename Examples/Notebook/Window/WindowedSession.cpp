@@ -17,6 +17,7 @@
 #include "Walkthrough/Walkthrough.h"
 #include "Window/MainWindow.h"
 #include "Window/Preferences.h"
+#include "Window/QtText.h"
 
 namespace notebook {
 namespace {
@@ -35,9 +36,21 @@ Text folderOfNotes(const std::optional<std::string>& folder) {
   return kelvane::stringByAppendingPathComponent(kelvane::NSHomeDirectory(), u"Documents/Notebook");
 }
 
+// What Qt has to say goes where all else goes. That offscreen windows are no real ones is nothing new.
+void passToLog(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+  if (message.startsWith(QStringLiteral("This plugin does not support"))) return;
+  kelvane::QNLogger& logger = kelvane::QNLogger::sharedLogger();
+  const Text text = fromQt(message);
+  if (type == QtDebugMsg || type == QtInfoMsg)
+    logger.debug(context.line, context.file, "Qt", text);
+  else
+    logger.warn(context.line, context.file, "Qt", text);
+}
+
 }  // namespace
 
 int runWithWindows(int& count, char** arguments, const std::optional<std::string>& folder) {
+  qInstallMessageHandler(passToLog);
   QApplication application(count, arguments);
   application.setApplicationDisplayName(QStringLiteral("Notebook"));
   kelvane::installQtDesktop();
@@ -65,6 +78,7 @@ int runWithWindows(int& count, char** arguments, const std::optional<std::string
 int runWalkthrough(int& count, char** arguments, const std::string& sample, const std::string& pictures) {
   QElapsedTimer sinceStart;
   sinceStart.start();
+  qInstallMessageHandler(passToLog);
   QApplication application(count, arguments);
   kelvane::installQtDesktop();
   beginSession();
