@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <cstdlib>
 
 #include "Application/Session.h"
 #include "Extensions/NSUserDefaultsController-OSCompatibility.h"
@@ -47,6 +48,16 @@ void passToLog(QtMsgType type, const QMessageLogContext& context, const QString&
     logger.warn(context.line, context.file, "Qt", text);
 }
 
+// Preferences, log and trash of its own, so that the user's stay what they are.
+void useFoldersWithin(const QString& folder) {
+  QDir(folder).removeRecursively();
+  for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
+    const QString own = folder + QLatin1Char('/') + QString::fromLatin1(variable);
+    QDir().mkpath(own);
+    setenv(variable, QFile::encodeName(own).constData(), 1);
+  }
+}
+
 }  // namespace
 
 int runWithWindows(int& count, char** arguments, const std::optional<std::string>& folder) {
@@ -78,6 +89,7 @@ int runWithWindows(int& count, char** arguments, const std::optional<std::string
 int runWalkthrough(int& count, char** arguments, const std::string& sample, const std::string& pictures) {
   QElapsedTimer sinceStart;
   sinceStart.start();
+  useFoldersWithin(QDir(QFile::decodeName(pictures.c_str())).absoluteFilePath(QStringLiteral("settings")));
   qInstallMessageHandler(passToLog);
   QApplication application(count, arguments);
   kelvane::installQtDesktop();

@@ -95,9 +95,6 @@ TEST_F(X11Notebook, IsUsedByKeysAndClicks) {
 // What `Notebook --walkthrough` checks is what it would be used for; here it only has to say that all was well.
 TEST(NotebookWalkthrough, EndsWell) {
   const TemporaryFolder pictures;
-  const TemporaryFolder settings;
-  for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
-    setenv(variable, settings.path(variable).c_str(), 1);
   const auto result = runProcess(
       {KELVANE_NOTEBOOK, "--walkthrough", KELVANE_SOURCE_DIR "/Examples/Notebook/Documents", pictures.path()});
   EXPECT_EQ(result.status, 0) << result.out << result.err;
