@@ -23,6 +23,8 @@ std::uint64_t modifierFlags(Qt::KeyboardModifiers modifiers) {
 
 Ref<NSEvent> eventFrom(const QInputEvent& event) { return std::make_shared<NSEvent>(modifierFlags(event.modifiers())); }
 
-Ref<NSEvent> currentEvent() { return std::make_shared<NSEvent>(modifierFlags(QGuiApplication::queryKeyboardModifiers())); }
+Ref<NSEvent> currentEvent() {
+  return std::make_shared<NSEvent>(modifierFlags(QGuiApplication::queryKeyboardModifiers()));
+}
 
 }  // namespace kelvane

@@ -9,7 +9,9 @@ namespace {
 
 QColor colorOf(const NSColor& color) {
   // "Not greater" takes NaN too.
-  const auto part = [](double component) { return component > 0 ? static_cast<float>(std::min(component, 1.0)) : 0.0F; };
+  const auto part = [](double component) {
+    return component > 0 ? static_cast<float>(std::min(component, 1.0)) : 0.0F;
+  };
   return QColor::fromRgbF(part(color.redComponent()), part(color.greenComponent()), part(color.blueComponent()),
                           part(color.alphaComponent()));
 }

@@ -8,8 +8,8 @@ class QWidget;
 namespace kelvane {
 
 // Has the widget cast the shadow, as it is now, on what is behind it in its window; null ends that. The offset counts
-// upwards, as everywhere in the library. It takes the place of any other graphics effect, of which Qt lets a widget have
-// one. Main thread only.
+// upwards, as everywhere in the library. It takes the place of any other graphics effect, of which Qt lets a widget
+// have one. Main thread only.
 //
 //   OSShadow shadow;
 //   setShadowAngle(shadow, 135, 4);

@@ -125,9 +125,10 @@ class KELVANE_EXPORT QNLogger {
   }
 
   // logLevel:lineNumber:fileName:methodName:message:withException:showDialog:  What all of these come down to: writes
-  // the line, with the exception's reason when there is one, and then shows a modal alert with the message, on the
-  // calling thread, which must be the main one. Below the threshold neither. The alert reads the message as a format
-  // without arguments: "%%" gives "%", any other conversion nothing. A level above 4 has an empty label.
+  // the line, with the exception's reason when there is one, and then shows a modal alert with the message: on the main
+  // thread, which must be the calling one unless the desktop goes there itself, as Qt's does. Below the threshold
+  // neither. The alert reads the message as a format without arguments: "%%" gives "%", any other conversion nothing. A
+  // level above 4 has an empty label.
   void message(QNLogLevel logLevel, int lineNumber, const char* fileName, const char* methodName, LogMessage message,
                const NSException* withException = nullptr) {
     this->message(logLevel, lineNumber, fileName, methodName, message, withException, false);

@@ -1,13 +1,10 @@
-#include "Qt/QtEvents.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <QKeyEvent>
-#include <QTest>
-#include <QWidget>
 
 #include "Extensions/NSEvent-QNExtensions.h"
+#include "Qt/QtEvents.h"
 
 namespace kelvane {
 namespace {
@@ -26,12 +23,6 @@ TEST(QtEvents, ModifierKeysAreToldByWhatTheyAreFor) {
     EXPECT_EQ(event->modifierFlags(), row.flags);
     EXPECT_EQ(isAnyCommandModificationKeyPressed(*event), row.isCommand);
   }
-  QWidget window;
-  window.show();
-  QTest::keyPress(&window, Qt::Key_Control, Qt::ControlModifier);
-  EXPECT_EQ(currentEvent()->modifierFlags(), NSCommandKeyMask);
-  QTest::keyRelease(&window, Qt::Key_Control);
-  EXPECT_EQ(currentEvent()->modifierFlags(), 0U);
 }
 
 }  // namespace

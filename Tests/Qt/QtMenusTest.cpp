@@ -105,8 +105,8 @@ TEST_F(QtMenusTest, KeyEquivalentsAreShortcuts) {
     const char* shortcut;
   };
   for (const Row& row : {Row{u"", ""}, Row{u"s", "Ctrl+S"}, Row{u"S", "Ctrl+Shift+S"}, Row{u",", "Ctrl+,"},
-                         Row{u"\x7F", "Ctrl+Backspace"}, Row{u"\r", "Ctrl+Return"}, Row{u"\uF700", "Ctrl+Up"},
-                         Row{u"\uF704", "F1"}, Row{u"\uF726", "F35"}, Row{u"\uF746", "Help"}, Row{u"ab", ""}}) {
+                         Row{u"\x7F", "Ctrl+Backspace"}, Row{u"\uF700", "Ctrl+Up"}, Row{u"\uF704", "F1"},
+                         Row{u"\uF726", "F35"}, Row{u"\uF746", "Help"}, Row{u"ab", ""}}) {
     const auto each = item(u"x", u"x:", row.key);
     main->addItem(each);
     EXPECT_EQ(actionFor(*each)->shortcut().toString(QKeySequence::PortableText).toStdString(), row.shortcut);
@@ -142,7 +142,7 @@ TEST_F(QtMenusTest, PopUpOverAViewAndReturnWhenClosed) {
     if (what == Choose)
       QTest::mouseClick(popUp, Qt::LeftButton, {}, popUp->actionGeometry(actionFor(*menu->items().back())).center());
     else
-      QTest::keyClick(popUp, Qt::Key_Escape);
+      QTest::mouseClick(popUp, Qt::LeftButton, {}, QPoint(-50, -50));
   });
   NSMenuExtensions::popUpMenu(menu, viewFor(anchor), false);
   EXPECT_EQ(heard, "Second;");

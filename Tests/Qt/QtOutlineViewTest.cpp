@@ -1,5 +1,3 @@
-#include "Qt/QtOutlineView.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -12,6 +10,7 @@
 #include "Extensions/NSTreeController-QNExtensions.h"
 #include "Platform/Foundation/Properties.h"
 #include "Platform/Foundation/TextEncoding.h"
+#include "Qt/QtOutlineView.h"
 #include "Support/CapturedSystemLog.h"
 
 namespace kelvane {
@@ -25,10 +24,9 @@ class Folder : public NSObject {
   explicit Folder(TextView name) : myName(name) {}
 
   const PropertyTable& propertyTable() const override {
-    static const PropertyTable table(
-        NSObject::propertyTable(),
-        {property(u"name", &Folder::myName), property(u"children", &Folder::children),
-         property(u"size", &Folder::mySize), property(u"isOpen", &Folder::myIsOpen)});
+    static const PropertyTable table(NSObject::propertyTable(),
+                                     {property(u"name", &Folder::myName), property(u"children", &Folder::children),
+                                      property(u"size", &Folder::mySize), property(u"isOpen", &Folder::myIsOpen)});
     return table;
   }
   Ref<NSMutableArray> children() const {
@@ -57,7 +55,6 @@ class QtOutlineViewTest : public testing::Test {
     top->addObject(b);
     controller->setContent(top);
     outline = bindOutlineView(*tree, controller, {{u"Name", u"name", true}, {u"Size", u"size", true}});
-    tester = std::make_unique<QAbstractItemModelTester>(tree->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
     tree->show();
   }
@@ -93,7 +90,6 @@ class QtOutlineViewTest : public testing::Test {
   Ref<NSTreeController> controller = std::make_shared<NSTreeController>(u"children");
   std::unique_ptr<QTreeView> tree = std::make_unique<QTreeView>();
   Ref<NSOutlineView> outline;
-  std::unique_ptr<QAbstractItemModelTester> tester;
 };
 
 TEST_F(QtOutlineViewTest, RowsAreItemsWithModelObjects) {
@@ -118,6 +114,7 @@ TEST_F(QtOutlineViewTest, RowsAreItemsWithModelObjects) {
 }
 
 TEST_F(QtOutlineViewTest, WhatIsStillThereStaysExpandedAndSelected) {
+  const QAbstractItemModelTester tester(tree->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
   tree->expandAll();
   setSelectedObjects(*controller, NSArray::arrayWithObjects({a->myChildren->objectAtIndex(1), b}));
   EXPECT_EQ(tree->selectionModel()->selectedRows().size(), 2);
@@ -158,7 +155,6 @@ TEST_F(QtOutlineViewTest, UsersSelectAndEdit) {
   EXPECT_FALSE(model.setData(size, u"many"_qs));
   EXPECT_EQ(model.headerData(1, Qt::Horizontal), u"Size"_qs);
   // A key path that leads nowhere is reported, but not with each painting; truth values are boxes.
-  tester.reset();
   bindOutlineView(*tree, controller, {{u"", u"isOpen", true}, {u"", u"isOpen"}, {u"", u"none"}});
   EXPECT_TRUE(tree->model()->setData(at({1}), Qt::Checked, Qt::CheckStateRole));
   EXPECT_TRUE(b->myIsOpen);
@@ -167,24 +163,22 @@ TEST_F(QtOutlineViewTest, UsersSelectAndEdit) {
   EXPECT_EQ(log.take().size(), 1U);
 }
 
-// Leaves and counts as the model tells, without looking at the children.
 TEST_F(QtOutlineViewTest, HasChildrenAsTheKeyPathsSay) {
-  tester.reset();
   a->myIsOpen = true;
   b->mySize = 0;
-  for (const auto& [count, leaf, hasA, hasB] :
-       {std::tuple(false, true, false, false), std::tuple(true, false, true, false), std::tuple(true, true, false, false)}) {
-    const auto told = std::make_shared<NSTreeController>(u"children", count ? std::optional<Text>(u"size") : std::nullopt,
-                                                         leaf ? std::optional<Text>(u"isOpen") : std::nullopt);
-    told->setContent(top);
-    bindOutlineView(*tree, told, {{u"", u"name"}});
-    EXPECT_EQ(tree->model()->hasChildren(at({0})), hasA);
-    EXPECT_EQ(tree->model()->hasChildren(at({1})), hasB);
-  }
+  const auto hasChildren = [&](std::optional<Text> count, std::optional<Text> leaf) {
+    controller = std::make_shared<NSTreeController>(u"children", std::move(count), std::move(leaf));
+    controller->setContent(top);
+    bindOutlineView(*tree, controller, {{u"", u"name"}});
+    return std::pair(tree->model()->hasChildren(at({0})), tree->model()->hasChildren(at({1})));
+  };
+  EXPECT_EQ(hasChildren(std::nullopt, std::nullopt), std::pair(true, false));
+  EXPECT_EQ(hasChildren(std::nullopt, u"isOpen"), std::pair(false, false));
+  b->mySize = 1;
+  EXPECT_EQ(hasChildren(u"size", u"isOpen"), std::pair(false, true));
 }
 
 TEST_F(QtOutlineViewTest, ManyRowsTakeLinearWork) {
-  tester.reset();
   const auto big = std::make_shared<NSMutableArray>();
   constexpr int folders = 1000;
   constexpr int all = folders * 100;
@@ -198,48 +192,34 @@ TEST_F(QtOutlineViewTest, ManyRowsTakeLinearWork) {
   tree->expandAll();
   ASSERT_EQ(outline->numberOfRows(), all);
   for (int row = 0; row < all; ++row) ASSERT_NE(outline->itemAtRow(row), nullptr);
-  EXPECT_LT(Folder::reads, 10 * all);
-  Folder::reads = 0;
   EXPECT_EQ(realItemForOpaqueItem(*outline, std::make_shared<NSObject>()), nullptr);
-  EXPECT_LT(Folder::reads, 10 * all);
-  Folder::reads = 0;
   const Ref<NSObject> last = outline->itemAtRow(all - 1);
   big->removeObjectAtIndex(0);
   tree->selectAll();
   controller->rearrangeObjects();
   EXPECT_EQ(outline->itemAtRow(all - 101), last);
   EXPECT_EQ(controller->selectionIndexPaths().size(), std::size_t{all - 100});
-  EXPECT_LT(Folder::reads, 10 * all);
+  EXPECT_LT(Folder::reads, 20 * all);
 }
 
-// A chain of objects, and one that holds itself.
-TEST_F(QtOutlineViewTest, DepthAndEndlessnessDoNoHarm) {
-  tester.reset();
-  constexpr std::size_t depth = 20000;
+TEST_F(QtOutlineViewTest, TreesMayBeDeepAndWithoutEnd) {
   Ref<Folder> bottom = b;
   std::vector<std::size_t> path{1};
-  for (std::size_t i = 0; i < depth; ++i) {
-    bottom = bottom->add(u"b");
-    path.push_back(0);
-  }
+  for (path.resize(20000); path.size() > 1; path.pop_back()) bottom = bottom->add(u"b");
+  path.resize(20000);
   controller->setSelectionIndexPaths({std::make_shared<NSIndexPath>(path)});
   EXPECT_EQ(modelObjectAt(tree->selectionModel()->selectedRows().value(0)), bottom);
   b->myChildren->removeAllObjects();
-  controller->rearrangeObjects();
-  EXPECT_TRUE(controller->selectionIndexPaths().empty());
   b->myChildren->addObject(b);
   controller->rearrangeObjects();
-  QModelIndex index = at({1});
-  for (int i = 0; i < 5; ++i) {
-    tree->expand(index);
-    index = tree->model()->index(0, 0, index);
-  }
-  EXPECT_EQ(rows(), "a b b b b b b ");
+  EXPECT_TRUE(controller->selectionIndexPaths().empty());
+  tree->expand(at({1}));
+  tree->expand(at({1, 0}));
+  EXPECT_EQ(rows(), "a b b b ");
   b->myChildren->removeAllObjects();
 }
 
 TEST_F(QtOutlineViewTest, ViewsAndBindingsMayGo) {
-  tester.reset();
   const Ref<NSObject> item = outline->itemAtRow(0);
   EXPECT_EQ(_treeController(*outline), controller);
   EXPECT_EQ(outline->infoForBinding(u"value"), nullptr);

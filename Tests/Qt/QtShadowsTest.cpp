@@ -1,11 +1,10 @@
-#include "Qt/QtShadows.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <QImage>
 #include <QWidget>
 
+#include "Qt/QtShadows.h"
 
 namespace kelvane {
 namespace {

@@ -89,29 +89,30 @@ TEST_F(QtSplitViewTest, DividersComeBackInAReopenedWindow) {
   }
 }
 
-TEST_F(QtSplitViewTest, WhatIsWantedIsForgottenWhenTheUserHasASay) {
-  Window window(3);
-  window.show(QSize(908, 100));
-  keep(100, 500);
+TEST_F(QtSplitViewTest, OtherPanesShareWhatIsLeft) {
+  keep(100, 200);
+  Window window(4);
   loadDividerPosition(window.view(), u"k");
-  EXPECT_THAT(window.extents(), ElementsAre(100, 500, 300));
+  window.show(QSize(912, 100));
+  EXPECT_THAT(window.extents(), ElementsAre(100, 200, 300, 300));
   keep(150, 0);
-  window.splitter.setSizes({300, 300, 300});
+  window.splitter.setSizes({300, 300, 200, 100});
   loadDividerPosition(window.view(), u"k");
-  EXPECT_THAT(window.extents(), ElementsAre(150, 375, 375)) << "others share what is left as they did before";
-  window.resize(QSize(608, 100));
-  const double after = window.extents()[0];
-  EXPECT_LT(after, 150);
-  // No room for it: in proportion, until there is.
+  EXPECT_THAT(window.extents(), ElementsAre(150, 375, 250, 125));
+  window.resize(QSize(612, 100));
+  EXPECT_LT(window.extents()[0], 150) << "from here on it goes as the user wants it";
+}
+
+TEST_F(QtSplitViewTest, WithoutRoomItIsShared) {
   keep(400, 400);
-  Window narrow(2);
-  narrow.show(QSize(404, 100));
-  loadDividerPosition(narrow.view(), u"k");
-  EXPECT_THAT(narrow.extents(), ElementsAre(200, 200));
-  QMetaObject::invokeMethod(&narrow.splitter, "splitterMoved", Q_ARG(int, 0), Q_ARG(int, 1));
-  narrow.splitter.setSizes({100, 300});
-  narrow.resize(QSize(804, 100));
-  EXPECT_LT(narrow.extents()[0], 300);
+  Window window(2);
+  window.show(QSize(404, 100));
+  loadDividerPosition(window.view(), u"k");
+  EXPECT_THAT(window.extents(), ElementsAre(200, 200));
+  QMetaObject::invokeMethod(&window.splitter, "splitterMoved", Q_ARG(int, 0), Q_ARG(int, 1));
+  window.splitter.setSizes({100, 300});
+  window.resize(QSize(804, 100));
+  EXPECT_LT(window.extents()[0], 300);
 }
 
 TEST_F(QtSplitViewTest, HiddenAndCollapsedPanesKeepTheirExtent) {

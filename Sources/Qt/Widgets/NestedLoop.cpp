@@ -6,11 +6,11 @@
 namespace kelvane {
 
 bool NestedLoop::run() {
-  bool hasRun = false;
+  myHasRun = false;
   QMetaObject::invokeMethod(
-      &myLoop, [&hasRun] { hasRun = true; }, Qt::QueuedConnection);
+      &myLoop, [this] { myHasRun = true; }, Qt::QueuedConnection);
   if (!myIsLeft) myLoop.exec();
-  const bool isRefused = !hasRun;
+  const bool isRefused = !myHasRun;
   while (isRefused && !myIsLeft) myLoop.processEvents(QEventLoop::WaitForMoreEvents);
   return std::exchange(myIsLeft, false);
 }

@@ -16,6 +16,8 @@ class NestedLoop {
  private:
   QEventLoop myLoop;
   bool myIsLeft = false;
+  // Whether the loop has handled anything.
+  bool myHasRun = false;
 };
 
 }  // namespace kelvane

@@ -10,7 +10,10 @@
 namespace kelvane {
 
 OutlineBinding::OutlineBinding(QTreeView& view, Ref<NSTreeController> controller, std::vector<OutlineColumn> columns)
-    : QObject(&view), myView(view), myController(std::move(controller)), myModel(myController, std::move(columns), this) {
+    : QObject(&view),
+      myView(view),
+      myController(std::move(controller)),
+      myModel(myController, std::move(columns), this) {
   view.setModel(&myModel);
   const auto relist = [this] { myRowsAreListed = false; };
   connect(&view, &QTreeView::expanded, this, relist);

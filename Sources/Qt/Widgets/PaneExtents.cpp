@@ -101,8 +101,10 @@ void PaneExtents::forgetWanted() {
 
 // The wanted ones, and the rest of the room for the others, in proportion to what they have.
 QList<int> PaneExtents::sizesToSet() const {
-  const QList<int> current = mySplitter.sizes();
+  QList<int> current = mySplitter.sizes();
   QList<int> sizes = current;
+  // Panes without an extent are collapsed, unless none has been laid out yet.
+  if (std::ranges::all_of(current, [](int size) { return size == 0; })) current.fill(1);
   int rest = room();
   int others = 0;
   for (int i = 0; i < sizes.size(); ++i) {

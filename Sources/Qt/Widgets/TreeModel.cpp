@@ -86,7 +86,8 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole && role != Qt::CheckStateRole)) return {};
   const Ref<NSObject> value = valueAt(index);
   const NSNumber* const truth = truthIn(value);
-  if (role == Qt::CheckStateRole) return truth ? QVariant(truth->boolValue() ? Qt::Checked : Qt::Unchecked) : QVariant();
+  if (role == Qt::CheckStateRole)
+    return truth ? QVariant(truth->boolValue() ? Qt::Checked : Qt::Unchecked) : QVariant();
   if (!value || truth) return {};
   return role == Qt::EditRole ? editable(value) : qString(value->description());
 }

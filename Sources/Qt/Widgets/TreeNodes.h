@@ -40,8 +40,8 @@ class TreeNode final : public NSObject {
   std::vector<Ref<TreeNode>> myChildren;
 };
 
-// The nodes of a tree controller's content, as far as somebody has looked. An object that throws when it is asked has no
-// children; the first time is logged. Main thread only.
+// The nodes of a tree controller's content, as far as somebody has looked. An object that throws when it is asked has
+// no children; the first time is logged. Main thread only.
 class TreeNodes {
  public:
   explicit TreeNodes(Ref<NSTreeController> controller);
@@ -57,8 +57,8 @@ class TreeNodes {
   // Whether there are any, as the controller's key paths tell; makes none.
   bool hasChildren(const TreeNode& node) const;
 
-  // Takes over what has become of the content, all known nodes at once. Those of objects that are not in their place any
-  // more are returned; they have no tree, and those below them went with them. Linear in the number of known nodes.
+  // Takes over what has become of the content, all known nodes at once. Those of objects that are not in their place
+  // any more are returned; they have no tree, and those below them went with them. Linear in the number of known nodes.
   std::vector<Ref<TreeNode>> update();
 
  private:
