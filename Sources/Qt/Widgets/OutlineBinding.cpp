@@ -118,8 +118,11 @@ void OutlineBinding::showSelection() {
 void OutlineBinding::tellSelection() {
   if (myIsSelecting || !isShown()) return;
   std::vector<Ref<NSIndexPath>> paths;
-  const QModelIndexList rows = myView.selectionModel()->selectedRows();
-  for (const QModelIndex& index : rows) paths.push_back(pathTo(index));
+  // Range by range: selectedRows() would look at all ranges for each row.
+  const QItemSelection selection = myView.selectionModel()->selection();
+  for (const QItemSelectionRange& range : selection)
+    for (int row = range.top(); range.left() == 0 && row <= range.bottom(); ++row)
+      paths.push_back(pathTo(myModel.index(row, 0, range.parent())));
   std::ranges::sort(paths, [](const auto& a, const auto& b) { return a->indexes() < b->indexes(); });
   const auto isSame = [](const auto& a, const auto& b) { return a->isEqual(*b); };
   if (std::ranges::equal(paths, myController->selectionIndexPaths(), isSame)) return;
