@@ -2,6 +2,7 @@
 # but by name; those in the folders below it are its own.
 
 find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets)
+find_package(JPEG REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(xcb REQUIRED IMPORTED_TARGET xcb)
 
@@ -20,7 +21,7 @@ set_target_properties(
              POSITION_INDEPENDENT_CODE ON)
 # Neither Qt's words for signals nor conversions from bytes that nobody said the encoding of.
 target_compile_definitions(KelvaneFoundationQt PRIVATE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
-target_link_libraries(KelvaneFoundationQt PUBLIC KelvaneFoundation::Foundation PRIVATE Qt6::Widgets PkgConfig::xcb)
+target_link_libraries(KelvaneFoundationQt PUBLIC KelvaneFoundation::Foundation PRIVATE Qt6::Widgets JPEG::JPEG PkgConfig::xcb)
 kelvane_warnings(KelvaneFoundationQt)
 if(NOT KELVANE_SANITIZE)
   target_link_options(KelvaneFoundationQt PRIVATE -Wl,--no-undefined)

@@ -11,6 +11,9 @@
 #include "Platform/Desktop/Desktop.h"
 #include "Platform/Foundation/NSRunLoop.h"
 #include "Platform/Foundation/Raise.h"
+#include "Qt/Painting/QtImageCodec.h"
+#include "Qt/Painting/QtOffscreenImage.h"
+#include "Qt/Painting/TextLayout.h"
 #include "Qt/Widgets/Adapters.h"
 #include "Qt/Widgets/ModalAlerts.h"
 #include "Qt/Widgets/Platform.h"
@@ -42,9 +45,18 @@ class QtDesktop final : public Desktop {
       runAlertOnMainThread(myRunLoop, alert);
   }
 
+  CGSize sizeOfText(TextView text, const NSDictionary& attributes) override {
+    return TextLayout(text, attributes).size();
+  }
+  std::unique_ptr<OffscreenImage> makeOffscreenImage(const CGSize& size) override {
+    return makeQtOffscreenImage(size, userSpaceScaleFactor());
+  }
+  ImageCodec* imageCodec() override { return &myImageCodec; }
+
  private:
   const QThread* const myThread = QThread::currentThread();
   NSRunLoop& myRunLoop = NSRunLoop::currentRunLoop();
+  QtImageCodec myImageCodec;
 };
 
 // The desktop that was there before Qt's, and is again when the application has gone.
