@@ -18,9 +18,7 @@
 namespace kelvane {
 
 inline QPointF qtPoint(const CGPoint& point) { return {point.x, point.y}; }
-inline QRectF qtRect(const CGRect& rect) {
-  return {rect.origin.x, rect.origin.y, rect.size.width, rect.size.height};
-}
+inline QRectF qtRect(const CGRect& rect) { return {rect.origin.x, rect.origin.y, rect.size.width, rect.size.height}; }
 
 inline QTransform qtTransform(const NSAffineTransform& transform) {
   const auto& m = transform.transformStruct();

@@ -1,5 +1,8 @@
 #include "Qt/Painting/JPEGEncoder.h"
 
+#include <jpeglib.h>
+
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <csetjmp>
@@ -7,10 +10,6 @@
 #include <cstdio>  // jpeglib.h asks for it
 #include <cstdlib>
 #include <memory>
-
-#include <jpeglib.h>
-
-#include <algorithm>
 
 namespace kelvane {
 namespace {

@@ -50,19 +50,31 @@ QPainterPath qtPath(const NSBezierPath& path) {
 
 QPainter::CompositionMode compositionMode(NSCompositingOperation operation) {
   switch (operation) {
-    case NSCompositingOperation::Clear: return QPainter::CompositionMode_Clear;
-    case NSCompositingOperation::Copy: return QPainter::CompositionMode_Source;
-    case NSCompositingOperation::SourceIn: return QPainter::CompositionMode_SourceIn;
-    case NSCompositingOperation::SourceOut: return QPainter::CompositionMode_SourceOut;
-    case NSCompositingOperation::SourceAtop: return QPainter::CompositionMode_SourceAtop;
-    case NSCompositingOperation::DestinationOver: return QPainter::CompositionMode_DestinationOver;
-    case NSCompositingOperation::DestinationIn: return QPainter::CompositionMode_DestinationIn;
-    case NSCompositingOperation::DestinationOut: return QPainter::CompositionMode_DestinationOut;
-    case NSCompositingOperation::DestinationAtop: return QPainter::CompositionMode_DestinationAtop;
-    case NSCompositingOperation::XOR: return QPainter::CompositionMode_Xor;
-    case NSCompositingOperation::PlusLighter: return QPainter::CompositionMode_Plus;
+    case NSCompositingOperation::Clear:
+      return QPainter::CompositionMode_Clear;
+    case NSCompositingOperation::Copy:
+      return QPainter::CompositionMode_Source;
+    case NSCompositingOperation::SourceIn:
+      return QPainter::CompositionMode_SourceIn;
+    case NSCompositingOperation::SourceOut:
+      return QPainter::CompositionMode_SourceOut;
+    case NSCompositingOperation::SourceAtop:
+      return QPainter::CompositionMode_SourceAtop;
+    case NSCompositingOperation::DestinationOver:
+      return QPainter::CompositionMode_DestinationOver;
+    case NSCompositingOperation::DestinationIn:
+      return QPainter::CompositionMode_DestinationIn;
+    case NSCompositingOperation::DestinationOut:
+      return QPainter::CompositionMode_DestinationOut;
+    case NSCompositingOperation::DestinationAtop:
+      return QPainter::CompositionMode_DestinationAtop;
+    case NSCompositingOperation::XOR:
+      return QPainter::CompositionMode_Xor;
+    case NSCompositingOperation::PlusLighter:
+      return QPainter::CompositionMode_Plus;
     case NSCompositingOperation::SourceOver:
-    case NSCompositingOperation::PlusDarker: break;  // the latter has a way of its own
+    case NSCompositingOperation::PlusDarker:
+      break;  // the latter has a way of its own
   }
   return QPainter::CompositionMode_SourceOver;
 }
@@ -120,9 +132,7 @@ void QtGraphicsContext::concatTransform(const NSAffineTransform& transform) {
     myState.isNowhere = true;
 }
 
-void QtGraphicsContext::clipToPath(const NSBezierPath& path) {
-  myPainter.setClipPath(qtPath(path), Qt::IntersectClip);
-}
+void QtGraphicsContext::clipToPath(const NSBezierPath& path) { myPainter.setClipPath(qtPath(path), Qt::IntersectClip); }
 
 void QtGraphicsContext::clipToRect(const CGRect& rect) {
   QPainterPath path;

@@ -31,8 +31,8 @@ constexpr int lzwCompression = 1;
 // By what the bytes begin with; only these formats are tried, with a reader of their own.
 const char* formatOf(std::string_view bytes) {
   constexpr std::pair<std::string_view, const char*> beginnings[] = {
-      {"\x89PNG\r\n\x1A\n"sv, "png"}, {"\xFF\xD8\xFF"sv, "jpeg"},  {"II*\0"sv, "tiff"},
-      {"MM\0*"sv, "tiff"},            {"II+\0\x08\0"sv, "tiff"}, {"MM\0+\0\x08"sv, "tiff"}};
+      {"\x89PNG\r\n\x1A\n"sv, "png"}, {"\xFF\xD8\xFF"sv, "jpeg"}, {"II*\0"sv, "tiff"}, {"MM\0*"sv, "tiff"},
+      {"II+\0\x08\0"sv, "tiff"},      {"MM\0+\0\x08"sv, "tiff"}};
   for (const auto& [beginning, format] : beginnings)
     if (bytes.starts_with(beginning)) return format;
   return nullptr;
@@ -147,9 +147,12 @@ std::vector<Ref<NSImageRep>> QtImageCodec::decode(std::span<const std::uint8_t> 
 Ref<NSData> QtImageCodec::encode(const NSBitmapImageRep& image, NSBitmapImageFileType type,
                                  const NSDictionary& properties) {
   switch (type) {
-    case NSBitmapImageFileType::TIFF: return dataOf("tiff", image);
-    case NSBitmapImageFileType::PNG: return dataOf("png", image);
-    case NSBitmapImageFileType::JPEG: return JPEGDataOf(image, properties);
+    case NSBitmapImageFileType::TIFF:
+      return dataOf("tiff", image);
+    case NSBitmapImageFileType::PNG:
+      return dataOf("png", image);
+    case NSBitmapImageFileType::JPEG:
+      return JPEGDataOf(image, properties);
   }
   return nullptr;
 }

@@ -15,7 +15,10 @@ namespace {
 class QtOffscreenImage final : public OffscreenImage {
  public:
   QtOffscreenImage(QImage image, const CGSize& size)
-      : myImage(std::move(image)), mySize(size), myPainter(&myImage), myContext(new QtGraphicsContext(myPainter, userToPixels(), false)) {}
+      : myImage(std::move(image)),
+        mySize(size),
+        myPainter(&myImage),
+        myContext(new QtGraphicsContext(myPainter, userToPixels(), false)) {}
 
   NSGraphicsContext& context() override { return *myContext; }
   Ref<NSBitmapImageRep> takeBitmap() override {

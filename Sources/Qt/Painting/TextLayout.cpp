@@ -34,9 +34,9 @@ QPaintDevice& pointDevice() {
 
 // From the platform's numbers (5 is regular, 9 bold) to Qt's.
 QFont::Weight qtWeight(int weight) {
-  constexpr QFont::Weight weights[] = {QFont::Thin,   QFont::Thin,   QFont::ExtraLight, QFont::Light,
-                                       QFont::Light,  QFont::Normal, QFont::Medium,     QFont::DemiBold,
-                                       QFont::DemiBold, QFont::Bold, QFont::ExtraBold,  QFont::ExtraBold,
+  constexpr QFont::Weight weights[] = {QFont::Thin,     QFont::Thin,   QFont::ExtraLight, QFont::Light,
+                                       QFont::Light,    QFont::Normal, QFont::Medium,     QFont::DemiBold,
+                                       QFont::DemiBold, QFont::Bold,   QFont::ExtraBold,  QFont::ExtraBold,
                                        QFont::Black};
   return weights[std::clamp(weight, 0, static_cast<int>(std::size(weights)) - 1)];
 }

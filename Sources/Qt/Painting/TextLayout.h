@@ -16,8 +16,8 @@ class QPainter;
 
 namespace kelvane {
 
-// Text in the font, colour and underline of its attributes, laid out in lines from the top, with y downwards and a point
-// a unit, whatever the device is: not hinted, so that it takes the same room at every scale. Main thread only.
+// Text in the font, colour and underline of its attributes, laid out in lines from the top, with y downwards and a
+// point a unit, whatever the device is: not hinted, so that it takes the same room at every scale. Main thread only.
 class TextLayout {
  public:
   static constexpr double unlimited = std::numeric_limits<double>::infinity();
