@@ -21,6 +21,8 @@ namespace {
 
 // The sharpest corners that are drawn to their point: ten times as long as the line is wide.
 constexpr double miterLimit = 10;
+// By how many pixels an outline may leave the curve that it stands for.
+constexpr double curveTolerance = 0.25;
 
 // A whole number, so that what is aligned from below is so from above.
 double heightInPixels(const QPainter& painter) {
@@ -158,7 +160,13 @@ void QtGraphicsContext::strokePath(const NSBezierPath& path) {
   if (myState.isNowhere || !(width >= 0) || std::isinf(width)) return;
   QPen pen(myState.strokeColor, width, Qt::SolidLine, Qt::FlatCap, Qt::SvgMiterJoin);
   pen.setMiterLimit(miterLimit);
-  myPainter.strokePath(qtPath(path), pen);
+  const QSizeF unit = deviceSize({0, 0, 1, 1});
+  const double scale = std::max(unit.width(), unit.height());
+  if (width == 0 || width * scale > 1) return myPainter.strokePath(qtPath(path), pen);
+  // Qt draws such thin lines one by one, without their corners.
+  QPainterPathStroker stroker(pen);
+  stroker.setCurveThreshold(curveTolerance / scale);
+  myPainter.fillPath(stroker.createStroke(qtPath(path)), myState.strokeColor);
 }
 
 void QtGraphicsContext::clearRect(const CGRect& rect) {

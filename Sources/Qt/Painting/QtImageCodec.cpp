@@ -3,6 +3,7 @@
 #include <QBuffer>
 #include <QByteArray>
 #include <QColorSpace>
+#include <QIODevice>
 #include <QImage>
 #include <QImageReader>
 #include <QImageWriter>
@@ -51,6 +52,24 @@ bool isWholeJPEG(std::string_view bytes) {
   return place < bytes.size() && bytes.find("\xFF\xD9"sv, place) != std::string_view::npos;
 }
 
+// Bytes to be read where they are. Unlike QBuffer it lets damaged files seek behind the end, where nothing is, without
+// a word on standard error.
+class BytesDevice : public QIODevice {
+ public:
+  explicit BytesDevice(std::string_view bytes) : myBytes(bytes) { open(QIODevice::ReadOnly | QIODevice::Unbuffered); }
+  qint64 size() const override { return static_cast<qint64>(myBytes.size()); }
+
+ protected:
+  qint64 readData(char* to, qint64 count) override {
+    if (pos() < 0 || pos() >= size()) return 0;
+    return static_cast<qint64>(myBytes.copy(to, static_cast<std::size_t>(count), static_cast<std::size_t>(pos())));
+  }
+  qint64 writeData(const char*, qint64) override { return -1; }
+
+ private:
+  std::string_view myBytes;
+};
+
 bool isNearlySRGB(const QColorSpace& space) {
   if (space.primaries() != QColorSpace::Primaries::SRgb) return false;
   // Files that mean sRGB often tell the exponent alone.
@@ -62,9 +81,9 @@ double pointsFor(int pixels, int dotsPerMeter, int dotsPerMeterElsewhere) {
   if (dotsPerMeter <= 0) dotsPerMeter = dotsPerMeterElsewhere;
   if (dotsPerMeter <= 0) return pixels;
   const double dotsPerInch = dotsPerMeter / inchesPerMeter;
-  // Files keep whole dots per metre, people whole dots per inch.
+  // What Qt tells is whole, and cut where a file tells dots per inch. People mean whole dots per inch.
   const double whole = std::round(dotsPerInch);
-  return pixels * pointsPerInch / (std::abs(dotsPerInch - whole) < 0.5 / inchesPerMeter + 1e-9 ? whole : dotsPerInch);
+  return pixels * pointsPerInch / (std::abs(dotsPerInch - whole) * inchesPerMeter <= 1 ? whole : dotsPerInch);
 }
 
 Ref<NSImageRep> nextImage(QImageReader& reader, std::int64_t& pixelsLeft) {
@@ -125,22 +144,22 @@ QtImageCodec::QtImageCodec() {
 }
 
 std::vector<Ref<NSImageRep>> QtImageCodec::decode(std::span<const std::uint8_t> bytes) {
-  const auto* const begin = reinterpret_cast<const char*>(bytes.data());
-  const std::string_view view(begin, bytes.size());
+  const std::string_view view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
   const char* const format = formatOf(view);
   if (!format || (format == "jpeg"sv && !isWholeJPEG(view))) return {};
-  QByteArray shared = QByteArray::fromRawData(begin, static_cast<qsizetype>(bytes.size()));
-  QBuffer buffer(&shared);
-  buffer.open(QIODevice::ReadOnly);
-  QImageReader reader(&buffer, format);
+  BytesDevice device(view);
+  QImageReader reader(&device, format);
   reader.setAutoTransform(true);
+  // Asked before anything else: once it has read an image, the reader of TIFF files finds no more.
+  const int count = reader.imageCount();
   std::vector<Ref<NSImageRep>> images;
   std::int64_t pixelsLeft = largestPixelCount;
-  do {
+  for (int i = 0; i < count; ++i) {
+    if (i > 0 && !reader.jumpToNextImage()) return {};
     Ref<NSImageRep> image = nextImage(reader, pixelsLeft);
     if (!image) return {};
     images.push_back(std::move(image));
-  } while (reader.jumpToNextImage());
+  }
   return images;
 }
 

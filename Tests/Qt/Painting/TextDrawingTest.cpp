@@ -1,0 +1,150 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "Extensions/NSString-QNExtensions.h"
+#include "Platform/Desktop/NSStringDrawing.h"
+#include "Platform/Foundation/Boxing.h"
+#include "Platform/Foundation/NSAttributedString.h"
+#include "Platform/Foundation/NSFont.h"
+#include "Qt/Painting/Canvas.h"
+
+namespace kelvane {
+namespace {
+
+using enum QtPainting::YAxis;
+
+Ref<NSDictionary> in(const NSFont& font, const NSColor& color = NSColor::blackColor(), int underline = 0) {
+  return NSDictionary::dictionaryWithEntries({{Text(NSFontAttributeName), box(font)},
+                                              {Text(NSForegroundColorAttributeName), box(color)},
+                                              {Text(NSUnderlineStyleAttributeName), box(underline)}});
+}
+
+NSFont sans(double size) { return NSFont::fontWithName(u"DejaVu Sans", size).value(); }
+
+// Where there is ink: the rectangle around it in user space, and how much of it lies in the lower half of that.
+struct Ink {
+  CGRect rect = CGRectZero;
+  double lowerShare = 0;
+};
+
+Ink inkOf(const QImage& image) {
+  QRect around;
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.width(); ++x)
+      if (qAlpha(image.pixel(x, y)) > 60) around |= QRect(x, y, 1, 1);
+  double all = 0;
+  double lower = 0;
+  for (int y = around.top(); y <= around.bottom(); ++y)
+    for (int x = around.left(); x <= around.right(); ++x) {
+      all += qAlpha(image.pixel(x, y));
+      if (y > around.center().y()) lower += qAlpha(image.pixel(x, y));
+    }
+  const double bottom = image.height() - around.bottom() - 1;
+  return {{double(around.left()), bottom, double(around.width()), double(around.height())}, lower / all};
+}
+
+TEST(TextDrawing, MeasuresByFontAndLines) {
+  const auto ten = in(sans(10));
+  const CGSize line = sizeWithAttributes(u"Hamburg", ten);
+  EXPECT_NEAR(line.height, 11.64, 0.5);
+  // The same at every size, and for each line end that there is.
+  EXPECT_NEAR(sizeWithAttributes(u"Hamburg", in(sans(55))).width / line.width, 5.5, 0.02);
+  EXPECT_NEAR(sizeWithAttributes(u"Ham\r\nburg\u2028\n", ten).height, 4 * line.height, 0.01);
+  EXPECT_EQ(sizeWithAttributes(u"a\nHamburg\nb", ten).width, line.width);
+  EXPECT_NEAR(sizeWithAttributes(u"Hamburg  ", ten).width - line.width, 2 * sizeWithAttributes(u" ", ten).width, 0.01);
+  EXPECT_NEAR(sizeWithAttributes(u"\u05d0\u05d1 \xD83D \U0001F600", ten).height, line.height, 4);
+  EXPECT_EQ(sizeWithAttributes(u"", ten), (CGSize{0, line.height}));
+  // Without a font, that of the system in its ordinary size.
+  EXPECT_EQ(sizeWithAttributes(u"x", nullptr), sizeWithAttributes(u"x", in(NSFont::systemFontOfSize(13).value())));
+  for (const double size : {0.0, -4.0, std::nan("")})
+    EXPECT_EQ(sizeWithAttributes(u"x", in(sans(size))), sizeWithAttributes(u"x", in(sans(13))));
+  EXPECT_EQ(fitTextInRect(u"Hamburg", {0, 0, line.width, 1}, ten), u"Hamburg");
+  EXPECT_EQ(fitTextInRect(u"Hamburg", {0, 0, line.width - 1, 1}, ten), u"Hamb...");
+}
+
+TEST(TextDrawing, FindsTheFaceOfAFont) {
+  const auto widthIn = [](const NSFont& font) { return sizeWithAttributes(u"Hamburg", in(font)).width; };
+  const double plain = widthIn(sans(20));
+  EXPECT_GT(widthIn(*NSFont::boldSystemFontOfSize(20)), plain + 2);
+  EXPECT_NEAR(widthIn(*NSFont::fontWithName(u"DejaVu Sans Mono", 20)), 7 * 12.04, 0.2);
+  // Who has no such font takes one that is there.
+  EXPECT_GT(widthIn(NSFont::fontWithFamily(u"No Such Family", NSBoldFontMask, 9, 20)), 20);
+  EXPECT_EQ(NSFont::fontWithName(u"No Such Family", 20), std::nullopt);
+}
+
+TEST(TextDrawing, StandsUprightOnItsPoint) {
+  const auto attributes = in(sans(20));
+  const double height = sizeWithAttributes(u"L", attributes).height;
+  const Ink upwards =
+      inkOf(Canvas(40, 40).draw([&](auto&) { drawAtPoint(u"L", {10, 5}, attributes); }).image);
+  // Most of an L is at its foot, which stands above what letters have below the line.
+  EXPECT_GT(upwards.lowerShare, 0.6);
+  EXPECT_NEAR(upwards.rect.origin.x, 12, 1);
+  EXPECT_NEAR(upwards.rect.origin.y, 5 + 0.236 * 20, 1);
+  EXPECT_NEAR(upwards.rect.size.height, 0.729 * 20, 1);
+  const Ink downwards = inkOf(
+      Canvas(40, 40, 1, Downwards).draw([&](auto&) { drawAtPoint(u"L", {10, 35 - height}, attributes); }).image);
+  EXPECT_EQ(downwards.rect, upwards.rect);
+  EXPECT_EQ(downwards.lowerShare, upwards.lowerShare);
+  // Without lines to be made, the base line begins at the point.
+  for (const auto axis : {Upwards, Downwards}) {
+    const Ink based = inkOf(Canvas(40, 40, 1, axis)
+                                .draw([&](auto&) { drawWithRect(u"L\nL", {10, 20, 1, 1}, 0, attributes); })
+                                .image);
+    EXPECT_NEAR(based.rect.origin.y, 20, 1);
+    EXPECT_NEAR(based.rect.size.height, 0.729 * 20, 1);
+  }
+}
+
+TEST(TextDrawing, FillsARectangleFromItsTop) {
+  const auto attributes = in(sans(10), NSColor::redColor(), 1);
+  const double line = sizeWithAttributes(u"m", attributes).height;
+  for (const auto axis : {Upwards, Downwards}) {
+    const double y = axis == Upwards ? 60 - 5 - 30 : 5;
+    const QImage image =
+        Canvas(60, 60, 1, axis)
+            .draw([&](auto&) { drawInRect(u"mmm mmm mmm mmm mmm", {5, y, 40, 30}, attributes); })
+            .image;
+    const Ink ink = inkOf(image);
+    // Two letters' words and a half a line, cut off at the lower edge.
+    EXPECT_NEAR(CGRectGetMaxY(ink.rect), 60 - 5 - 0.27 * line - 1, 2);
+    EXPECT_GE(ink.rect.origin.y, 60 - 5 - 30);
+    EXPECT_LT(ink.rect.origin.y, 60 - 5 - 30 + 4);
+    EXPECT_LE(CGRectGetMaxX(ink.rect), 45);
+    // All of it is red, and underlined: a row of nothing else.
+    int underlined = 0;
+    for (int row = 0; row < 60; ++row) {
+      int count = 0;
+      for (int x = 0; x < 60; ++x) {
+        const QRgb pixel = image.pixel(x, row);
+        EXPECT_EQ(qGreen(pixel) + qBlue(pixel), 0);
+        if (qAlpha(pixel) > 100) ++count;
+      }
+      if (count > 26) ++underlined;
+    }
+    EXPECT_GE(underlined, 2);
+  }
+}
+
+TEST(TextDrawing, ChiselledTextHasItsEdgeAbove) {
+  const auto white = in(sans(20), NSColor::whiteColor());
+  for (const auto axis : {Upwards, Downwards}) {
+    Canvas canvas(40, 40, 1, axis);
+    canvas.draw([&](auto&) { drawChiseledInRect(u"I", {10, 5, 20, 30}, white); });
+    // White, and at one end of it the black of the pass that was moved.
+    std::string column;
+    for (const std::string& row : canvas.rows()) column += row[13];
+    const auto first = column.find_first_not_of('.');
+    const auto last = column.find_last_not_of('.');
+    const bool isEdgeFirst = axis == Upwards;
+    EXPECT_NE(column[isEdgeFirst ? first : last], 'W') << column;
+    EXPECT_EQ(column[first + 2], 'W') << column;
+    EXPECT_NEAR(static_cast<double>(last - first), 0.729 * 20 + 0.5, 1);
+  }
+}
+
+}  // namespace
+}  // namespace kelvane
