@@ -16,7 +16,8 @@ namespace {
 using testing::IsEmpty;
 
 NSImage seriesPicture(TextView name, int number) {
-  const auto path = NSBundle::libraryBundle().pathForResource(Text(name) + textFromUTF8(std::to_string(number)), u"png");
+  const auto path =
+      NSBundle::libraryBundle().pathForResource(Text(name) + textFromUTF8(std::to_string(number)), u"png");
   const auto image = path ? NSImage::imageWithContentsOfFile(*path) : nullptr;
   return image ? *image : NSImage();
 }

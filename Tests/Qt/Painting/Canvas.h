@@ -51,12 +51,18 @@ class Canvas {
     if (qAlpha(pixel) == 0) return '.';
     if (qAlpha(pixel) < 250) return static_cast<char>('0' + (qAlpha(pixel) * 10 + 127) / 255);
     switch (pixel & 0xF0F0F0U) {
-      case 0: return 'K';
-      case 0xF0F0F0: return 'W';
-      case 0xF00000: return 'R';
-      case 0x00F000: return 'G';
-      case 0x0000F0: return 'B';
-      default: return '?';
+      case 0:
+        return 'K';
+      case 0xF0F0F0:
+        return 'W';
+      case 0xF00000:
+        return 'R';
+      case 0x00F000:
+        return 'G';
+      case 0x0000F0:
+        return 'B';
+      default:
+        return '?';
     }
   }
 

@@ -40,17 +40,20 @@ Ref<NSImage> flag() {
   return image;
 }
 
-std::vector<std::string> drawn(const std::function<void(NSGraphicsContext&)>& draw,
-                               QtPainting::YAxis yAxis = Upwards) {
+std::vector<std::string> drawn(const std::function<void(NSGraphicsContext&)>& draw, QtPainting::YAxis yAxis = Upwards) {
   return Canvas(7, 5, 1, yAxis).draw(draw).rows();
 }
 
 TEST(QtGraphicsContext, PixelsOfOutlines) {
-  EXPECT_THAT(drawn([](auto&) { fill({1, 1, 3, 2}); }),
+  EXPECT_THAT(drawn([](auto&) {
+                fill({1, 1, 3, 2});
+              }),
               ElementsAre(".......", ".......", ".KKK...", ".KKK...", "......."));
   // Half of a stroke lies on either side of the outline, all of an inner one inside. Where its sides meet, what covers
   // a part of a pixel twice is taken for more of it.
-  EXPECT_THAT(drawn([](auto&) { rectangle({1, 1, 5, 3}).stroke(); }),
+  EXPECT_THAT(drawn([](auto&) {
+                rectangle({1, 1, 5, 3}).stroke();
+              }),
               ElementsAre("3555553", "5K555K5", "55...55", "5K555K5", "3555553"));
   EXPECT_THAT(drawn([](auto&) {
                 NSBezierPath path = rectangle({1, 1, 5, 3});
@@ -115,7 +118,11 @@ TEST(QtGraphicsContext, PicturesStandUprightWhicheverWayYGoes) {
   EXPECT_THAT(drawn(draw), ElementsAre("....RR.", "....BB.", ".RR....", ".BB.RRR", "....RRR"));
   EXPECT_THAT(drawn(draw, Downwards), ElementsAre("....RRR", ".RR.RRR", ".BB....", "....RR.", "....BB."));
   // In a flipped view the frame's far edge is the lower one. Colours flow into one another.
-  EXPECT_THAT(drawn([](auto&) { compositScaledImageToFrame(*flag(), {1, 1, 4, 4}, nullptr); }, Downwards),
+  EXPECT_THAT(drawn(
+                  [](auto&) {
+                    compositScaledImageToFrame(*flag(), {1, 1, 4, 4}, nullptr);
+                  },
+                  Downwards),
               ElementsAre(".......", ".RRRR..", ".????..", ".????..", ".BBBB.."));
 }
 
@@ -200,7 +207,8 @@ TEST(QtGraphicsContext, WhatIsNoNumberDrawsNothing) {
   for (const double bad : {nan, infinity, -infinity}) {
     const auto rows = drawn([bad](NSGraphicsContext& context) {
       const auto attributes = NSDictionary();
-      for (const CGRect& rect : {CGRect(bad, 0, 5, 5), CGRect(0, bad, 5, 5), CGRect(0, 0, bad, 5), CGRect(0, 0, 5, bad)}) {
+      for (const CGRect& rect :
+           {CGRect(bad, 0, 5, 5), CGRect(0, bad, 5, 5), CGRect(0, 0, bad, 5), CGRect(0, 0, 5, bad)}) {
         flag()->drawInRect(rect, CGRectZero, SourceOver, 1);
         flag()->drawInRect({0, 0, 5, 5}, rect, SourceOver, 1);
         context.drawText(u"text", rect, 1, attributes);

@@ -64,8 +64,8 @@ Bytes greyTIFF(const std::vector<std::pair<std::uint32_t, std::uint32_t>>& image
     const auto start = static_cast<std::uint32_t>(bytes.size());
     constexpr std::uint32_t count = 11;
     const std::uint32_t data = start + 2 + count * 12 + 4;
-    const std::uint32_t fields[count][3] = {{256, 4, width}, {257, 4, 1},        {258, 3, 8},        {259, 3, 1},
-                                            {262, 3, 1},     {273, 4, data + 8}, {277, 3, 1},        {278, 4, 1},
+    const std::uint32_t fields[count][3] = {{256, 4, width}, {257, 4, 1},        {258, 3, 8},   {259, 3, 1},
+                                            {262, 3, 1},     {273, 4, data + 8}, {277, 3, 1},   {278, 4, 1},
                                             {279, 4, width}, {282, 5, data},     {283, 5, data}};
     append(bytes, count, 2);
     for (const auto& [tag, kind, value] : fields) {
@@ -151,8 +151,9 @@ TEST(QtImageCodec, NothingOfWhatIsDamagedOrNoImage) {
       for (const auto& found : decoded(damaged)) EXPECT_FALSE(pixelsOf(*found).empty());
     }
   }
-  for (const std::string text : {"", "no image", "GIF89a", "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>",
-                                 "BM\x46", "\xFF\xD8\xFF\xD9", "II*"})
+  for (const std::string text :
+       {"", "no image", "GIF89a", "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>", "BM\x46",
+        "\xFF\xD8\xFF\xD9", "II*"})
     EXPECT_THAT(decoded(Bytes(text.begin(), text.end())), IsEmpty()) << text;
 }
 
@@ -200,13 +201,13 @@ TEST(QtImageCodec, JPEGFilesAsAnotherDecoderSeesThem) {
   image.addRepresentation(bitmapOfPixels(std::move(stripes), 48));
   QByteArray pixels;
   // The first numbers of the table for brightness, which at a quality of 50 are 16, 11, 10.
-  const std::pair<double, const char*> rows[] = {{0.8, "6 4 4"}, {1, "1 1 1"}, {7, "1 1 1"}, {0.5, "16 11 10"},
-                                                 {0.25, "32 22 20"}, {-1, "255 255 255"}};
+  const std::pair<double, const char*> rows[] = {{0.8, "6 4 4"},    {1, "1 1 1"},       {7, "1 1 1"},
+                                                 {0.5, "16 11 10"}, {0.25, "32 22 20"}, {-1, "255 255 255"}};
   for (const auto& [factor, table] : rows) {
     const auto data = JPGRepresentationWithCompression(image, factor);
     ASSERT_NE(data, nullptr);
-    std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(data->bytes().data()),
-                                                static_cast<std::streamsize>(data->length()));
+    std::ofstream(path, std::ios::binary)
+        .write(reinterpret_cast<const char*>(data->bytes().data()), static_cast<std::streamsize>(data->length()));
     const QString told = judgement(path, &pixels);
     EXPECT_TRUE(told.contains(QStringLiteral("width=48, height=16, components=3"))) << told.toStdString();
     EXPECT_FALSE(told.contains(QStringLiteral("Start Of Frame 0xc2"))) << "progressive";

@@ -78,21 +78,25 @@ TEST(TextDrawing, FindsTheFaceOfAFont) {
 TEST(TextDrawing, StandsUprightOnItsPoint) {
   const auto attributes = in(sans(20));
   const double height = sizeWithAttributes(u"L", attributes).height;
-  const Ink upwards =
-      inkOf(Canvas(40, 40).draw([&](auto&) { drawAtPoint(u"L", {10, 5}, attributes); }).image);
+  const Ink upwards = inkOf(Canvas(40, 40).draw([&](auto&) { drawAtPoint(u"L", {10, 5}, attributes); }).image);
   // Most of an L is at its foot, which stands above what letters have below the line.
   EXPECT_GT(upwards.lowerShare, 0.6);
   EXPECT_NEAR(upwards.rect.origin.x, 12, 1);
   EXPECT_NEAR(upwards.rect.origin.y, 5 + 0.236 * 20, 1);
   EXPECT_NEAR(upwards.rect.size.height, 0.729 * 20, 1);
-  const Ink downwards = inkOf(
-      Canvas(40, 40, 1, Downwards).draw([&](auto&) { drawAtPoint(u"L", {10, 35 - height}, attributes); }).image);
+  const Ink downwards = inkOf(Canvas(40, 40, 1, Downwards)
+                                  .draw([&](auto&) {
+                                    drawAtPoint(u"L", {10, 35 - height}, attributes);
+                                  })
+                                  .image);
   EXPECT_EQ(downwards.rect, upwards.rect);
   EXPECT_EQ(downwards.lowerShare, upwards.lowerShare);
   // Without lines to be made, the base line begins at the point.
   for (const auto axis : {Upwards, Downwards}) {
     const Ink based = inkOf(Canvas(40, 40, 1, axis)
-                                .draw([&](auto&) { drawWithRect(u"L\nL", {10, 20, 1, 1}, 0, attributes); })
+                                .draw([&](auto&) {
+                                  drawWithRect(u"L\nL", {10, 20, 1, 1}, 0, attributes);
+                                })
                                 .image);
     EXPECT_NEAR(based.rect.origin.y, 20, 1);
     EXPECT_NEAR(based.rect.size.height, 0.729 * 20, 1);
@@ -104,10 +108,11 @@ TEST(TextDrawing, FillsARectangleFromItsTop) {
   const double line = sizeWithAttributes(u"m", attributes).height;
   for (const auto axis : {Upwards, Downwards}) {
     const double y = axis == Upwards ? 60 - 5 - 30 : 5;
-    const QImage image =
-        Canvas(60, 60, 1, axis)
-            .draw([&](auto&) { drawInRect(u"mmm mmm mmm mmm mmm", {5, y, 40, 30}, attributes); })
-            .image;
+    const QImage image = Canvas(60, 60, 1, axis)
+                             .draw([&](auto&) {
+                               drawInRect(u"mmm mmm mmm mmm mmm", {5, y, 40, 30}, attributes);
+                             })
+                             .image;
     const Ink ink = inkOf(image);
     // Two letters' words and a half a line, cut off at the lower edge.
     EXPECT_NEAR(CGRectGetMaxY(ink.rect), 60 - 5 - 0.27 * line - 1, 2);
