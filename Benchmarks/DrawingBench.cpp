@@ -2,6 +2,8 @@
 
 #ifdef BENCH_DESKTOP
 
+#include <jpeglib.h>
+
 #include <QBuffer>
 #include <QFontMetricsF>
 #include <QImage>
@@ -16,8 +18,6 @@
 #include <cstdlib>
 #include <memory>
 #include <vector>
-
-#include <jpeglib.h>
 
 #include "Extensions/NSBezierPath-QNExtensions.h"
 #include "Extensions/NSImage-QNExtensions.h"
@@ -185,8 +185,8 @@ const NSImage& photographImage() {
   static const auto& image = *[] {
     auto* const made = new NSImage;
     const std::shared_ptr<const std::uint32_t> data(photograph().data(), [](const std::uint32_t*) {});
-    made->addRepresentation(std::make_shared<NSBitmapImageRep>(
-        BitmapPixels{data, photographWidth, photographHeight, photographWidth}));
+    made->addRepresentation(
+        std::make_shared<NSBitmapImageRep>(BitmapPixels{data, photographWidth, photographHeight, photographWidth}));
     return made;
   }();
   return image;

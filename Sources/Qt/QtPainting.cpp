@@ -3,35 +3,41 @@
 #include <QPainter>
 #include <QWidget>
 #include <memory>
-#include <optional>
+#include <utility>
 
+#include "Platform/Desktop/NSView.h"
 #include "Qt/Painting/QtGraphicsContext.h"
+#include "Qt/QtDesktop.h"
 
 namespace kelvane {
 namespace {
 
-QTransform userToPainter(double height, QtPainting::YAxis yAxis) {
-  return yAxis == QtPainting::YAxis::Upwards ? QTransform(1, 0, 0, -1, 0, height) : QTransform();
+// `bounds` is what is drawn in, in its own coordinates; in the painter's it begins at (0, 0).
+QTransform userToPainter(const CGRect& bounds, bool isFlipped) {
+  if (isFlipped) return QTransform::fromTranslate(-bounds.origin.x, -bounds.origin.y);
+  return {1, 0, 0, -1, -bounds.origin.x, bounds.size.height + bounds.origin.y};
 }
 
 }  // namespace
 
 struct QtPainting::Parts {
-  Parts(QPainter& painter, double height, YAxis yAxis)
-      : context(painter, userToPainter(height, yAxis), yAxis == YAxis::Downwards) {}
-  Parts(std::unique_ptr<QPainter> painter, double height, YAxis yAxis)
-      : ownPainter(std::move(painter)), context(*ownPainter, userToPainter(height, yAxis), yAxis == YAxis::Downwards) {}
+  Parts(QPainter& painter, const CGRect& bounds, bool isFlipped)
+      : context(painter, userToPainter(bounds, isFlipped), isFlipped) {}
+  Parts(std::unique_ptr<QPainter> painter, const NSView& view)
+      : ownPainter(std::move(painter)),
+        context(*ownPainter, userToPainter(view.bounds(), view.isFlipped()), view.isFlipped()) {}
 
+  // The painter outlives the context, which puts it back as it was.
   std::unique_ptr<QPainter> ownPainter;
   QtGraphicsContext context;
   CurrentContextScope scope{&context};
 };
 
-QtPainting::QtPainting(QWidget& widget, YAxis yAxis)
-    : myParts(std::make_unique<Parts>(std::make_unique<QPainter>(&widget), widget.height(), yAxis)) {}
+QtPainting::QtPainting(QWidget& widget)
+    : myParts(std::make_unique<Parts>(std::make_unique<QPainter>(&widget), *viewFor(widget))) {}
 
 QtPainting::QtPainting(QPainter& painter, double height, YAxis yAxis)
-    : myParts(std::make_unique<Parts>(painter, height, yAxis)) {}
+    : myParts(std::make_unique<Parts>(painter, CGRect(0, 0, 0, height), yAxis == YAxis::Downwards)) {}
 
 QtPainting::~QtPainting() = default;
 

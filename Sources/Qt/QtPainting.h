@@ -22,11 +22,12 @@ class KELVANE_EXPORT QtPainting {
  public:
   enum class YAxis { Upwards, Downwards };
 
-  // Within `widget`'s paintEvent. (0, 0) is its lower left corner, or its upper left one with y downwards, and the
-  // context flipped.
-  explicit QtPainting(QWidget& widget, YAxis yAxis = YAxis::Upwards);
+  // Within `widget`'s paintEvent, in the own coordinates of its view (viewFor in QtDesktop.h): y grows upwards from the
+  // lower left corner, unless the view is flipped (setViewFlipped), or its origin elsewhere (translateOriginToPoint).
+  explicit QtPainting(QWidget& widget);
   // With a painter that is active and stays so: in its coordinates as they are now, with y upwards from `height` units
   // below its origin. It is left as it was found.
+  // With y downwards, the context is flipped.
   QtPainting(QPainter& painter, double height, YAxis yAxis = YAxis::Upwards);
   ~QtPainting();
   QtPainting(const QtPainting&) = delete;

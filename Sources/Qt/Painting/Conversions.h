@@ -4,7 +4,6 @@
 #include <QPointF>
 #include <QRectF>
 #include <QSizeF>
-#include <QString>
 #include <QTransform>
 #include <algorithm>
 #include <cmath>
@@ -12,7 +11,6 @@
 #include "Platform/Desktop/NSAffineTransform.h"
 #include "Platform/Foundation/Geometry.h"
 #include "Platform/Foundation/NSColor.h"
-#include "Platform/Foundation/Text.h"
 
 // The library's plain values as Qt's, number for number: which way y goes is left to who draws.
 namespace kelvane {
@@ -25,10 +23,6 @@ inline QTransform qtTransform(const NSAffineTransform& transform) {
   return {m.m11, m.m12, m.m21, m.m22, m.tX, m.tY};
 }
 
-inline QString qtText(TextView text) {
-  return QString(reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size()));
-}
-
 // Clear when a component is not a number.
 inline QColor qtColor(const NSColor& color) {
   const auto rgb = color.colorUsingColorSpace(NSColor::Space::CalibratedRGB);
@@ -38,12 +32,12 @@ inline QColor qtColor(const NSColor& color) {
                           part(rgb->alphaComponent()));
 }
 
-inline bool isFinite(const CGRect& rect) {
-  // A sum of absolute values is finite only when all of them are, and so are the far edges.
+// The far edges, too.
+inline bool hasFiniteEdges(const CGRect& rect) {
   return std::isfinite(std::abs(rect.origin.x) + std::abs(rect.size.width)) &&
          std::isfinite(std::abs(rect.origin.y) + std::abs(rect.size.height));
 }
 
-inline bool hasArea(const CGRect& rect) { return isFinite(rect) && rect.size.width > 0 && rect.size.height > 0; }
+inline bool hasArea(const CGRect& rect) { return hasFiniteEdges(rect) && rect.size.width > 0 && rect.size.height > 0; }
 
 }  // namespace kelvane

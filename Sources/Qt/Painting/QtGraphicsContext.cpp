@@ -314,7 +314,7 @@ void QtGraphicsContext::drawText(TextView text, const CGPoint& atPoint, const NS
 
 void QtGraphicsContext::drawText(TextView text, const CGRect& inRect, std::int64_t options,
                                  const NSDictionary& attributes) {
-  if (myState.isNowhere || text.empty() || !isFinite(inRect)) return;
+  if (myState.isNowhere || text.empty() || !hasFiniteEdges(inRect)) return;
   if (!(options & NSStringDrawingUsesLineFragmentOrigin)) {
     const TextLayout layout(text, attributes, TextLayout::unlimited, 1);
     const double ascent = layout.ascent();

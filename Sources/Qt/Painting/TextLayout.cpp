@@ -13,6 +13,7 @@
 #include "Platform/Foundation/NSAttributedString.h"
 #include "Platform/Foundation/TextLines.h"
 #include "Qt/Painting/Conversions.h"
+#include "Qt/Widgets/QtText.h"
 
 namespace kelvane {
 namespace {
@@ -47,8 +48,8 @@ const QString& styleNameOf(const FontFace& face) {
   static auto& known = *new std::unordered_map<Text, QString>();
   const auto [entry, isNew] = known.try_emplace(face.fullName + u'\n' + face.family);
   if (isNew) {
-    const QString family = qtText(face.family);
-    const QString fullName = qtText(face.fullName);
+    const QString family = qString(face.family);
+    const QString fullName = qString(face.fullName);
     for (const QString& style : QFontDatabase::styles(family))
       if (fullName.compare(family + u' ' + style, Qt::CaseInsensitive) == 0) entry->second = style;
   }
@@ -83,7 +84,7 @@ QFont fontFor(const NSDictionary& attributes) {
 
 QFont qtFont(const NSFont& font) {
   const double size = font.pointSize() > 0 ? font.pointSize() : NSFont::systemFontSize();
-  QFont made(qtText(font.familyName()));
+  QFont made(qString(font.familyName()));
   made.setPointSizeF(std::min(size, largestPointSize));
   made.setWeight(qtWeight(font.weight()));
   made.setItalic(font.isItalic());
@@ -101,7 +102,7 @@ TextLayout::TextLayout(TextView text, const NSDictionary& attributes, double wid
 }
 
 void TextLayout::add(TextView line, double width, double height) {
-  auto paragraph = std::make_unique<QTextLayout>(qtText(line), myFont, &pointDevice());
+  auto paragraph = std::make_unique<QTextLayout>(qString(line), myFont, &pointDevice());
   // Without a width there is no right edge to align to.
   const bool isLimited = width < widestLine;
   QTextOption option(isLimited ? Qt::Alignment() : Qt::AlignLeft | Qt::AlignAbsolute);

@@ -12,7 +12,9 @@
 #include "Extensions/NSGraphicsContext-QNExtensions.h"
 #include "Extensions/NSImage-QNExtensions.h"
 #include "Graphics/QNDebug.h"
+#include "Platform/Desktop/NSView.h"
 #include "Qt/Painting/Canvas.h"
+#include "Qt/QtDesktop.h"
 
 namespace kelvane {
 namespace {
@@ -260,34 +262,35 @@ TEST(QtGraphicsContext, AlignsToWholePixels) {
       }
 }
 
-// A widget that draws with the library.
+// A widget that draws with the library, in its view's coordinates.
 class Sign : public QWidget {
- public:
-  explicit Sign(QtPainting::YAxis yAxis) : myYAxis(yAxis) { resize(7, 5); }
-
  private:
   void paintEvent(QPaintEvent*) override {
-    const QtPainting painting(*this, myYAxis);
+    const QtPainting painting(*this);
     painting.context().setColor(NSColor::whiteColor());
-    fill({0, 0, 7, 5});
+    fill({-9, -9, 18, 18});
     painting.context().setColor(NSColor::redColor());
     fill({1, 1, 2, 1});
-    CGPoint corner = alignPointToDeviceSpace(&painting.context(), {1.5, 1.5});
+    const CGPoint corner = alignPointToDeviceSpace(&painting.context(), {1.5, 1.5});
     EXPECT_EQ(corner, (CGPoint{1, painting.context().isFlipped() ? 2.0 : 1.0}));
   }
-
-  QtPainting::YAxis myYAxis;
 };
 
 TEST(QtGraphicsContext, PaintsInWidgets) {
-  const auto rowsOf = [](QtPainting::YAxis yAxis) {
-    Sign sign(yAxis);
+  Sign sign;
+  sign.resize(7, 5);
+  const auto rows = [&] {
     Canvas canvas(7, 5);
     canvas.image = sign.grab().toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied);
     return canvas.rows();
   };
-  EXPECT_THAT(rowsOf(Upwards), ElementsAre("WWWWWWW", "WWWWWWW", "WWWWWWW", "WRRWWWW", "WWWWWWW"));
-  EXPECT_THAT(rowsOf(Downwards), ElementsAre("WWWWWWW", "WRRWWWW", "WWWWWWW", "WWWWWWW", "WWWWWWW"));
+  EXPECT_THAT(rows(), ElementsAre("WWWWWWW", "WWWWWWW", "WWWWWWW", "WRRWWWW", "WWWWWWW"));
+  viewFor(sign)->translateOriginToPoint({1, 1});
+  EXPECT_THAT(rows(), ElementsAre("WWWWWWW", "WWWWWWW", "WWRRWWW", "WWWWWWW", "WWWWWWW"));
+  setViewFlipped(sign, true);
+  EXPECT_THAT(rows(), ElementsAre("WWWWWWW", "WWWWWWW", "WWRRWWW", "WWWWWWW", "WWWWWWW"));
+  viewFor(sign)->translateOriginToPoint({-1, -1});
+  EXPECT_THAT(rows(), ElementsAre("WWWWWWW", "WRRWWWW", "WWWWWWW", "WWWWWWW", "WWWWWWW"));
 }
 
 }  // namespace
