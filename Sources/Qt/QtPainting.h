@@ -17,7 +17,7 @@ namespace kelvane {
 //     NSBezierPathExtensions::bezierPathWithPlateInRect({4, 4, 100, 20}).fill();
 //   }
 //
-// Main thread only, but for images, which are painted on any thread.
+// Main thread only.
 class KELVANE_EXPORT QtPainting {
  public:
   enum class YAxis { Upwards, Downwards };

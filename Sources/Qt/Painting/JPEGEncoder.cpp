@@ -11,6 +11,8 @@
 #include <cstdlib>
 #include <memory>
 
+#include "Qt/Painting/Pixels.h"
+
 namespace kelvane {
 namespace {
 
@@ -39,12 +41,6 @@ struct ErrorManager {
 [[noreturn]] void leave(j_common_ptr info) { std::longjmp(reinterpret_cast<ErrorManager*>(info->err)->place, 1); }
 
 void saysNothing(j_common_ptr) {}
-
-bool isOpaque(const std::uint32_t* row, std::size_t count) {
-  std::uint32_t all = ~std::uint32_t{0};
-  for (std::size_t x = 0; x < count; ++x) all &= row[x];
-  return all >> 24U == 0xFF;
-}
 
 // Colours have alpha multiplied into them already: what they lack of it is white.
 void putOnWhite(const std::uint32_t* row, std::uint32_t* onWhite, std::size_t count) {
@@ -83,7 +79,7 @@ bool run(Job& job) {
   const auto width = static_cast<std::size_t>(job.pixels->pixelsWide);
   while (info.next_scanline < info.image_height) {
     const std::uint32_t* row = job.pixels->data.get() + info.next_scanline * job.pixels->pixelsPerRow;
-    if (!isOpaque(row, width)) {
+    if (!isOpaque({row, width})) {
       putOnWhite(row, job.room, width);
       row = job.room;
     }

@@ -23,12 +23,9 @@ QImage opaqueImageOver(const NSBitmapImageRep& bitmap) { return imageOver(bitmap
 
 bool isOpaque(const NSBitmapImageRep& bitmap) {
   const BitmapPixels& pixels = bitmap.pixels();
-  for (std::int64_t y = 0; y < pixels.pixelsHigh; ++y) {
-    const std::uint32_t* const row = pixels.data.get() + y * pixels.pixelsPerRow;
-    std::uint32_t all = ~std::uint32_t{0};
-    for (std::int64_t x = 0; x < pixels.pixelsWide; ++x) all &= row[x];
-    if (all >> 24U != 0xFF) return false;
-  }
+  const auto width = static_cast<std::size_t>(pixels.pixelsWide);
+  for (std::int64_t y = 0; y < pixels.pixelsHigh; ++y)
+    if (!isOpaque({pixels.data.get() + y * pixels.pixelsPerRow, width})) return false;
   return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <cstdint>
+#include <span>
 
 #include "Platform/Desktop/NSImageRep.h"
 #include "Platform/Foundation/Geometry.h"
@@ -19,6 +20,11 @@ QImage imageOver(const NSBitmapImageRep& bitmap);
 QImage opaqueImageOver(const NSBitmapImageRep& bitmap);
 
 // Whether no pixel lets anything through. Looks at each.
+inline bool isOpaque(std::span<const std::uint32_t> pixels) {
+  std::uint32_t all = ~std::uint32_t{0};
+  for (const std::uint32_t pixel : pixels) all &= pixel;
+  return all >> 24U == 0xFF;
+}
 bool isOpaque(const NSBitmapImageRep& bitmap);
 
 // A bitmap of `size` points in the memory of `image`, which is turned into the bitmap's format before where it is of

@@ -162,6 +162,7 @@ void QtGraphicsContext::strokePath(const NSBezierPath& path) {
   pen.setMiterLimit(miterLimit);
   const QSizeF unit = deviceSize({0, 0, 1, 1});
   const double scale = std::max(unit.width(), unit.height());
+  if (!(scale > 0)) return;
   if (width == 0 || width * scale > 1) return myPainter.strokePath(qtPath(path), pen);
   // Qt draws such thin lines one by one, without their corners.
   QPainterPathStroker stroker(pen);
@@ -229,7 +230,8 @@ void QtGraphicsContext::drawImage(const QImage& image, const CGRect& rect, const
     const double x = std::min(1.0, std::ceil(wanted.width()) / from.width());
     const double y = std::min(1.0, std::ceil(wanted.height()) / from.height());
     const QSize size(std::max(1, qRound(whole.width() * x)), std::max(1, qRound(whole.height() * y)));
-    source = image.copy(whole).scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    source = (whole == image.rect() ? image : image.copy(whole))
+                 .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     part = QTransform::fromScale(double(size.width()) / whole.width(), double(size.height()) / whole.height())
                .mapRect(from.translated(-whole.topLeft()));
   }
@@ -269,6 +271,7 @@ void QtGraphicsContext::drawDarker(const QImage& image, const QRectF& to, const 
 }
 
 void QtGraphicsContext::drawDirectly(const NSImageRep& representation, const CGRect& inRect, const CGRect& fromRect) {
+  const std::size_t depth = mySavedStates.size();
   saveGraphicsState();
   clipToRect(inRect);
   goToUpperLeft(inRect);
@@ -281,7 +284,7 @@ void QtGraphicsContext::drawDirectly(const NSImageRep& representation, const CGR
     const CurrentContextScope scope(this);
     representation.draw();
   }
-  restoreGraphicsState();
+  while (mySavedStates.size() > depth) restoreGraphicsState();
 }
 
 QImage QtGraphicsContext::drawnApart(const NSImageRep& representation, const CGRect& inRect,

@@ -101,8 +101,11 @@ Ref<NSImageRep> nextImage(QImageReader& reader, std::int64_t& pixelsLeft) {
   int dotsY = image.dotsPerMeterY();
   if (isTurned) std::swap(dotsX, dotsY);
   const CGSize points{pointsFor(image.width(), dotsX, dotsY), pointsFor(image.height(), dotsY, dotsX)};
-  if (image.colorSpace().isValid() && !isNearlySRGB(image.colorSpace()))
+  if (image.colorSpace().isValid() && !isNearlySRGB(image.colorSpace())) {
+    // Kinds of fewer bits cannot hold what comes out.
+    if (image.depth() < 32) image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
     image.convertToColorSpace(QColorSpace(QColorSpace::SRgb));
+  }
   return bitmapOf(std::move(image), points);
 }
 

@@ -230,7 +230,16 @@ TEST(QtGraphicsContext, WhatIsNoNumberDrawsNothing) {
   }
   // Numbers that only are too large for the surface.
   EXPECT_THAT(drawn([](auto& context) {
-                fill({-1e300, -1e300, 2e300, 2e300});
+                for (const double far : {1e5, 1e9, 1e18, 1e300}) {
+                  NSBezierPath path = NSBezierPathExtensions::bezierPathWithPlateInRect({-far, -far, 2 * far, 2 * far});
+                  for (const double width : {0.0, 0.5, 3.0, far}) {
+                    path.setLineWidth(width);
+                    strokeInside(path);
+                  }
+                  path.fill();
+                  context.drawText(u"far", CGPoint{far, -far}, NSDictionary());
+                  context.drawText(u"far", CGRect{-far, 0, 2 * far, far}, 1, NSDictionary());
+                }
                 context.clearRect({-1e9, -1e9, 2e9, 2e9});
                 flag()->drawInRect({-1e12, -1e12, 2e12, 2e12}, CGRectZero, SourceOver, 1);
                 context.concatTransform(NSAffineTransform({0, 0, 0, 0, 0, 0}));

@@ -1,10 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QBuffer>
+#include <QColorSpace>
+#include <QImage>
 #include <QProcess>
 #include <QRegularExpression>
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <fstream>
 #include <limits>
 #include <random>
@@ -122,6 +126,27 @@ TEST(QtImageCodec, SizesByTheResolutionInTheFile) {
   EXPECT_THAT(pixelsOf(*images[2]), ElementsAre(0xFF808080, 0xFF808080));
 }
 
+TEST(QtImageCodec, TakesColoursToSRGB) {
+  QImage image(2, 1, QImage::Format_RGB32);
+  image.fill(QColor(128, 128, 128));
+  const std::pair<QColorSpace, int> rows[] = {
+      {QColorSpace(QColorSpace::SRgb), 128},
+      // What many files say and mean sRGB by.
+      {QColorSpace(QColorSpace::Primaries::SRgb, 2.2F), 128},
+      {QColorSpace(QColorSpace::SRgbLinear), 188},
+  };
+  for (const auto& [space, grey] : rows) {
+    image.setColorSpace(space);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    ASSERT_TRUE(image.save(&buffer, "png"));
+    const auto images = decoded(Bytes(bytes.begin(), bytes.end()));
+    ASSERT_EQ(images.size(), 1U);
+    EXPECT_EQ(pixelsOf(*images[0])[0] & 0xFFU, static_cast<std::uint32_t>(grey));
+  }
+}
+
 TEST(QtImageCodec, TurnsPhotographsUpright) {
   Bytes bytes = encoded(*photograph(32, 16), JPEG);
   // Turned by a quarter: field 0x112 is 6.
@@ -178,6 +203,25 @@ TEST(QtImageCodec, RefusesWhatIsEnormous) {
   for (const CGSize& size : {CGSize{1e9, 1e9}, {1e5, 1e5}, {1e300, 1}, {nan, 4}, {4, -4}, {0, 4}})
     EXPECT_EQ(Desktop::current().makeOffscreenImage(size), nullptr);
   EXPECT_THAT(NSImage::imageWithSize({1e6, 1e6}, [] { ADD_FAILURE(); })->representations(), IsEmpty());
+}
+
+// In kilobytes.
+long mostMemoryHeld() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);)
+    if (line.starts_with("VmHWM:")) return std::atol(line.c_str() + 6);
+  return 0;
+}
+
+TEST(QtImageCodec, ExportsWithoutACopyOfThePixels) {
+  constexpr std::size_t width = 6000;
+  constexpr std::size_t height = 4000;
+  NSImage image;
+  image.addRepresentation(bitmapOfPixels(std::vector<std::uint32_t>(width * height, 0xFF336699), width));
+  std::ofstream("/proc/self/clear_refs") << "5";  // forgets the most there was
+  const long before = mostMemoryHeld();
+  EXPECT_NE(JPGRepresentationWithCompression(image, 0.8), nullptr);
+  EXPECT_LT(mostMemoryHeld() - before, static_cast<long>(width * height * 4 / 1024 / 4));
 }
 
 // What the independent decoder tells of a file.
