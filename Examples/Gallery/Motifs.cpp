@@ -32,7 +32,8 @@ void show(NSBezierPath path) {
   use(paleBlue);
   path.fill();
   use(blue);
-  path.setLineWidth(2);
+  // Whole pixels at every scale.
+  path.setLineWidth(alignSizeToDeviceSpace(NSGraphicsContext::currentContext(), {2, 2}).width);
   strokeInside(path);
 }
 

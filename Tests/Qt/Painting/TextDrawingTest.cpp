@@ -134,22 +134,5 @@ TEST(TextDrawing, FillsARectangleFromItsTop) {
   }
 }
 
-TEST(TextDrawing, ChiselledTextHasItsEdgeAbove) {
-  const auto white = in(sans(20), NSColor::whiteColor());
-  for (const auto axis : {Upwards, Downwards}) {
-    Canvas canvas(40, 40, 1, axis);
-    canvas.draw([&](auto&) { drawChiseledInRect(u"I", {10, 5, 20, 30}, white); });
-    // White, and at one end of it the black of the pass that was moved.
-    std::string column;
-    for (const std::string& row : canvas.rows()) column += row[13];
-    const auto first = column.find_first_not_of('.');
-    const auto last = column.find_last_not_of('.');
-    const bool isEdgeFirst = axis == Upwards;
-    EXPECT_NE(column[isEdgeFirst ? first : last], 'W') << column;
-    EXPECT_EQ(column[first + 2], 'W') << column;
-    EXPECT_NEAR(static_cast<double>(last - first), 0.729 * 20 + 0.5, 1);
-  }
-}
-
 }  // namespace
 }  // namespace kelvane
