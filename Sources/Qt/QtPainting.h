@@ -14,7 +14,7 @@ namespace kelvane {
 //
 //   void Plate::paintEvent(QPaintEvent*) {
 //     const kelvane::QtPainting painting(*this);
-//     NSBezierPathExtensions::bezierPathWithPlateInRect({4, 4, 100, 20}).fill();
+//     kelvane::NSBezierPathExtensions::bezierPathWithPlateInRect({4, 4, 100, 20}).fill();
 //   }
 //
 // Main thread only.
