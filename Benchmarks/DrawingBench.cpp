@@ -2,7 +2,12 @@
 
 #ifdef BENCH_DESKTOP
 
+// The last one needs the others before it.
+// clang-format off
+#include <cstddef>
+#include <cstdio>
 #include <jpeglib.h>
+// clang-format on
 
 #include <QBuffer>
 #include <QFontMetricsF>
@@ -14,7 +19,6 @@
 #include <QTextCursor>
 #include <QTextDocument>
 #include <cstdint>
-#include <cstdio>  // jpeglib.h asks for it
 #include <cstdlib>
 #include <memory>
 #include <string>

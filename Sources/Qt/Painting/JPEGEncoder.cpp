@@ -1,13 +1,16 @@
 #include "Qt/Painting/JPEGEncoder.h"
 
+// The last one needs the others before it.
+// clang-format off
+#include <cstddef>
+#include <cstdio>
 #include <jpeglib.h>
+// clang-format on
 
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <csetjmp>
-#include <cstddef>
-#include <cstdio>  // jpeglib.h asks for it
 #include <cstdlib>
 #include <memory>
 
