@@ -6,13 +6,13 @@
 #include <string>
 #include <string_view>
 
+#include "Application/Session.h"
 #include "Extensions/NSAttributedString-QNExtensions.h"
+#include "Platform/Foundation/Format.h"
 #include "Report/Feedback.h"
 #include "Report/Output.h"
 #include "Report/Pages.h"
-#include "Platform/Foundation/Format.h"
 #include "Report/Report.h"
-#include "Application/Session.h"
 #include "Utilities/QNEnvironment.h"
 
 #ifdef NOTEBOOK_WINDOWS
