@@ -54,8 +54,8 @@ class KELVANE_EXPORT NSFileManager {
   // when something could not be removed or nothing is there. Touches nothing outside (FileRemoval.h).
   bool removeItemAtPath(TextView path, Ref<NSError>* error) const;
 
-  // moveItemAtPath:toPath:error:  Gives a file, a link or a folder another path on the same file system. Nothing is ever
-  // replaced: what is at `toPath` already is a failure (EEXIST), as is another file system (EXDEV).
+  // moveItemAtPath:toPath:error:  Gives a file, a link or a folder another path on the same file system. Nothing is
+  // ever replaced: what is at `toPath` already is a failure (EEXIST), as is another file system (EXDEV).
   bool moveItemAtPath(TextView path, TextView toPath, Ref<NSError>* error) const;
 
   // createDirectoryAtPath:withIntermediateDirectories:attributes:error:  Makes a folder, and those above it where
