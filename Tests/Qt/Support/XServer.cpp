@@ -60,9 +60,10 @@ long numberIn(const std::string& text, const char* pattern) {
   return std::regex_search(text, found, std::regex(pattern)) ? std::stol(found[1], nullptr, 0) : -1;
 }
 
-bool hasWindowManager() {
-  return answer({"xprop", "-root", "_NET_SUPPORTING_WM_CHECK"}).find("window id") != std::string::npos;
-}
+// The window manager leaves the mark when it has started. It is there before that, but loses the windows that appear.
+const std::string mark = "_TEST_HAS_STARTED";
+
+bool hasWindowManager() { return answer({"xprop", "-root", mark}).find(" = ") != std::string::npos; }
 
 }  // namespace
 
@@ -79,7 +80,8 @@ XServer::XServer() {
   setenv("DISPLAY", (":" + number).c_str(), 1);
   setenv("QT_QPA_PLATFORM", "xcb", 1);
   unsetenv("XAUTHORITY");
-  myWindowManager = start({"openbox", "--sm-disable"});
+  myWindowManager =
+      start({"openbox", "--sm-disable", "--startup", "xprop -root -format " + mark + " 32c -set " + mark + " 1"});
   const QDeadlineTimer deadline(patience);
   while (!hasWindowManager())
     if (deadline.hasExpired()) throw std::runtime_error("openbox does not start");
