@@ -1,5 +1,7 @@
 # The README's hosts are compiled and run as tests, and have to print what the README says they print.
 #
+# One that opens a window is compiled only.
+#
 # Included, this defines kelvane_add_readme_host(). Run as a script (cmake -DHOST=... -DEXPECTED=... -P) it is the test.
 
 if(CMAKE_SCRIPT_MODE_FILE)
@@ -48,4 +50,14 @@ function(kelvane_add_readme_host)
     add_test(NAME ${host} COMMAND "${CMAKE_COMMAND}" "-DHOST=$<TARGET_FILE:${host}>" "-DEXPECTED=${expected}" -P
                                   "${CMAKE_CURRENT_FUNCTION_LIST_FILE}")
   endforeach()
+
+  if(KELVANE_BUILD_QT)
+    kelvane_first_block(cpp "${text}" code text)
+    set(source "${CMAKE_CURRENT_BINARY_DIR}/ReadmeWindow.cpp")
+    file(GENERATE OUTPUT "${source}" CONTENT "${code}")
+    add_executable(ReadmeWindow "${source}")
+    target_link_libraries(ReadmeWindow PRIVATE KelvaneFoundation::Qt Qt6::Widgets)
+    set_target_properties(ReadmeWindow PROPERTIES CXX_STANDARD 20)
+    kelvane_warnings(ReadmeWindow)
+  endif()
 endfunction()

@@ -168,6 +168,7 @@ TEST_F(X11Windows, GoThereInSteps) {
   myAdapter->setFrame({500, 400, 600, 500}, true, true);
   myWindow.close();
   EXPECT_EQ(myAdapter->frame(), CGRect(500, 400, 600, 500));
+  EXPECT_FALSE(comesTrue([&] { return myAdapter->frame() != CGRect(500, 400, 600, 500); }, 300));
 }
 
 TEST_F(X11Windows, AreStackedAsTheyAreTold) {
