@@ -2,23 +2,34 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <cstdio>
 #include <cstdlib>
 #include <optional>
+#include <string>
 
 #include "Qt/QtDesktop.h"
+#include "Qt/Support/Compositor.h"
 #include "Qt/Support/XServer.h"
 
 // Each test runs in a process of its own, with a desktop that is there from the start. Those whose suite's name begins
-// with X11 have an X server with a window manager, when they are asked for by their names; the others run without.
+// with X11 or Wayland have a display server of their own, when they are asked for by their names; the others run
+// without.
 int main(int argc, char* argv[]) {
   testing::InitGoogleMock(&argc, argv);
   // To list the tests takes no display.
   if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
+  std::string& filter = testing::GTEST_FLAG(filter);
   std::optional<kelvane::test::XServer> server;
-  if (kelvane::test::isForXServer(testing::GTEST_FLAG(filter)))
-    server.emplace();
-  else if (testing::GTEST_FLAG(filter) == "*")
-    testing::GTEST_FLAG(filter) = "-X11*";
+  std::optional<kelvane::test::Compositor> compositor;
+  if (filter.starts_with("X11")) server.emplace();
+  if (filter.starts_with("Wayland")) {
+    if (!kelvane::test::Compositor::isInstalled()) {
+      std::puts("[  SKIPPED ] weston is not installed");
+      return 0;
+    }
+    compositor.emplace();
+  }
+  if (filter == "*") filter = "-X11*:Wayland*";
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
   QApplication application(argc, argv);
   kelvane::installQtDesktop();

@@ -2,15 +2,12 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QTimer>
 #include <QWindow>
-#include <csignal>
 #include <cstdlib>
 #include <regex>
 #include <stdexcept>
@@ -21,27 +18,6 @@ namespace kelvane::test {
 namespace {
 
 constexpr int patience = 20'000;
-
-// Starts a program that ends with this one, without a word of its own. `inherited` stays open in it.
-pid_t start(const std::vector<std::string>& arguments, int inherited = -1) {
-  std::vector<char*> words;
-  for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
-  words.push_back(nullptr);
-  const pid_t process = fork();
-  if (process != 0) return process;
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
-  const int nowhere = open("/dev/null", O_RDWR);
-  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nowhere, descriptor);
-  if (inherited >= 0) fcntl(inherited, F_SETFD, 0);
-  execvp(words.front(), words.data());
-  _exit(127);
-}
-
-void end(pid_t process) {
-  if (process <= 0) return;
-  kill(process, SIGTERM);
-  waitpid(process, nullptr, 0);
-}
 
 // The line that the server writes when it is ready, or what there is of it when it ends or takes too long.
 std::string lineFrom(int descriptor) {
@@ -70,9 +46,9 @@ bool hasWindowManager() { return answer({"xprop", "-root", mark}).find(" = ") !=
 XServer::XServer() {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
-  myServer = start(
-      {"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"},
-      ends[1]);
+  const std::vector<std::string> server{
+      "Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"};
+  myServer.emplace(server, ends[1]);
   close(ends[1]);
   const std::string number = lineFrom(ends[0]);
   close(ends[0]);
@@ -80,19 +56,13 @@ XServer::XServer() {
   setenv("DISPLAY", (":" + number).c_str(), 1);
   setenv("QT_QPA_PLATFORM", "xcb", 1);
   unsetenv("XAUTHORITY");
-  myWindowManager =
-      start({"openbox", "--sm-disable", "--startup", "xprop -root -format " + mark + " 32c -set " + mark + " 1"});
+  const std::vector<std::string> windowManager{"openbox", "--sm-disable", "--startup",
+                                               "xprop -root -format " + mark + " 32c -set " + mark + " 1"};
+  myWindowManager.emplace(windowManager);
   const QDeadlineTimer deadline(patience);
   while (!hasWindowManager())
     if (deadline.hasExpired()) throw std::runtime_error("openbox does not start");
 }
-
-XServer::~XServer() {
-  end(myWindowManager);
-  end(myServer);
-}
-
-bool isForXServer(const std::string& testFilter) { return testFilter.starts_with("X11"); }
 
 QRect frameOnServer(const QWidget& window) {
   // The window manager puts the window into one of its own, or into several; the outermost one is in the root.

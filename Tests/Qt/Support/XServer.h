@@ -1,13 +1,12 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <QRect>
 #include <QWidget>
-#include <cstdint>
 #include <functional>
-#include <string>
+#include <optional>
 #include <vector>
+
+#include "Qt/Support/BackgroundProcess.h"
 
 namespace kelvane::test {
 
@@ -16,17 +15,11 @@ namespace kelvane::test {
 class XServer {
  public:
   XServer();
-  ~XServer();
-  XServer(const XServer&) = delete;
-  XServer& operator=(const XServer&) = delete;
 
  private:
-  pid_t myServer = 0;
-  pid_t myWindowManager = 0;
+  std::optional<BackgroundProcess> myServer;
+  std::optional<BackgroundProcess> myWindowManager;
 };
-
-// Whether the test's name says that it is one for an X server: that of its suite begins with "X11".
-bool isForXServer(const std::string& testFilter);
 
 // What another program hears from the X server: a window's outer frame, as Qt counts, and the application's windows
 // from front to back.
