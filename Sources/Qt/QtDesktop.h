@@ -63,6 +63,18 @@ KELVANE_EXPORT void installQtDesktop();
 //   positionAtGoldenMiddle(*windowFor(mainWindow));
 
 // The window that the widget is, or is in.
+//
+//  - Its frame is set in whole units, origin and size each rounded for itself and halves up, and held within the limits
+//    of the widget and its layout. How much title bar and borders take is known once the window is on the screen: a
+//    frame set before is set once more then, unless the host has placed or resized the widget since.
+//  - An animated frame arrives after the time that the style has for animations; the next one takes over from where the
+//    window is by then, and closing the window finishes it.
+//  - The content view of a QMainWindow is its central widget, that of every other window the widget itself. The content
+//    rectangle leaves out menu bar, status line and docks.
+//  - Under Wayland the compositor says where windows are and how they are stacked; sizes are set all the same.
+//
+// Desktop::orderedWindows has palettes and dialogs too, but no menus, tool tips and splash screens. The order follows
+// what is shown, activated, raised and told by orderWindow; QWidget::lower counts as raising.
 KELVANE_EXPORT Ref<NSWindow> windowFor(QWidget& widget);
 
 // The widget as a view. Of a widget of a special class the view is one of the class that goes with it, whichever of

@@ -22,8 +22,8 @@ class WindowFrame final : public QObject {
   // One that waits for the window to be shown counts as if it were there already.
   QRect frame() const;
   // Sizes are held within the window's limits, with the lower left corner where it was told. A window that fills the
-  // screen is an ordinary one afterwards. An animated one takes the time that the style has for it; none where neither
-  // the window nor the place that it goes to is on a screen.
+  // screen is an ordinary one afterwards. An animated one takes the time that the style has for it; none where the
+  // window is not on the screen, or the place that it goes to is not.
   void setFrame(const QRect& frame, bool animate);
   // Limits for the frame's size. What is not a number limits nothing, and no more does a maximum of 0.
   void setMinSize(const CGSize& size);
