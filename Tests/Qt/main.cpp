@@ -11,6 +11,12 @@
 #include "Qt/Support/Compositor.h"
 #include "Qt/Support/XServer.h"
 
+// What the system's libraries keep to the end is no leak of ours.
+extern "C" __attribute__((weak)) const char* __lsan_default_suppressions();
+extern "C" __attribute__((weak)) const char* __lsan_default_suppressions() {
+  return "leak:libdbus-1\nleak:libwayland-client\nleak:libfontconfig";
+}
+
 // Each test runs in a process of its own, with a desktop that is there from the start. Those whose suite's name begins
 // with X11 or Wayland have a display server of their own, when they are asked for by their names; the others run
 // without.
