@@ -265,9 +265,10 @@ TEST_F(NotebookTest, saysWhenTheReportCannotBeWritten) {
 TEST_F(NotebookTest, explainsItself) {
   const ProcessResult help = runProcess({KELVANE_NOTEBOOK, "--help"});
   EXPECT_EQ(help.status, 0);
-  EXPECT_THAT(help.out, StartsWith("Usage: Notebook --report [FOLDER]\n"));
+  EXPECT_THAT(help.out, StartsWith("Usage: Notebook [FOLDER]\n"));
   EXPECT_EQ(help.err, "");
-  const std::vector<std::vector<std::string>> wrong = {{}, {"--report", "a", "b"}, {"--unknown", "a"}, {"--help", "x"}};
+  const std::vector<std::vector<std::string>> wrong = {
+      {"a", "b"}, {"--report", "a", "b"}, {"--unknown", "a"}, {"--help", "x"}};
   for (std::vector<std::string> arguments : wrong) {
     arguments.insert(arguments.begin(), KELVANE_NOTEBOOK);
     const ProcessResult result = runProcess(arguments);
