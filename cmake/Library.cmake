@@ -11,13 +11,19 @@ pkg_check_modules(CURL REQUIRED IMPORTED_TARGET libcurl)
 file(GLOB_RECURSE sources RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/Sources/*.cpp")
 list(FILTER sources EXCLUDE REGEX "^Sources/Qt/")
 
+# Before 1.0 every minor version may change what hosts were linked to, after that only a major one.
+set(KELVANE_SOVERSION ${PROJECT_VERSION_MAJOR})
+if(PROJECT_VERSION_MAJOR EQUAL 0)
+  set(KELVANE_SOVERSION 0.${PROJECT_VERSION_MINOR})
+endif()
+
 add_library(KelvaneFoundation ${sources})
 add_library(KelvaneFoundation::Foundation ALIAS KelvaneFoundation)
 set_target_properties(
   KelvaneFoundation
   PROPERTIES EXPORT_NAME Foundation
              VERSION ${PROJECT_VERSION}
-             SOVERSION ${PROJECT_VERSION_MAJOR}
+             SOVERSION ${KELVANE_SOVERSION}
              CXX_STANDARD 23 # our own bodies; hosts need no more than the headers do
              CXX_VISIBILITY_PRESET hidden
              VISIBILITY_INLINES_HIDDEN ON

@@ -14,7 +14,7 @@ set_target_properties(
   KelvaneFoundationQt
   PROPERTIES EXPORT_NAME Qt
              VERSION ${PROJECT_VERSION}
-             SOVERSION ${PROJECT_VERSION_MAJOR}
+             SOVERSION ${KELVANE_SOVERSION}
              CXX_STANDARD 23
              CXX_VISIBILITY_PRESET hidden
              VISIBILITY_INLINES_HIDDEN ON
