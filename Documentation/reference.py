@@ -54,10 +54,10 @@ def taken_selectors(lines):
 def documentation(lines):
     """Lines of a comment as lines for doxygen."""
     selectors, rest = taken_selectors(lines)
+    names = ", ".join(f"<code>{escaped(selector)}</code>" for selector in selectors)
+    if selectors and (not rest or not rest[0]):
+        return [f"Selector: {names}.", *documentation(rest[1:])]
     out = []
-    if selectors:
-        names = ", ".join(f"<code>{escaped(selector)}</code>" for selector in selectors)
-        out += [f"<b>{names}</b>", ""]
     in_code = False
     for line in rest:
         is_code = line.startswith("  ") or (in_code and not line)
@@ -67,11 +67,12 @@ def documentation(lines):
         out.append(line[2:] if in_code else rendered(line))
     if in_code:
         out.append("@endcode")
-    return out
+    # Behind the text, whose first sentence is what lists show.
+    return out + ["", f"Selector: {names}."] if selectors else out
 
 
 def without_literals(line):
-    return re.sub(r"\"(?:\\.|[^\"\\])*\"|'(?:\\.|[^'\\])*'", "0", re.sub(r"//.*", "", line) if '"' not in line else line)
+    return re.sub(r"//.*", "", re.sub(r"\"(?:\\.|[^\"\\])*\"|(?<!\w)u?'(?:\\.|[^'\\])+'", "0", line))
 
 
 Declaration = collections.namedtuple("Declaration", "start end scopes text comment")
@@ -125,7 +126,6 @@ class Header:
                 self.introduction = []
 
     def take_code(self, code):
-        code = re.sub(r"//.*", "", code)
         if not self.statement:
             self.start = self.number
         for character in code:
