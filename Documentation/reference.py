@@ -203,7 +203,7 @@ def filtered(path):
             before.setdefault(declaration.start, documentation(declaration.comment))
     # As a group, a unit has one page with all of its documentation; the pages of files only list what is in them.
     out = [f"/// @defgroup {unit_of(path)} {path.name}", f"/// @ingroup folder_{path.parent.name}", "///"]
-    out += ["/// " + line for line in documentation([f'`#include "{included(path)}"`', ""] + header.file_comment)]
+    out += ["/// " + line for line in documentation(header.file_comment + ["", f'`#include "{included(path)}"`'])]
     for number, line in enumerate(header.lines):
         out += ["/// @}"] if re.match(r"}  // namespace kelvane(?!::detail)", line) else []
         out += ["/// " + text if text else "///" for text in before.get(number, [])]

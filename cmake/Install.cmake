@@ -8,6 +8,7 @@ include(GNUInstallDirs)
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/KelvaneFoundation")
 set(header_dir "${CMAKE_INSTALL_INCLUDEDIR}/KelvaneFoundation")
 file(RELATIVE_PATH KELVANE_PREFIX_FROM_PKGCONFIG "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
+string(REGEX REPLACE "/$" "" KELVANE_PREFIX_FROM_PKGCONFIG "${KELVANE_PREFIX_FROM_PKGCONFIG}")
 
 # What a host of the static libraries links besides; the shared ones bring it themselves, and a host needs none of it.
 set(KELVANE_REQUIRES "")
