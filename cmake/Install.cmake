@@ -15,7 +15,7 @@ set(KELVANE_REQUIRES "")
 set(KELVANE_QT_REQUIRES "")
 if(NOT BUILD_SHARED_LIBS)
   set(KELVANE_REQUIRES "icu-i18n, icu-uc, pugixml, fontconfig, gio-2.0, libcurl")
-  set(KELVANE_QT_REQUIRES ", Qt6Widgets")
+  set(KELVANE_QT_REQUIRES ", Qt6Widgets, libjpeg, xcb")
 endif()
 
 # kelvane_install(TARGET COMPONENT): the library and what finds it.

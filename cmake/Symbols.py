@@ -16,6 +16,7 @@ SHORTER = [
     ("std::__cxx11::basic_string<char16_t, std::char_traits<char16_t>, std::allocator<char16_t> >", "Text"),
     ("std::basic_string_view<char, std::char_traits<char> >", "std::string_view"),
     ("std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >", "std::string"),
+    ("[abi:cxx11]", ""),
     ("kelvane::", ""),
 ]
 
