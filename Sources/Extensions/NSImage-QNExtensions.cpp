@@ -67,7 +67,7 @@ void writeJPGRepresentationToFile(const NSImage& receiver, TextView path) {
   }
   const std::string_view bytes(reinterpret_cast<const char*>(data->bytes().data()), data->length());
   // Whether that succeeds is the caller's to see.
-  static_cast<void>(writeFileAtomically(fileSystemRepresentation(path), bytes));
+  static_cast<void>(writeFileAtomically(fileSystemRepresentation(path), bytes, NewFileAccess::Customary));
 }
 
 void compositScaledImageToFrame(const NSImage& receiver, const CGRect& frame, const NSView*) {

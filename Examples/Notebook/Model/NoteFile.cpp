@@ -150,7 +150,8 @@ std::optional<Text> writeNote(const NSAttributedString& note, TextView path, Tex
   Text error;
   const std::optional<std::string> bytes = bytesOf(note, formatOfFile(path), lineEnd, error);
   if (!bytes) return error;
-  const std::error_code failure = kelvane::writeFileAtomically(kelvane::fileSystemRepresentation(path), *bytes);
+  const std::error_code failure =
+      kelvane::writeFileAtomically(kelvane::fileSystemRepresentation(path), *bytes, kelvane::NewFileAccess::Customary);
   return failure ? std::optional(kelvane::textFromUTF8(failure.message())) : std::nullopt;
 }
 

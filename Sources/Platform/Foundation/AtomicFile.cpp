@@ -125,7 +125,7 @@ class TemporaryFile {
     if (!myPath.empty()) retried([this] { return myCalls.unlink(myPath.c_str()); });
   }
 
-  std::error_code create(const std::string& prefix);
+  std::error_code create(const std::string& prefix, mode_t mode);
   std::error_code becomeLike(const Target& target);
   std::error_code write(std::string_view bytes);
   std::error_code flush();
@@ -149,11 +149,11 @@ std::string temporaryName() {
   return name;
 }
 
-std::error_code TemporaryFile::create(const std::string& prefix) {
+std::error_code TemporaryFile::create(const std::string& prefix, mode_t mode) {
   std::error_code error;
   for (int i = 0; i < mostTemporaryNames; ++i) {
     std::string path = prefix + temporaryName();
-    error = myFile.open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_NOCTTY, 0600);
+    error = myFile.open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_NOCTTY, mode);
     if (!error) myPath = std::move(path);
     if (error != std::errc::file_exists) return error;
   }
@@ -275,15 +275,17 @@ FileContents readFile(const std::string& path, std::size_t limit, SystemCalls& c
 struct AtomicFileWriter::Save {
   explicit Save(SystemCalls& systemCalls) : calls(systemCalls), folder(systemCalls), file(systemCalls) {}
 
-  std::error_code begin(const std::string& path) {
+  std::error_code begin(const std::string& path, NewFileAccess access) {
     if (const auto reason = findTarget(path, target, calls)) return reason;
     if (target.exists) {
       if (const auto reason = checkRegular(target.status.st_mode)) return reason;
     }
     // Opened first: a failure here is then one before anything has changed.
     if (const auto reason = openFolder(folder, target.path)) return reason;
-    if (const auto reason = file.create(folderPrefix(target.path))) return reason;
-    return file.becomeLike(target);
+    // What is to replace a file is nobody else's business until it has that one's permissions.
+    const bool isCustomary = access == NewFileAccess::Customary && !target.exists;
+    if (const auto reason = file.create(folderPrefix(target.path), isCustomary ? 0666 : 0600)) return reason;
+    return isCustomary ? std::error_code() : file.becomeLike(target);
   }
 
   std::error_code finish() {
@@ -299,9 +301,9 @@ struct AtomicFileWriter::Save {
   std::error_code error;
 };
 
-AtomicFileWriter::AtomicFileWriter(const std::string& path, SystemCalls& calls)
+AtomicFileWriter::AtomicFileWriter(const std::string& path, SystemCalls& calls, NewFileAccess access)
     : mySave(std::make_unique<Save>(calls)) {
-  mySave->error = mySave->begin(path);
+  mySave->error = mySave->begin(path, access);
 }
 
 AtomicFileWriter::~AtomicFileWriter() = default;
@@ -316,8 +318,9 @@ std::error_code AtomicFileWriter::commit() {
   return mySave->error;
 }
 
-std::error_code writeFileAtomically(const std::string& path, std::string_view bytes, SystemCalls& calls) {
-  AtomicFileWriter writer(path, calls);
+std::error_code writeFileAtomically(const std::string& path, std::string_view bytes, SystemCalls& calls,
+                                    NewFileAccess access) {
+  AtomicFileWriter writer(path, calls, access);
   // An error stays until it is asked for.
   writer.append(bytes);
   return writer.commit();

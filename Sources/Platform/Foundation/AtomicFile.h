@@ -30,6 +30,14 @@ struct FileContents {
 KELVANE_EXPORT FileContents readFile(const std::string& path, std::size_t limit,
                                      SystemCalls& calls = SystemCalls::system());
 
+// Who may do what with a file that was not there before.
+enum class NewFileAccess {
+  // Nobody but the user may read and write it (0600): for what an application keeps for itself.
+  Private,
+  // What the user's umask leaves of reading and writing for all (0666): for documents, as any program makes them.
+  Customary
+};
+
 // Makes `bytes` the contents of the file at `path`, in whose folder there must be the right to read and to write:
 // writes a temporary file beside it, flushes that to the disk, renames it to `path` and flushes the folder.
 //
@@ -45,13 +53,18 @@ KELVANE_EXPORT FileContents readFile(const std::string& path, std::size_t limit,
 // in a row are followed and more are std::errc::too_many_symbolic_link_levels. What is neither a regular file nor
 // nothing stays as it is: errors as for `readFile`.
 //
-// The file keeps its permissions (a new one gets 0600; an existing one is replaced even if it is read-only) and, as far
-// as the process may give files away, owner and group. If the group cannot be kept, the new group is allowed no more
-// than everybody is. Set-id bits, access lists, extended attributes and other hard links do not come along.
+// The file keeps its permissions (a new one gets those of `access`; an existing one is replaced even if it is
+// read-only) and, as far as the process may give files away, owner and group. If the group cannot be kept, the new
+// group is allowed no more than everybody is. Set-id bits, access lists, extended attributes and other hard links do
+// not come along.
 //
 // Of several that save at a time, the last one wins; hold a `FileLock` to read, change and save.
 KELVANE_EXPORT std::error_code writeFileAtomically(const std::string& path, std::string_view bytes,
-                                                   SystemCalls& calls = SystemCalls::system());
+                                                   SystemCalls& calls = SystemCalls::system(),
+                                                   NewFileAccess access = NewFileAccess::Private);
+inline std::error_code writeFileAtomically(const std::string& path, std::string_view bytes, NewFileAccess access) {
+  return writeFileAtomically(path, bytes, SystemCalls::system(), access);
+}
 
 // The same for bytes that come little by little:
 //
@@ -64,7 +77,8 @@ KELVANE_EXPORT std::error_code writeFileAtomically(const std::string& path, std:
 class KELVANE_EXPORT AtomicFileWriter {
  public:
   // `calls` must outlive the writer.
-  explicit AtomicFileWriter(const std::string& path, SystemCalls& calls = SystemCalls::system());
+  explicit AtomicFileWriter(const std::string& path, SystemCalls& calls = SystemCalls::system(),
+                            NewFileAccess access = NewFileAccess::Private);
   ~AtomicFileWriter();
   AtomicFileWriter(const AtomicFileWriter&) = delete;
   AtomicFileWriter& operator=(const AtomicFileWriter&) = delete;

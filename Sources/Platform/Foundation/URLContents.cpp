@@ -19,7 +19,8 @@ Ref<NSError> failure(NSURLErrorCode code, TextView description, const Ref<NSErro
 
 class ToFile final : public URLTransfer::Listener {
  public:
-  ToFile(const std::string& path, const URLProgressCall& progress) : myWriter(path), myProgress(progress) {}
+  ToFile(const std::string& path, const URLProgressCall& progress)
+      : myWriter(path, SystemCalls::system(), NewFileAccess::Customary), myProgress(progress) {}
 
   bool receive(std::string_view bytes) override { return !myWriter.append(bytes); }
   bool progress(const URLProgress& progress) override { return !myProgress || myProgress(progress); }

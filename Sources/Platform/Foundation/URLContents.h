@@ -21,9 +21,9 @@ KELVANE_EXPORT Ref<NSData> dataWithContentsOfURL(const Ref<NSURL>& url, Ref<NSEr
 // where there is none.
 KELVANE_EXPORT Ref<NSDictionary> dictionaryWithContentsOfURL(const Ref<NSURL>& url, const URLLimits& limits = {});
 
-// Makes the contents of `url` those of the file at `path`, little by little but at once in the end (AtomicFileWriter):
-// after a failure the file is as it was, or absent. Nil, or what went wrong; NSURLErrorCannotWriteToFile when it was
-// the writing. `progress` may be empty.
+// Makes the contents of `url` those of the file at `path`, little by little but at once in the end (AtomicFileWriter,
+// with NewFileAccess::Customary): after a failure the file is as it was, or absent. Nil, or what went wrong;
+// NSURLErrorCannotWriteToFile when it was the writing. `progress` may be empty.
 KELVANE_EXPORT Ref<NSError> saveContentsOfURL(const Ref<NSURL>& url, const std::string& path,
                                               const URLLimits& limits = {}, const URLProgressCall& progress = nullptr);
 

@@ -178,6 +178,17 @@ TEST(AtomicFile, ReadsAndReplacesNothingButFiles) {
   }
 }
 
+TEST(AtomicFile, NewFilesAreForWhomTheyAreSaidToBe) {
+  const TemporaryFolder folder;
+  ::umask(027);
+  const std::string path = folder.path("document");
+  EXPECT_FALSE(writeFileAtomically(path, "new", NewFileAccess::Customary));
+  EXPECT_EQ(modeOf(path), 0640);
+  ASSERT_EQ(::chmod(path.c_str(), 0600), 0);
+  EXPECT_FALSE(writeFileAtomically(path, "newer", NewFileAccess::Customary));
+  EXPECT_EQ(modeOf(path), 0600);
+}
+
 TEST(AtomicFile, KeepsPermissionsOwnerAndGroup) {
   const TemporaryFolder folder;
   const std::string path = folder.path("file");
