@@ -1,5 +1,6 @@
 # Installs the build tree, builds the hosts of Examples/Installed against it, by its CMake package and by pkg-config,
-# moves the installation elsewhere, and expects the hosts to run there and to build there again.
+# moves the installation elsewhere, and expects the hosts to run there and to build there again; and the README's host,
+# as the README says.
 #
 # Included, this defines kelvane_add_install_test(). Run as a script (cmake -DBUILD=... -P) it is the test.
 
@@ -97,3 +98,24 @@ endforeach()
 build_with_cmake(Colour "${second}")
 build_with_pkg_config(Colour "${second}")
 expect(Colour "${second}" "${expected_Colour}")
+
+# The README's first host, built by its CMakeLists.txt and by its command.
+include("${SOURCE}/cmake/ReadmeHost.cmake")
+set(readme "${scratch}/readme")
+file(READ "${SOURCE}/README.md" text)
+kelvane_first_block(cpp "${text}" code text)
+kelvane_first_block(text "${text}" said text)
+kelvane_first_block(cmake "${text}" lists text)
+kelvane_first_block(sh "${text}" command text)
+file(WRITE "${readme}/main.cpp" "${code}")
+file(WRITE "${readme}/CMakeLists.txt" "${lists}")
+run("${CMAKE_COMMAND}" -S "${readme}" -B "${readme}/build" "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_PREFIX_PATH=${second}")
+run("${CMAKE_COMMAND}" --build "${readme}/build")
+run("${CMAKE_COMMAND}" -E chdir "${readme}" "${CMAKE_COMMAND}" -E env "PKG_CONFIG_PATH=${second}/${LIBDIR}/pkgconfig"
+    bash -ec "${command}")
+foreach(host "${readme}/build/host" "${readme}/host")
+  run("${CMAKE_COMMAND}" -E env "LD_LIBRARY_PATH=${second}/${LIBDIR}" "${host}")
+  if(NOT output STREQUAL said)
+    message(FATAL_ERROR "${host} printed\n${output}and not\n${said}")
+  endif()
+endforeach()

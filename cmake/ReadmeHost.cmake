@@ -4,7 +4,7 @@
 #
 # Included, this defines kelvane_add_readme_host(). Run as a script (cmake -DHOST=... -DEXPECTED=... -P) it is the test.
 
-if(CMAKE_SCRIPT_MODE_FILE)
+if(CMAKE_SCRIPT_MODE_FILE STREQUAL CMAKE_CURRENT_LIST_FILE)
   execute_process(COMMAND "${HOST}" OUTPUT_VARIABLE actual COMMAND_ERROR_IS_FATAL ANY)
   file(READ "${EXPECTED}" expected)
   if(NOT actual STREQUAL expected)
