@@ -68,6 +68,11 @@ ReadNote readArchive(std::string_view bytes) {
   return {std::make_shared<NSTextStorage>(*text), {}};
 }
 
+ReadNote readPage(std::string_view bytes) {
+  const auto text = std::make_shared<NSTextStorage>(kelvane::attributedStringWithHTML(decodedText(bytes)));
+  return {text, {}, u"\n", kelvane::utf8(kelvane::htmlString(*text)) == bytes};
+}
+
 kelvane::Ref<kelvane::NSDictionary> plainAttributes() {
   static const auto attributes = kelvane::NSDictionary::dictionaryWithEntries(
       {{Text(kelvane::NSFontAttributeName), std::make_shared<kelvane::NSFont>(plainFont())}});
@@ -140,7 +145,7 @@ ReadNote readNote(TextView path) {
     case NoteFormat::Archive:
       return readArchive(file.bytes);
     case NoteFormat::HTML:
-      return {std::make_shared<NSTextStorage>(kelvane::attributedStringWithHTML(decodedText(file.bytes))), {}};
+      return readPage(file.bytes);
     default:
       return plainNote(decodedText(file.bytes));
   }

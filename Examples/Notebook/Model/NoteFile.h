@@ -33,6 +33,8 @@ struct ReadNote {
   kelvane::Ref<kelvane::NSTextStorage> text;
   kelvane::Text error;
   kelvane::Text lineEnd = u"\n";
+  // Whether writing the note gives what was in the file. A web page that was made elsewhere has more than a note keeps.
+  bool isWhole = true;
 };
 ReadNote readNote(kelvane::TextView path);
 

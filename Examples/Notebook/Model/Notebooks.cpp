@@ -1,7 +1,9 @@
 #include "Model/Notebooks.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
+#include <unordered_set>
 #include <utility>
 
 #include "Extensions/NSFileManager-QNExtensions.h"
@@ -12,6 +14,7 @@
 #include "Platform/Foundation/NSError.h"
 #include "Platform/Foundation/NSFileManager.h"
 #include "Platform/Foundation/PathText.h"
+#include "Platform/Foundation/TextEncoding.h"
 
 namespace notebook {
 namespace {
@@ -31,6 +34,11 @@ bool standsBefore(const Ref<Entry>& a, const Ref<Entry>& b) {
 
 Text sentence(const Ref<NSError>& error) { return error ? error->localizedDescription() : Text(); }
 
+bool isLink(TextView path) {
+  std::error_code ignored;
+  return std::filesystem::is_symlink(kelvane::fileSystemRepresentation(path), ignored);
+}
+
 // A title as it can stand in a path.
 Text fileName(TextView title) {
   Text name(title);
@@ -38,6 +46,20 @@ Text fileName(TextView title) {
   std::erase(name, u'\0');
   while (name.starts_with(u'.')) name.erase(0, 1);
   return name.empty() ? Text(u"Untitled") : name;
+}
+
+// Those that do not go along with another of them anyway.
+std::vector<Ref<Entry>> outermost(const std::vector<Ref<Entry>>& entries) {
+  std::unordered_set<Text> paths;
+  for (const Ref<Entry>& entry : entries) paths.insert(entry->path());
+  std::vector<Ref<Entry>> result;
+  for (const Ref<Entry>& entry : entries) {
+    Text above = entry->path();
+    do above = Text(kelvane::stringByDeletingLastPathComponent(above));
+    while (above.size() > 1 && !paths.contains(above));
+    if (above.size() <= 1) result.push_back(entry);
+  }
+  return result;
 }
 
 // Calls `visit` with each entry below, in the order of the outline.
@@ -91,7 +113,7 @@ Notebooks::Entries Notebooks::readFolders(Ref<NSError>& error) {
     if (isDirectoryAtPath(files, path)) {
       if (isHidden)
         enumerator.skipDescendants();
-      else
+      else if (!isLink(path))
         entries.push_back(entryFor(EntryKind::Folder, path));
     } else if (const auto kind = kindOfFile(path); kind && !isHidden) {
       entries.push_back(entryFor(*kind, path));
@@ -160,10 +182,10 @@ Ref<Entry> Notebooks::addNote(const Entry* beside, TextView title, Text& error) 
   // An empty file is no archive.
   if (const auto failure = writeNote(kelvane::NSAttributedString(), path)) {
     error = *failure;
+    threadSafeManager().removeItemAtPath(path, nullptr);
     return nullptr;
   }
-  refresh();
-  return entryAtPath(path);
+  return entryMadeAt(path, error);
 }
 
 Ref<Entry> Notebooks::addFolder(const Entry* beside, TextView title, Text& error) {
@@ -178,8 +200,17 @@ Ref<Entry> Notebooks::addFolder(const Entry* beside, TextView title, Text& error
     error = sentence(reason);
     return nullptr;
   }
-  refresh();
-  return entryAtPath(path);
+  return entryMadeAt(path, error);
+}
+
+Ref<Entry> Notebooks::entryMadeAt(const Text& path, Text& error) {
+  if (auto failure = refresh()) {
+    error = std::move(*failure);
+    return nullptr;
+  }
+  auto entry = entryAtPath(path);
+  if (!entry) error = kelvane::format(u"'%@' has vanished again.", path);
+  return entry;
 }
 
 std::optional<Text> Notebooks::moveFile(Entry& entry, const Text& to) {
@@ -188,9 +219,12 @@ std::optional<Text> Notebooks::moveFile(Entry& entry, const Text& to) {
   if (!threadSafeManager().moveItemAtPath(entry.path(), to, &error)) return sentence(error);
   // What is below a folder moves along, and remains the same as well.
   const Text from = entry.path();
+  const Text below = from + u"/";
   Entries moved;
-  for (const auto& [path, one] : myEntries)
-    if (path == from || path.starts_with(from + u"/")) moved.push_back(one);
+  if (const auto known = entryAtPath(from)) moved.push_back(known);
+  if (!entry.isLeaf())
+    for (const auto& [path, one] : myEntries)
+      if (path.starts_with(below)) moved.push_back(one);
   for (const Ref<Entry>& one : moved) {
     const Text path = to + one->path().substr(from.size());
     myEntries.erase(one->path());
@@ -211,7 +245,7 @@ std::optional<Text> Notebooks::rename(Entry& entry, TextView title) {
 std::optional<Text> Notebooks::move(const std::vector<Ref<Entry>>& entries, const Entry* into) {
   const Text folder = folderFor(into);
   std::optional<Text> failure;
-  for (const Ref<Entry>& entry : entries) {
+  for (const Ref<Entry>& entry : outermost(entries)) {
     const TextView name = kelvane::lastPathComponent(entry->path());
     if (auto reason = moveFile(*entry, kelvane::stringByAppendingPathComponent(folder, name)))
       failure = std::move(reason);
@@ -222,7 +256,7 @@ std::optional<Text> Notebooks::move(const std::vector<Ref<Entry>>& entries, cons
 
 std::optional<Text> Notebooks::moveToTrash(const std::vector<Ref<Entry>>& entries) {
   Ref<NSError> error;
-  for (const Ref<Entry>& entry : entries) moveFileToTrash(threadSafeManager(), entry->path(), &error);
+  for (const Ref<Entry>& entry : outermost(entries)) moveFileToTrash(threadSafeManager(), entry->path(), &error);
   const auto reading = refresh();
   return error ? std::optional(sentence(error)) : reading;
 }

@@ -13,7 +13,7 @@
 namespace notebook {
 
 // The folder that the notebook shows, as a tree of entries in a tree controller: folders first, each group by title.
-// Hidden files, and those of other kinds, are left out. What an operation says that went wrong is one sentence; nothing
+// Hidden files, those of other kinds, and links to folders are left out. What an operation says that went wrong is one sentence; nothing
 // when all went well. Main thread only.
 class Notebooks {
  public:
@@ -44,7 +44,8 @@ class Notebooks {
   kelvane::Ref<Entry> addFolder(const Entry* beside, kelvane::TextView title, kelvane::Text& error);
   // Also what becomes of setting an entry's title.
   std::optional<kelvane::Text> rename(Entry& entry, kelvane::TextView title);
-  // Into a folder, or into the outermost for nil.
+  // Into a folder, or into the outermost for nil. What is in a folder that is moved goes along with it, and so into the
+  // trash.
   std::optional<kelvane::Text> move(const std::vector<kelvane::Ref<Entry>>& entries, const Entry* into);
   std::optional<kelvane::Text> moveToTrash(const std::vector<kelvane::Ref<Entry>>& entries);
 
@@ -53,6 +54,7 @@ class Notebooks {
 
   kelvane::Text folderFor(const Entry* beside) const;
   kelvane::Ref<Entry> entryFor(EntryKind kind, const kelvane::Text& path);
+  kelvane::Ref<Entry> entryMadeAt(const kelvane::Text& path, kelvane::Text& error);
   Entries readFolders(kelvane::Ref<kelvane::NSError>& error);
   std::optional<kelvane::Text> moveFile(Entry& entry, const kelvane::Text& to);
 

@@ -60,6 +60,7 @@ void Walkthrough::sendFeedback() {
 
 void Walkthrough::changePreferences() {
   step("takes up preferences at once, dark colours among them", [this]() -> Outcome {
+    openEntry(*myWindow, QStringLiteral("letters/neighbours.html"));
     PreferencesDialog dialog(myWindow.get());
     dialog.show();
     const double before = myWindow->pane().zoom();

@@ -119,12 +119,37 @@ void Walkthrough::zoom() {
     const double before = sizeInNote();
     choose(*myWindow, u"actualSize:");
     NoteEditor& editor = myWindow->pane().editor();
+    editor.moveCursor(QTextCursor::Start);
     const double shown = editor.document()->begin().begin().fragment().charFormat().fontPointSize();
     choose(*myWindow, u"zoomIn:");
     choose(*myWindow, u"zoomIn:");
+    if (!editor.textCursor().atStart()) return QStringLiteral("the cursor is somewhere else");
     const double larger = editor.document()->begin().begin().fragment().charFormat().fontPointSize();
     if (!(larger > shown)) return QStringLiteral("%1 points became %2").arg(shown).arg(larger);
     return sizeInNote() == before && !myWindow->pane().isChanged() ? QString() : QStringLiteral("the note was changed");
+  });
+}
+
+void Walkthrough::changeSizes() {
+  step("makes all of a note larger, and headings stay larger", [this]() -> Outcome {
+    NoteEditor& editor = myWindow->pane().editor();
+    const auto sizeAt = [this](std::size_t place) {
+      const auto& text = myWindow->pane().text();
+      return kelvane::as<NSFont>(text->attribute(kelvane::NSFontAttributeName, place))->pointSize();
+    };
+    const std::size_t heading = 0;
+    const std::size_t lineEnd = myWindow->pane().text()->string().find(u'\n');
+    const double before = sizeAt(lineEnd + 1);
+    editor.moveCursor(QTextCursor::Start);
+    editor.moveCursor(QTextCursor::NextBlock, QTextCursor::KeepAnchor);
+    editor.changeSize(6);
+    choose(*myWindow, u"selectAll:");
+    choose(*myWindow, u"bigger:");
+    const bool isKept = sizeAt(heading) == before + 8 && sizeAt(lineEnd) == before + 8 && sizeAt(lineEnd + 1) == before + 2;
+    editor.undo();
+    editor.undo();
+    if (sizeAt(heading) != before || sizeAt(lineEnd + 1) != before) return QStringLiteral("it is not undone");
+    return isKept ? QString() : QStringLiteral("all has one size");
   });
 }
 
@@ -134,7 +159,12 @@ void Walkthrough::search() {
     if (!waitUntil([this] { return !myWindow->search().isRunning(); })) return QStringLiteral("it does not end");
     takePicture(*myWindow, QStringLiteral("6-search"));
     const std::size_t found = myWindow->search().results()->content()->count();
+    // What is found can be opened, and is what the outline then shows.
+    myWindow->results().selectAll();
+    myWindow->results().setCurrentIndex(myWindow->results().model()->index(0, 0));
+    const auto shown = myWindow->pane().entry();
     myWindow->searchField().clear();
+    if (myWindow->outline().current() != shown) return QStringLiteral("the outline shows another note");
     return found >= 1 ? QString() : QStringLiteral("it finds nothing");
   });
 }
@@ -152,6 +182,7 @@ void Walkthrough::dragSeveral() {
     const auto folder = myWindow->outline().current();
     openEntry(*myWindow, QStringLiteral("Seeds.note"));
     myWindow->move(folder);
+    if (myWindow->outline().current() != myWindow->pane().entry()) return QStringLiteral("it is not selected any more");
     return QFile::exists(myFolder + QStringLiteral("/New Folder/Seeds.note")) ? QString() : QStringLiteral("not there");
   });
 }

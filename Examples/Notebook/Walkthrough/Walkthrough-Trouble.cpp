@@ -5,6 +5,7 @@
 #include "Window/MainWindow.h"
 #include "Window/NoteEditor.h"
 #include "Window/NotePane.h"
+#include "Window/Outline.h"
 #include "Window/QtText.h"
 
 namespace notebook {
@@ -43,6 +44,69 @@ void Walkthrough::meetAnotherProgram() {
     if (readFile(file) != "theirs\n") return QStringLiteral("it is gone");
     const QByteArray beside = readFile(myFolder + QStringLiteral("/shared-1.txt"));
     return beside == "mine, first\n" ? QString() : QString::fromUtf8(beside);
+  });
+}
+
+void Walkthrough::goOnBeside() {
+  step("lets the writer go on in the new file", [this]() -> Outcome {
+    type(myWindow->pane().editor(), QStringLiteral("and "));
+    if (!myWindow->pane().save()) return myWindow->told();
+    if (readFile(myFolder + QStringLiteral("/shared.txt")) != "theirs\n") return QStringLiteral("theirs is gone");
+    const QByteArray beside = readFile(myFolder + QStringLiteral("/shared-1.txt"));
+    return beside == "mine, and first\n" ? QString() : QString::fromUtf8(beside);
+  });
+  step("leaves a page alone that has more than a note keeps", [this]() -> Outcome {
+    const QString page = myFolder + QStringLiteral("/letters/neighbours.html");
+    const QByteArray before = readFile(page);
+    openEntry(*myWindow, QStringLiteral("letters/neighbours.html"));
+    type(myWindow->pane().editor(), QStringLiteral("Hello! "));
+    openEntry(*myWindow, QStringLiteral("shared.txt"));
+    if (readFile(page) != before) return QStringLiteral("it is another one");
+    if (myWindow->outline().current() != myWindow->pane().entry()) return QStringLiteral("another note is selected");
+    openEntry(*myWindow, QStringLiteral("letters/neighbours.note"));
+    return myWindow->pane().editor().toPlainText().startsWith(QStringLiteral("Hello! ")) ? QString()
+                                                                                         : myWindow->told();
+  });
+}
+
+void Walkthrough::loseFile() {
+  step("shows nothing any more when a note vanishes", [this]() -> Outcome {
+    openEntry(*myWindow, QStringLiteral("shared-1.txt"));
+    QFile::remove(myFolder + QStringLiteral("/shared-1.txt"));
+    if (!waitUntil([this] { return !myWindow->pane().entry(); })) return QStringLiteral("it is still shown");
+    return myWindow->told().contains(QStringLiteral("not there")) ? QString() : myWindow->told();
+  });
+}
+
+void Walkthrough::stayUnsaved() {
+  step("goes on showing what can't be saved", [this]() -> Outcome {
+    const QString letters = myFolder + QStringLiteral("/letters");
+    const QString away = myPictures + QStringLiteral("/away");
+    openEntry(*myWindow, QStringLiteral("letters/landlord.txt"));
+    type(myWindow->pane().editor(), QStringLiteral("kept "));
+    QDir(away).removeRecursively();
+    QDir().rename(letters, away);
+    openEntry(*myWindow, QStringLiteral("shared.txt"));
+    waitUntil([] { return false; }, 20);
+    const bool isShown = myWindow->pane().editor().toPlainText().startsWith(QStringLiteral("kept "));
+    const bool isSelected = myWindow->outline().current() == myWindow->pane().entry();
+    QDir(letters).removeRecursively();
+    QDir().rename(away, letters);
+    if (!isShown || !isSelected) return QStringLiteral("another note is shown: ") + myWindow->told();
+    choose(*myWindow, u"revertNote:");
+    if (myWindow->pane().isChanged()) return QStringLiteral("it does not go back to the file");
+    openEntry(*myWindow, QStringLiteral("shared.txt"));
+    return myWindow->pane().editor().toPlainText() == QStringLiteral("theirs\n") ? QString() : myWindow->told();
+  });
+}
+
+void Walkthrough::meetLink() {
+  step("leaves out links to folders", [this]() -> Outcome {
+    QFile::link(myFolder + QStringLiteral("/letters"), myFolder + QStringLiteral("/linked"));
+    myWindow->notebooks().refresh();
+    const bool isShown = myWindow->notebooks().entryAtPath(myWindow->notebooks().folder() + u"/linked") != nullptr;
+    QFile::remove(myFolder + QStringLiteral("/linked"));
+    return isShown ? QStringLiteral("it is shown, with nothing in it") : QString();
   });
 }
 

@@ -52,6 +52,7 @@ bool Walkthrough::run() {
   readTable();
   exchangeFormats();
   zoom();
+  changeSizes();
   search();
   dragSeveral();
   makePage();
@@ -62,8 +63,12 @@ bool Walkthrough::run() {
   keepPlaces();
   showFatalAlert();
   meetAnotherProgram();
+  goOnBeside();
+  loseFile();
+  meetLink();
   meetBrokenNote();
   loseFolder();
+  stayUnsaved();
   openManyNotes();
   typeInLargeNote();
   myWindow.reset();

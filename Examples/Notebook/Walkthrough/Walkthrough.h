@@ -44,6 +44,7 @@ class Walkthrough {
   void readTable();
   void exchangeFormats();
   void zoom();
+  void changeSizes();
   void search();
   void dragSeveral();
   void moveToTrash();
@@ -58,7 +59,11 @@ class Walkthrough {
 
   // What goes wrong: Walkthrough-Trouble.cpp.
   void meetAnotherProgram();
+  void goOnBeside();
+  void loseFile();
   void loseFolder();
+  void stayUnsaved();
+  void meetLink();
   void meetBrokenNote();
 
   // How long things take: Walkthrough-Figures.cpp.

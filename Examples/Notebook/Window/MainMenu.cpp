@@ -25,10 +25,14 @@ constexpr Line separator{u"", u""};
 constexpr Line fileLines[] = {{u"New Note", u"newNote:", u"n"},
                               {u"New Folder", u"newFolder:", u"N"},
                               separator,
+                              {u"Save", u"save:", u"s"},
+                              {u"Revert to Saved", u"revertNote:"},
+                              separator,
                               {u"Import…", u"importNote:", u"o"},
                               {u"Export…", u"exportNote:", u"e"},
                               {u"Page as JPEG…", u"exportPage:"},
                               separator,
+                              {u"Move to Folder…", u"moveToFolder:", u"M"},
                               {u"Move to Trash", u"moveToTrash:", u"\xF728"},
                               separator,
                               {u"Preferences…", u"showPreferences:", u","},
@@ -60,7 +64,10 @@ constexpr Line viewLines[] = {{u"Zoom In", u"zoomIn:", u"="},
                               {u"Actual Size", u"actualSize:", u"0"},
                               separator,
                               {u"Use Dark Theme", u"toggleTheme:", u"T"},
-                              {u"Hide Toolbar", u"toggleToolbar:"}};
+                              {u"Hide Toolbar", u"toggleToolbar:"},
+                              separator,
+                              {u"Go to Outline", u"goToOutline:", u"1"},
+                              {u"Go to Note", u"goToNote:", u"2"}};
 
 Ref<NSMenuItem> itemOf(const Line& line, const Commands& commands) {
   auto item = std::make_shared<NSMenuItem>(Text(line.title), SEL(line.action), Text(line.keyEquivalent));

@@ -4,6 +4,7 @@
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QStatusBar>
 #include <QToolBar>
 #include <QUrl>
 
@@ -12,7 +13,10 @@
 #include "Extensions/NSWindow-QNExtensions.h"
 #include "Graphics/QNColorPalette.h"
 #include "Model/NoteFile.h"
+#include "Platform/Foundation/AtomicFile.h"
 #include "Platform/Foundation/Boxing.h"
+#include "Platform/Foundation/Format.h"
+#include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/PathText.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Qt/QtDesktop.h"
@@ -37,6 +41,7 @@ using kelvane::TextView;
 
 constexpr double zoomStep = 1.25;
 constexpr double sizeStep = 2;  // points
+constexpr double pageQuality = 0.8;
 
 Text pathFrom(const QString& path) { return kelvane::textFromFileSystem(QFile::encodeName(path).toStdString()); }
 
@@ -67,6 +72,11 @@ void MainWindow::addFileCommands(Commands& commands) {
   commands[u"importNote:"] = [this](NSMenuItem&) { importNote(); };
   commands[u"exportNote:"] = [this](NSMenuItem&) { exportNote(); };
   commands[u"exportPage:"] = [this](NSMenuItem&) { exportPage(); };
+  commands[u"save:"] = [this](NSMenuItem&) {
+    if (myPane->save()) tell(tr("All is saved."));
+  };
+  commands[u"revertNote:"] = [this](NSMenuItem&) { myPane->revert(); };
+  commands[u"moveToFolder:"] = [this](NSMenuItem&) { moveToFolder(); };
   commands[u"moveToTrash:"] = [this](NSMenuItem&) { moveToTrash(); };
   commands[u"showPreferences:"] = [this](NSMenuItem&) {
     PreferencesDialog dialog(this);
@@ -76,17 +86,24 @@ void MainWindow::addFileCommands(Commands& commands) {
 }
 
 void MainWindow::addEditCommands(Commands& commands) {
-  const auto forEditor = [this](void (QTextEdit::*operation)()) {
-    return [this, operation](NSMenuItem&) { (myPane->editor().*operation)(); };
+  // They are about the field that has the focus, and else about the note.
+  const auto forText = [this](void (QTextEdit::*inNote)(), auto inField) {
+    return [this, inNote, inField](NSMenuItem&) {
+      if (auto* field = qobject_cast<QLineEdit*>(QApplication::focusWidget())) return (field->*inField)();
+      (myPane->editor().*inNote)();
+    };
   };
-  commands[u"undo:"] = forEditor(&QTextEdit::undo);
-  commands[u"redo:"] = forEditor(&QTextEdit::redo);
-  commands[u"cut:"] = forEditor(&QTextEdit::cut);
-  commands[u"copy:"] = forEditor(&QTextEdit::copy);
-  commands[u"paste:"] = forEditor(&QTextEdit::paste);
-  commands[u"selectAll:"] = forEditor(&QTextEdit::selectAll);
+  commands[u"undo:"] = forText(&QTextEdit::undo, &QLineEdit::undo);
+  commands[u"redo:"] = forText(&QTextEdit::redo, &QLineEdit::redo);
+  commands[u"cut:"] = forText(&QTextEdit::cut, &QLineEdit::cut);
+  commands[u"copy:"] = forText(&QTextEdit::copy, &QLineEdit::copy);
+  commands[u"paste:"] = forText(&QTextEdit::paste, &QLineEdit::paste);
+  commands[u"selectAll:"] = [this, inText = forText(&QTextEdit::selectAll, &QLineEdit::selectAll)](NSMenuItem& item) {
+    if (list().hasFocus()) return list().selectAll();
+    inText(item);
+  };
   commands[u"renameEntry:"] = [this](NSMenuItem&) {
-    if (myOutline->current()) myOutline->edit(myOutline->currentIndex());
+    if (list().current()) list().edit(list().currentIndex());
   };
   commands[u"searchNotes:"] = [this](NSMenuItem&) { mySearchField->setFocus(Qt::ShortcutFocusReason); };
   commands[u"findInNote:"] = [this](NSMenuItem&) {
@@ -123,6 +140,10 @@ void MainWindow::addViewCommands(Commands& commands) {
   commands[u"zoomOut:"] = [](NSMenuItem&) { setPreferredZoom(preferredZoom() / zoomStep); };
   commands[u"actualSize:"] = [](NSMenuItem&) { setPreferredZoom(1); };
   commands[u"toggleTheme:"] = [](NSMenuItem&) { setPrefersDarkTheme(!prefersDarkTheme()); };
+  commands[u"goToOutline:"] = [this](NSMenuItem&) { list().setFocus(Qt::ShortcutFocusReason); };
+  commands[u"goToNote:"] = [this](NSMenuItem&) {
+    if (myPane->currentWidget()) myPane->currentWidget()->setFocus(Qt::ShortcutFocusReason);
+  };
   commands[u"toggleToolbar:"] = [this](NSMenuItem& item) {
     auto* bar = findChild<QToolBar*>(QStringLiteral("tools"));
     bar->setVisible(!bar->isVisible());
@@ -135,7 +156,7 @@ void MainWindow::addHelpCommands(Commands& commands) {
   commands[u"sendFeedback:"] = [this](NSMenuItem&) {
     auto& environment = kelvane::QNEnvironment::sharedEnvironment();
     if (!environment.linkToFeedbackPage())
-      environment.setLinkToFeedbackPage(environment.linkFromSitemapForKey(u"feedback"));
+      environment.setLinkToFeedbackPage(linkFromSite(u"feedback"));
     if (!environment.linkToFeedbackPage()) return tell(tr("The web site can't be reached, or takes no feedback."));
     FeedbackDialog dialog(*environment.linkToFeedbackPage(), this);
     showDialog(dialog);
@@ -174,6 +195,7 @@ void MainWindow::importNote() {
   const Ref<Entry> entry = myNotebooks.addNote(myOutline->current().get(), title, error);
   if (!entry) return tellFailure(error);
   tellFailure(writeNote(*note.text, entry->path()));
+  mySearchField->clear();
   myOutline->select(entry);
 }
 
@@ -187,9 +209,13 @@ void MainWindow::exportNote() {
 
 std::optional<Text> MainWindow::writePage(const QString& path) {
   if (!myPane->text()) return Text(u"There is no note to be shown.");
-  const Ref<kelvane::NSImage> page = firstPage(*myPane->editor().document());
-  writeJPGRepresentationToFile(*page, pathFrom(path));
-  return QFile::exists(path) ? std::nullopt : std::optional<Text>(u"The picture can't be written.");
+  const auto picture = JPGRepresentationWithCompression(*firstPage(myPane->text()), pageQuality);
+  if (!picture) return Text(u"There is no JPEG form of the page.");
+  const auto bytes = picture->bytes();
+  const std::error_code failure = kelvane::writeFileAtomically(
+      QFile::encodeName(path).toStdString(), {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+  if (!failure) return std::nullopt;
+  return kelvane::format(u"The picture can't be written: %s", failure.message());
 }
 
 void MainWindow::exportPage() {
@@ -199,12 +225,34 @@ void MainWindow::exportPage() {
 }
 
 void MainWindow::moveToTrash() {
-  const std::vector<Ref<Entry>> entries = myOutline->selected();
-  if (entries.empty()) return;
-  myPane->save();
-  myPane->show(nullptr);
-  tellFailure(myNotebooks.moveToTrash(entries));
-  showCurrent();
+  const std::vector<Ref<Entry>> entries = list().selected();
+  if (entries.empty() || !myPane->save()) return;
+  const auto failure = myNotebooks.moveToTrash(entries);
+  mySearch->leaveOutMissing();
+  const Ref<Entry> shown = myPane->entry();
+  if (shown && myNotebooks.entryAtPath(shown->path()) != shown) myPane->show(nullptr);
+  showTitle();
+  tellFailure(failure);
+}
+
+// For those who do not drag.
+void MainWindow::moveToFolder() {
+  if (list().selected().empty()) return;
+  const Text& top = myNotebooks.folder();
+  QStringList names{tr("(outermost)")};
+  const std::vector<Text> folders = myNotebooks.folders();
+  for (std::size_t i = 1; i < folders.size(); ++i) names.push_back(toQt(TextView(folders[i]).substr(top.size() + 1)));
+  bool isAccepted = false;
+  const QString name =
+      QInputDialog::getItem(this, tr("Move to Folder"), tr("Folder:"), names, 0, false, &isAccepted);
+  const auto place = static_cast<std::size_t>(names.indexOf(name));
+  if (isAccepted && place < folders.size()) move(place == 0 ? nullptr : myNotebooks.entryAtPath(folders[place]));
+}
+
+bool MainWindow::mayCloseWithoutSaving() {
+  return QMessageBox::warning(this, tr("Notebook"), tr("%1\n\nClose and lose them?").arg(told()),
+                              QMessageBox::Discard | QMessageBox::Cancel,
+                              QMessageBox::Cancel) == QMessageBox::Discard;
 }
 
 void MainWindow::setLink() {
@@ -214,9 +262,20 @@ void MainWindow::setLink() {
   if (isAccepted) myPane->editor().setLink(address.trimmed());
 }
 
+// The first time this waits for the web site, at most for a few seconds.
+std::optional<Text> MainWindow::linkFromSite(TextView key) {
+  tell(tr("Asking the web site…"));
+  statusBar()->repaint();
+  QApplication::setOverrideCursor(Qt::WaitCursor);
+  auto address = kelvane::QNEnvironment::sharedEnvironment().linkFromSitemapForKey(key);
+  QApplication::restoreOverrideCursor();
+  tell({});
+  return address;
+}
+
 void MainWindow::openPage(std::int64_t number) {
   const PageLink page = pageLinks()[static_cast<std::size_t>(number)];
-  const auto address = kelvane::QNEnvironment::sharedEnvironment().linkFromSitemapForKey(page.key);
+  const auto address = linkFromSite(page.key);
   if (!address) return tell(tr("The web site has no page for that, or can't be reached."));
   tell(toQt(*address));
   QDesktopServices::openUrl(QUrl(toQt(*address)));

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QSet>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -21,6 +22,7 @@
 #include "Platform/Foundation/TextEncoding.h"
 #include "Qt/QtDesktop.h"
 #include "Qt/QtMenus.h"
+#include "Utilities/QNEnvironment.h"
 #include "Utilities/QNLogger.h"
 #include "Window/NoteEditor.h"
 #include "Window/NotePane.h"
@@ -38,7 +40,10 @@ using kelvane::TextView;
 
 constexpr TextView frameKey = u"mainWindow";
 constexpr TextView dividerKey = u"mainDivider";
-constexpr int followingDelay = 300;  // milliseconds
+// In milliseconds: after a change of a folder, and while the outermost is away.
+constexpr int followingDelay = 300;
+constexpr int absentDelay = 3000;
+
 constexpr int mostFoldersWatched = 512;
 constexpr kelvane::CGSize usualSize{980, 640};
 
@@ -118,13 +123,24 @@ void MainWindow::connectParts() {
   });
   connect(myPane, &NotePane::savedBeside, this, [this](const QString& path) {
     tellFailure(myNotebooks.refresh());
-    myOutline->select(myNotebooks.entryAtPath(fromQt(path)));
+    const Ref<Entry> entry = myNotebooks.entryAtPath(fromQt(path));
+    if (!entry) return;
+    // The writer goes on in the new file, unless another one has just been chosen.
+    const bool isCurrent = list().current() == myPane->entry();
+    myPane->adopt(entry);
+    if (isCurrent) myOutline->select(entry);
+    showTitle();
   });
   connect(mySearchField, &QLineEdit::textChanged, this, [this](const QString& words) {
     mySearch->start(words);
     myLists->setCurrentWidget(words.trimmed().isEmpty() ? myOutline : myResults);
+    returnToShown();
   });
-  connect(mySearch, &Search::ended, this, [this](int found) { tell(tr("%n note(s) found", nullptr, found)); });
+  for (const Outline* outline : {myOutline, myResults})
+    connect(outline->model(), &QAbstractItemModel::dataChanged, this, &MainWindow::showTitle);
+  connect(mySearch, &Search::ended, this, [this](int found) { 
+    tell(found == 1 ? tr("1 note found") : tr("%L1 notes found").arg(found));
+  });
   myNotebooks.setTelling([this](const Text& sentence) { tell(toQt(sentence)); });
   myFollowing.setSingleShot(true);
   myFollowing.setInterval(followingDelay);
@@ -146,14 +162,28 @@ void MainWindow::watchFolders() {
   for (const Text& path : myNotebooks.folders()) folders.push_back(pathOf(path));
   // The system has only so many watches to give away.
   if (folders.size() > mostFoldersWatched) folders.resize(mostFoldersWatched);
-  if (!myWatcher.directories().isEmpty()) myWatcher.removePaths(myWatcher.directories());
-  myWatcher.addPaths(folders);
+  // Only what has changed: nothing is heard of a folder between an end and a new beginning.
+  const QStringList watched = myWatcher.directories();
+  const QSet<QString> before(watched.begin(), watched.end());
+  const QSet<QString> now(folders.begin(), folders.end());
+  const QStringList gone = (before - now).values();
+  const QStringList added = (now - before).values();
+  if (!gone.isEmpty()) myWatcher.removePaths(gone);
+  if (!added.isEmpty()) myWatcher.addPaths(added);
 }
 
 void MainWindow::followFolders() {
-  tellFailure(myNotebooks.refresh());
+  if (const auto failure = myNotebooks.refresh()) {
+    // Nobody tells when the folder is back.
+    myFollowing.start(absentDelay);
+    if (told() != toQt(*failure)) tellFailure(failure);
+    return;
+  }
+  myFollowing.setInterval(followingDelay);
   watchFolders();
-  myPane->followFile();
+  mySearch->leaveOutMissing();
+  if (const Ref<Entry> shown = myPane->entry()) myPane->follow(myNotebooks.entryAtPath(shown->path()));
+  showTitle();
   showWords();
 }
 
@@ -175,8 +205,7 @@ void MainWindow::savePlaces() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  if (!myPane->save()) {
-    // The sentence that tells why stands in the window, which therefore stays.
+  if (!myPane->save() && !mayCloseWithoutSaving()) {
     event->ignore();
     return;
   }
@@ -190,15 +219,28 @@ void MainWindow::applyPreferences() {
   myPane->editor().setZoomOfTyping(preferredZoom());
   const TextView title = prefersDarkTheme() ? TextView(u"Use Light Theme") : TextView(u"Use Dark Theme");
   changeItemTitle(*myMenu, title, kelvane::SEL(u"toggleTheme:"));
+  if (const auto site = preferredSite()) kelvane::QNEnvironment::sharedEnvironment().setSitemapServer(*site);
   kelvane::QNLogger::sharedLogger().setLogLevel(static_cast<std::uint32_t>(
       integerForKey(kelvane::NSUserDefaultsControllerExtensions::standardUserDefaults(), logLevelKey)));
 }
 
+Outline& MainWindow::list() { return *static_cast<Outline*>(myLists->currentWidget()); }
+
 void MainWindow::showCurrent() {
-  const auto* list = static_cast<Outline*>(myLists->currentWidget());
-  myPane->show(list->current());
-  setWindowTitle(myPane->entry() ? tr("%1[*] – Notebook").arg(toQt(myPane->entry()->title())) : tr("Notebook"));
+  // What cannot be saved goes on being shown; the list is told when it has done with choosing another.
+  if (!myPane->show(list().current())) QTimer::singleShot(0, this, &MainWindow::returnToShown);
+  showTitle();
   showWords();
+}
+
+// So that what is selected is what is shown, and commands are about that.
+void MainWindow::returnToShown() {
+  const Ref<Entry> shown = myPane->entry();
+  if (shown && list().current() != shown) list().select(shown);
+}
+
+void MainWindow::showTitle() {
+  setWindowTitle(myPane->entry() ? tr("%1[*] – Notebook").arg(toQt(myPane->entry()->title())) : tr("Notebook"));
 }
 
 void MainWindow::showWords() {
@@ -218,8 +260,11 @@ void MainWindow::tellFailure(const std::optional<Text>& failure) {
 }
 
 void MainWindow::move(const Ref<Entry>& folder) {
-  myPane->save();
-  tellFailure(myNotebooks.move(myOutline->selected(), folder.get()));
+  if (!myPane->save()) return;
+  const std::vector<Ref<Entry>> entries = list().selected();
+  const auto failure = myNotebooks.move(entries, folder.get());
+  list().select(entries);
+  tellFailure(failure);
 }
 
 }  // namespace notebook

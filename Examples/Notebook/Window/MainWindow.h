@@ -42,7 +42,7 @@ class MainWindow : public QMainWindow {
 
   // Writes the current note's first page as a JPEG file; one sentence when that is not possible.
   std::optional<kelvane::Text> writePage(const QString& path);
-  // What moves notes into the folder asks for.
+  // Moves the selected entries into the folder; nil is the outermost.
   void move(const kelvane::Ref<Entry>& folder);
 
  public Q_SLOTS:
@@ -64,7 +64,10 @@ class MainWindow : public QMainWindow {
   void restorePlaces();
   void savePlaces();
   void applyPreferences();
+  Outline& list();
   void showCurrent();
+  void showTitle();
+  void returnToShown();
   void showWords();
   void watchFolders();
   void followFolders();
@@ -75,8 +78,11 @@ class MainWindow : public QMainWindow {
   void importNote();
   void exportNote();
   void exportPage();
+  void moveToFolder();
   void moveToTrash();
   void setLink();
+  std::optional<kelvane::Text> linkFromSite(kelvane::TextView key);
+  bool mayCloseWithoutSaving();
   void openPage(std::int64_t number);
 
   Notebooks myNotebooks;

@@ -4,6 +4,9 @@
 #include <QTextBlock>
 #include <QTextDocumentFragment>
 #include <algorithm>
+#include <span>
+#include <utility>
+#include <vector>
 
 #include "Extensions/NSAttributedString-QNExtensions.h"
 #include "Platform/Foundation/NSArchiver.h"
@@ -20,22 +23,39 @@ using kelvane::Ref;
 
 const QString noteType = QStringLiteral("application/x-kelvane-note");
 
-// The selected text with the styles that notes have.
-Ref<NSAttributedString> styledSelection(const QTextCursor& selection, double zoom) {
-  kelvane::NSMutableAttributedString text;
+// Selected text of one format; a separator of paragraphs stands for itself.
+struct Stretch {
+  int from;
+  int to;
+  QTextCharFormat format;
+  QString text;
+};
+
+std::vector<Stretch> stretchesOf(const QTextCursor& selection) {
+  std::vector<Stretch> stretches;
   const QTextDocument& document = *selection.document();
   for (QTextBlock block = document.findBlock(selection.selectionStart());
        block.isValid() && block.position() < selection.selectionEnd(); block = block.next()) {
-    if (text.length() > 0) text.appendString(u"\n", nullptr);
     for (auto place = block.begin(); !place.atEnd(); ++place) {
       const QTextFragment fragment = place.fragment();
       const int from = std::max(fragment.position(), selection.selectionStart());
       const int to = std::min(fragment.position() + fragment.length(), selection.selectionEnd());
       if (from >= to) continue;
-      const QString part = fragment.text().mid(from - fragment.position(), to - from);
-      text.appendString(viewOf(part), attributesOf(fragment.charFormat(), zoom));
+      stretches.push_back({from, to, fragment.charFormat(), fragment.text().mid(from - fragment.position(), to - from)});
     }
+    const int separator = block.position() + block.length() - 1;
+    // Qt keeps its format with the paragraph behind it.
+    if (separator >= selection.selectionStart() && separator < selection.selectionEnd())
+      stretches.push_back({separator, separator + 1, block.next().charFormat(), QStringLiteral("\n")});
   }
+  return stretches;
+}
+
+// The selected text with the styles that notes have.
+Ref<NSAttributedString> styledSelection(const QTextCursor& selection, double zoom) {
+  kelvane::NSMutableAttributedString text;
+  for (const Stretch& stretch : stretchesOf(selection))
+    text.appendString(viewOf(stretch.text), attributesOf(stretch.format, zoom));
   return std::make_shared<NSAttributedString>(text);
 }
 
@@ -59,8 +79,13 @@ NoteEditor::NoteEditor(QWidget* parent) : QTextEdit(parent) {
   setTabChangesFocus(false);
   setFrameShape(NoFrame);
   document()->setDocumentMargin(28);
-  // Links are written, not followed; a reading window is another thing.
-  setTextInteractionFlags(Qt::TextEditorInteraction | Qt::LinksAccessibleByMouse);
+  setEditable(true);
+}
+
+void NoteEditor::setEditable(bool isEditable) {
+  // What cannot be written can still be selected and copied, with the keyboard too. Qt's own switch leaves that out.
+  const Qt::TextInteractionFlags reading = Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard;
+  setTextInteractionFlags(isEditable ? Qt::TextEditorInteraction : reading);
 }
 
 void NoteEditor::setStylesKept(bool areKept) { myAreStylesKept = areKept; }
@@ -90,15 +115,32 @@ void NoteEditor::setUnderlined(bool isUnderlined) {
 void NoteEditor::changeSize(double points) {
   constexpr double smallest = 4;
   constexpr double largest = 288;
-  QTextCharFormat format;
-  const double size = noteSize(currentCharFormat(), myZoom) + points;
-  setNoteSize(format, std::clamp(size, smallest, largest), myZoom);
-  merge(format);
+  if (!myAreStylesKept || isReadOnly()) return;
+  const auto formatFor = [&](const QTextCharFormat& now) {
+    QTextCharFormat format;
+    setNoteSize(format, std::clamp(noteSize(now, myZoom) + points, smallest, largest), myZoom);
+    return format;
+  };
+  const QTextCursor selection = textCursor();
+  if (!selection.hasSelection()) return merge(formatFor(currentCharFormat()));
+  // Each stretch by itself, so that headings stay larger than what is below them.
+  std::vector<std::pair<QTextCursor, QTextCharFormat>> changes;
+  for (const Stretch& stretch : stretchesOf(selection)) {
+    QTextCursor part(document());
+    part.setPosition(stretch.from);
+    part.setPosition(stretch.to, QTextCursor::KeepAnchor);
+    changes.emplace_back(part, formatFor(stretch.format));
+  }
+  QTextCursor whole = selection;
+  whole.beginEditBlock();
+  for (auto& [part, format] : changes) part.mergeCharFormat(format);
+  whole.endEditBlock();
 }
 
 void NoteEditor::setColor(const QColor& color) {
   QTextCharFormat format;
-  format.setForeground(color);
+  // No colour is the one of text in the theme.
+  format.setForeground(color == QColor(Qt::black) ? QBrush(Qt::NoBrush) : QBrush(color));
   merge(format);
 }
 

@@ -17,10 +17,14 @@ class NoteEditor : public QTextEdit {
   bool areStylesKept() const { return myAreStylesKept; }
   void setStylesKept(bool areKept);
 
+  // Whether the note can be changed; otherwise it can be read and copied.
+  void setEditable(bool isEditable);
+
   // For the selection, or for what is typed next.
   void setBold(bool isBold);
   void setItalic(bool isItalic);
   void setUnderlined(bool isUnderlined);
+  // By so many points, each stretch of the selection by itself.
   void changeSize(double points);
   void setColor(const QColor& color);
   // A link to the address on the selection, or on the address itself where nothing is selected; an empty one takes the

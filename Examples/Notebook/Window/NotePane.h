@@ -23,8 +23,9 @@ class NotePane : public QStackedWidget {
   explicit NotePane(QWidget* parent = nullptr);
   ~NotePane() override;
 
-  // Shows the entry; a folder, or nil, shows none. Saves the one before.
-  void show(const kelvane::Ref<Entry>& entry);
+  // Shows the entry; a folder, or nil, shows none. Saves the one before; where that fails it goes on being shown, and
+  // the answer is false.
+  bool show(const kelvane::Ref<Entry>& entry);
   const kelvane::Ref<Entry>& entry() const { return myEntry; }
   // The note that is shown; nil when none is.
   const kelvane::Ref<kelvane::NSTextStorage>& text() const { return myDocument->text(); }
@@ -33,13 +34,19 @@ class NotePane : public QStackedWidget {
   // Whether there are changes that no file has yet.
   bool isChanged() const { return myIsChanged; }
   // Writes the note, if it was changed. A file that somebody else has written meanwhile is left alone: the note goes
-  // into a new one beside it. What goes wrong is told, and the changes stay.
+  // into a new one beside it. So does a page that has more than a note keeps. What goes wrong is told, the changes stay,
+  // and another attempt is made after a while.
   bool save();
-  // Reads the note again when its file was changed and the note was not.
-  void followFile();
+  // Gives up the changes that no file has, and reads the file again.
+  void revert();
+  // The folder was read again, and this is the entry of the file now; nil when there is none. Reads the file again when
+  // it was changed and the note was not; a note that was changed stays.
+  void follow(const kelvane::Ref<Entry>& entry);
+  // What is shown is kept in the file of that entry from now on.
+  void adopt(const kelvane::Ref<Entry>& entry);
 
   double zoom() const { return myDocument->zoom(); }
-  void setZoom(double zoom) { myDocument->setZoom(zoom); }
+  void setZoom(double zoom);
 
  Q_SIGNALS:
   // One sentence for the user.
@@ -52,7 +59,11 @@ class NotePane : public QStackedWidget {
   void open(const kelvane::Ref<Entry>& entry);
   void openTable();
   void openNote();
-  bool saveBeside();
+  void showHint(const QString& sentence);
+  bool failToSave(kelvane::TextView reason);
+  bool saveBeside(kelvane::TextView extension, kelvane::TextView why);
+  template <class Work>
+  void keepPlace(Work work);
 
   NoteEditor* myEditor;
   StyledDocument* myDocument;
@@ -61,6 +72,8 @@ class NotePane : public QStackedWidget {
   QTimer mySaving;
   kelvane::Ref<Entry> myEntry;
   kelvane::Text myLineEnd;
+  // Whether the file can be written without loss.
+  bool myIsWhole = true;
   QDateTime myFileTime;
   bool myIsChanged = false;
 };

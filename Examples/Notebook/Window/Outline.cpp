@@ -11,6 +11,7 @@
 #include <QStyledItemDelegate>
 #include <QUrl>
 #include <algorithm>
+#include <utility>
 
 #include "Extensions/NSTreeController-QNExtensions.h"
 #include "Graphics/QNBadgeImage.h"
@@ -31,6 +32,14 @@ const QString entriesType = QStringLiteral("application/x-kelvane-entries");
 constexpr int rowHeight = 26;
 
 Ref<Entry> entryAt(const QModelIndex& index) { return kelvane::as<Entry>(kelvane::modelObjectAt(index)); }
+
+// The rows to go down through, from the top.
+std::vector<int> wayTo(QModelIndex index) {
+  std::vector<int> way;
+  for (; index.isValid(); index = index.parent()) way.push_back(index.row());
+  std::ranges::reverse(way);
+  return way;
+}
 
 // Gives rows air, and a picture of what they stand for.
 class RowPainter : public QStyledItemDelegate {
@@ -70,18 +79,23 @@ Outline::Outline(const Ref<kelvane::NSTreeController>& controller, QWidget* pare
 }
 
 std::vector<Ref<Entry>> Outline::selected() const {
-  QModelIndexList rows = selectionModel()->selectedRows();
-  std::ranges::sort(
-      rows, [this](const QModelIndex& a, const QModelIndex& b) { return visualRect(a).top() < visualRect(b).top(); });
+  std::vector<std::pair<std::vector<int>, Ref<Entry>>> places;
+  for (const QModelIndex& row : selectionModel()->selectedRows()) places.emplace_back(wayTo(row), entryAt(row));
+  std::ranges::sort(places, {}, [](const auto& place) -> const auto& { return place.first; });
   std::vector<Ref<Entry>> entries;
-  for (const QModelIndex& row : rows) entries.push_back(entryAt(row));
+  for (auto& [way, entry] : places) entries.push_back(std::move(entry));
   return entries;
 }
 
 Ref<Entry> Outline::current() const { return entryAt(currentIndex()); }
 
 void Outline::select(const Ref<Entry>& entry) {
-  setSelectedObjects(*myController, kelvane::NSArray::arrayWithObjects({entry}));
+  if (entry) select(std::vector{entry});
+}
+
+void Outline::select(const std::vector<Ref<Entry>>& entries) {
+  setSelectedObjects(*myController, std::make_shared<kelvane::NSArray>(
+                                        std::vector<Ref<kelvane::NSObject>>(entries.begin(), entries.end())));
   const QModelIndexList rows = selectionModel()->selectedRows();
   if (rows.isEmpty()) return;
   selectionModel()->setCurrentIndex(rows.front(), QItemSelectionModel::NoUpdate);
@@ -138,16 +152,21 @@ void Outline::drag() {
   dragging->exec(Qt::MoveAction | Qt::CopyAction, Qt::MoveAction);
 }
 
+// What is dropped are the entries selected here: those of another window would be others.
+bool Outline::takes(const QDropEvent& event) const {
+  return event.source() == this && event.mimeData()->hasFormat(entriesType);
+}
+
 void Outline::dragEnterEvent(QDragEnterEvent* event) {
-  if (event->mimeData()->hasFormat(entriesType)) event->acceptProposedAction();
+  if (takes(*event)) event->acceptProposedAction();
 }
 
 void Outline::dragMoveEvent(QDragMoveEvent* event) {
-  if (event->mimeData()->hasFormat(entriesType)) event->acceptProposedAction();
+  if (takes(*event)) event->acceptProposedAction();
 }
 
 void Outline::dropEvent(QDropEvent* event) {
-  if (!event->mimeData()->hasFormat(entriesType)) return;
+  if (!takes(*event)) return;
   event->acceptProposedAction();
   QModelIndex index = indexAt(event->position().toPoint());
   while (index.isValid() && entryAt(index)->isLeaf()) index = index.parent();

@@ -21,8 +21,9 @@ class Outline : public QTreeView {
   // Those that are selected, in the order of the outline; the current one is the last that was clicked or reached.
   std::vector<kelvane::Ref<Entry>> selected() const;
   kelvane::Ref<Entry> current() const;
-  // Selects the entry, and shows it.
+  // Selects the entry, or several, and shows the first. Nil changes nothing.
   void select(const kelvane::Ref<Entry>& entry);
+  void select(const std::vector<kelvane::Ref<Entry>>& entries);
   // The picture that goes along with what is dragged.
   QPixmap dragPicture(const std::vector<kelvane::Ref<Entry>>& entries) const;
 
@@ -41,6 +42,7 @@ class Outline : public QTreeView {
 
  private:
   void drag();
+  bool takes(const QDropEvent& event) const;
 
   kelvane::Ref<kelvane::NSTreeController> myController;
   QPoint myPressed;

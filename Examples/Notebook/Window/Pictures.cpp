@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "Platform/Desktop/NSImageRep.h"
+#include "Window/StyledDocument.h"
 
 namespace notebook {
 namespace {
@@ -54,10 +55,12 @@ QPixmap pixmapOf(const NSImage& image) {
   return {};
 }
 
-Ref<NSImage> firstPage(const QTextDocument& document) {
-  const std::unique_ptr<QTextDocument> page(document.clone());
-  page->setPageSize(paper);
-  page->setDocumentMargin(margin);
+Ref<NSImage> firstPage(const Ref<kelvane::NSTextStorage>& note) {
+  // Not what the window shows, which has its zoom.
+  QTextDocument page;
+  StyledDocument(page).setText(note);
+  page.setPageSize(paper);
+  page.setDocumentMargin(margin);
   QImage picture((paper * pixelsPerPoint).toSize(), QImage::Format_ARGB32_Premultiplied);
   picture.setDevicePixelRatio(pixelsPerPoint);
   picture.fill(Qt::white);
@@ -65,7 +68,7 @@ Ref<NSImage> firstPage(const QTextDocument& document) {
   painter.setClipRect(QRectF(QPointF(), paper));
   QAbstractTextDocumentLayout::PaintContext context;
   context.palette.setColor(QPalette::Text, Qt::black);
-  page->documentLayout()->draw(&painter, context);
+  page.documentLayout()->draw(&painter, context);
   painter.end();
   return imageOf(picture);
 }

@@ -4,10 +4,10 @@
 #include <optional>
 
 #include "Platform/Desktop/NSImage.h"
+#include "Platform/Foundation/NSAttributedString.h"
 #include "Platform/Foundation/Text.h"
 
 class QImage;
-class QTextDocument;
 
 // Between the library's pictures and Qt's. The pixels are shared and not copied.
 namespace notebook {
@@ -16,7 +16,7 @@ kelvane::Ref<kelvane::NSImage> imageOf(const QImage& picture);
 // Null for an image without pixels.
 QPixmap pixmapOf(const kelvane::NSImage& image);
 
-// The first page of the document, as it would be printed on A4 paper, at 144 dots per inch.
-kelvane::Ref<kelvane::NSImage> firstPage(const QTextDocument& document);
+// The first page of the note, as it would be printed on A4 paper, at 144 dots per inch.
+kelvane::Ref<kelvane::NSImage> firstPage(const kelvane::Ref<kelvane::NSTextStorage>& note);
 
 }  // namespace notebook

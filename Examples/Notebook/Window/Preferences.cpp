@@ -2,11 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <stdexcept>
+#include <utility>
 
 #include "Extensions/NSUserDefaultsController-OSCompatibility.h"
 #include "Platform/Foundation/Boxing.h"
+#include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/NSKeyValueObserving.h"
 #include "Platform/Foundation/NSUserDefaults.h"
+#include "Utilities/QNLogger.h"
 
 namespace notebook {
 namespace {
@@ -15,7 +19,7 @@ using kelvane::Text;
 using kelvane::TextView;
 using kelvane::NSUserDefaultsControllerExtensions::standardUserDefaults;
 
-constexpr std::array<TextView, 3> followedKeys{zoomKey, darkThemeKey, logLevelKey};
+constexpr std::array<TextView, 4> followedKeys{zoomKey, darkThemeKey, logLevelKey, siteKey};
 constexpr double smallestZoom = 0.5;
 constexpr double largestZoom = 4;
 
@@ -32,6 +36,19 @@ double preferredZoom() {
 
 void setPreferredZoom(double zoom) {
   setFloat(standardUserDefaults(), static_cast<float>(std::clamp(zoom, smallestZoom, largestZoom)), zoomKey);
+}
+
+std::optional<Text> preferredSite() {
+  auto site = stringForKey(standardUserDefaults(), siteKey);
+  return site && site->empty() ? std::nullopt : std::move(site);
+}
+
+void keepText(TextView text, TextView key) {
+  try {
+    setString(standardUserDefaults(), text, key);
+  } catch (const std::invalid_argument& exception) {
+    kelvane::QNLogger::sharedLogger().warn(__LINE__, __FILE__, __func__, kelvane::format(u"%s", exception.what()));
+  }
 }
 
 bool prefersDarkTheme() { return boolForKey(standardUserDefaults(), darkThemeKey); }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include "Platform/Foundation/NSObject.h"
 #include "Platform/Foundation/Text.h"
@@ -18,8 +19,13 @@ void registerPreferences();
 
 double preferredZoom();
 void setPreferredZoom(double zoom);
+// Host, and port if need be, of the maker's web site; nothing when the user has named none.
+std::optional<kelvane::Text> preferredSite();
 bool prefersDarkTheme();
 void setPrefersDarkTheme(bool isDark);
+
+// Keeps the text under the key. What preferences cannot hold, as the name of a file may be, is logged and left out.
+void keepText(kelvane::TextView text, kelvane::TextView key);
 
 // Calls back whenever one of the preferences above is another one, whoever has changed it.
 class PreferenceFollower : public kelvane::NSObject {

@@ -36,7 +36,7 @@ PreferencesDialog::PreferencesDialog(QWidget* parent)
   myLogLevel->addItems(
       {tr("Everything"), tr("Information"), tr("Warnings"), tr("Errors"), tr("What ends the program")});
   myLogLevel->setCurrentIndex(static_cast<int>(kelvane::QNLogger::sharedLogger().logLevel()));
-  mySite->setText(toQt(stringForKey(standardUserDefaults(), siteKey).value_or(u"")));
+  mySite->setText(toQt(preferredSite().value_or(u"")));
   mySite->setPlaceholderText(tr("host or host:port"));
   auto* layout = new QFormLayout(this);
   layout->addRow(tr("&Size of text:"), myZoom);
@@ -51,7 +51,7 @@ PreferencesDialog::PreferencesDialog(QWidget* parent)
   connect(myLogLevel, &QComboBox::currentIndexChanged, this,
           [](int level) { setInteger(standardUserDefaults(), level, logLevelKey); });
   connect(mySite, &QLineEdit::editingFinished, this,
-          [this] { setString(standardUserDefaults(), viewOf(mySite->text()), siteKey); });
+          [this] { keepText(viewOf(mySite->text().trimmed()), siteKey); });
 }
 
 }  // namespace notebook

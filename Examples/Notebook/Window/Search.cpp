@@ -43,6 +43,13 @@ void Search::start(const QString& words) {
   myTimer.start();
 }
 
+void Search::leaveOutMissing() {
+  const auto isMissing = [this](const kelvane::Ref<kelvane::NSObject>& found) {
+    return myNotebooks.entryAtPath(kelvane::as<Entry>(found)->path()) != found;
+  };
+  if (std::erase_if(myFound, isMissing) > 0) myResults->setContent(std::make_shared<kelvane::NSArray>(myFound));
+}
+
 bool Search::contains(const Entry& entry) {
   const auto isThere = [this](TextView text) {
     return kelvane::rangeOfString(text, myWords, kelvane::NSCaseInsensitiveSearch).has_value();

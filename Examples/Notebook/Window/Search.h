@@ -20,6 +20,8 @@ class Search : public QObject {
   const kelvane::Ref<kelvane::NSTreeController>& results() const { return myResults; }
   // Begins anew with these words, whatever their case; empty ones find nothing.
   void start(const QString& words);
+  // Forgets what is not in the notebooks any more.
+  void leaveOutMissing();
   bool isRunning() const { return myTimer.isActive(); }
 
  Q_SIGNALS:

@@ -19,6 +19,8 @@ using kelvane::NSRange;
 using kelvane::Ref;
 using kelvane::TextView;
 
+constexpr char16_t paragraphEnd = QChar::ParagraphSeparator;
+
 // Without the separator behind the last paragraph, which is always there.
 int lengthOf(const QTextDocument& document) { return document.characterCount() - 1; }
 
@@ -34,8 +36,12 @@ void StyledDocument::setText(const Ref<kelvane::NSTextStorage>& text) {
 }
 
 bool StyledDocument::isFaithful() const {
-  return myText && static_cast<std::size_t>(lengthOf(myDocument)) == myText->length() &&
-         viewOf(myDocument.toRawText()).find(u'\xFDD0') == TextView::npos;
+  if (!myText) return false;
+  const QString raw = myDocument.toRawText();
+  const auto isSame = [](char16_t inText, char16_t inDocument) {
+    return inText == u'\n' ? inDocument == paragraphEnd : inText == inDocument && inText != paragraphEnd;
+  };
+  return std::ranges::equal(TextView(myText->string()), viewOf(raw), isSame);
 }
 
 void StyledDocument::setZoom(double zoom) {
@@ -107,7 +113,9 @@ kelvane::NSAttributedString StyledDocument::shown(int from, int count) {
                         attributesOfFormat(fragment.charFormatIndex()));
     }
     const int separator = block.position() + block.length() - 1;
-    if (separator >= from && separator < end) text.appendString(u"\n", attributesOfFormat(block.charFormatIndex()));
+    // Qt keeps the format of a separator with the paragraph behind it.
+    if (separator >= from && separator < end)
+      text.appendString(u"\n", attributesOfFormat(block.next().charFormatIndex()));
   }
   return text;
 }

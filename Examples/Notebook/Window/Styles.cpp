@@ -1,9 +1,11 @@
 #include "Window/Styles.h"
 
+#include <QBrush>
 #include <QColor>
 #include <QFont>
 #include <QString>
 #include <QStringList>
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
@@ -23,6 +25,8 @@ using kelvane::NSFont;
 using kelvane::Ref;
 using kelvane::Text;
 
+constexpr double largestShown = 1000;  // points
+
 QColor toQt(const NSColor& color) {
   const auto component = [](double value) { return static_cast<float>(std::clamp(value, 0.0, 1.0)); };
   return QColor::fromRgbF(component(color.redComponent()), component(color.greenComponent()),
@@ -33,6 +37,9 @@ Ref<NSColor> fromQt(const QColor& color) {
   return std::make_shared<NSColor>(
       NSColor::colorWithCalibratedRed(color.redF(), color.greenF(), color.blueF(), color.alphaF()));
 }
+
+// A file may ask for any size; Qt has to lay it out.
+double sizeToShow(double size) { return size >= 1 ? std::min(size, largestShown) : 1; }
 
 Ref<NSFont> fontOf(const QTextCharFormat& format, double zoom) {
   const QStringList families = format.fontFamilies().toStringList();
@@ -57,7 +64,7 @@ void setNoteSize(QTextCharFormat& format, double size, double zoom) {
   format.setProperty(unzoomedSize, size);
   // As the library scales fonts: down to whole points, unless nothing would be left.
   const double shown = std::floor(size * zoom);
-  format.setFontPointSize(shown > 0 ? shown : size);
+  format.setFontPointSize(sizeToShow(shown > 0 ? shown : size));
 }
 
 QTextCharFormat formatOf(const NSDictionary& attributes, const NSFont* shownFont) {
@@ -67,12 +74,14 @@ QTextCharFormat formatOf(const NSDictionary& attributes, const NSFont* shownFont
     format.setFontWeight(font->isBold() ? QFont::Bold : QFont::Normal);
     format.setFontItalic(font->isItalic());
     format.setProperty(unzoomedSize, font->pointSize());
-    format.setFontPointSize(shownFont ? shownFont->pointSize() : font->pointSize());
+    format.setFontPointSize(sizeToShow(shownFont ? shownFont->pointSize() : font->pointSize()));
   }
   const auto underline =
       kelvane::as<kelvane::NSNumber>(attributes.objectForKey(kelvane::NSUnderlineStyleAttributeName));
   format.setFontUnderline(underline && underline->intValue() != 0);
-  if (const auto color = kelvane::as<NSColor>(attributes.objectForKey(kelvane::NSForegroundColorAttributeName)))
+  // Black is what text has anyway, and is shown in the theme's own colour: it could not be read on a dark ground.
+  if (const auto color = kelvane::as<NSColor>(attributes.objectForKey(kelvane::NSForegroundColorAttributeName));
+      color && toQt(*color) != QColor(Qt::black))
     format.setForeground(toQt(*color));
   if (const auto link = attributes.objectForKey(kelvane::NSLinkAttributeName)) {
     format.setAnchor(true);
@@ -85,7 +94,7 @@ Ref<NSDictionary> attributesOf(const QTextCharFormat& format, double zoom) {
   NSDictionary::Entries entries;
   entries.emplace(kelvane::NSFontAttributeName, fontOf(format, zoom));
   if (format.fontUnderline()) entries.emplace(kelvane::NSUnderlineStyleAttributeName, kelvane::box(1));
-  if (format.hasProperty(QTextFormat::ForegroundBrush))
+  if (format.foreground().style() != Qt::NoBrush)
     entries.emplace(kelvane::NSForegroundColorAttributeName, fromQt(format.foreground().color()));
   if (format.isAnchor() && !format.anchorHref().isEmpty())
     entries.emplace(kelvane::NSLinkAttributeName, kelvane::box(notebook::fromQt(format.anchorHref())));

@@ -46,9 +46,11 @@ const Colors& darkColors() {
 }  // namespace
 
 void setTheme(QApplication& application, bool isDark) {
+  const QPalette palette = paletteOf(isDark ? darkColors() : lightColors());
+  if (application.palette() == palette) return;
   // The one style that keeps to a palette in all of its parts.
   QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-  application.setPalette(paletteOf(isDark ? darkColors() : lightColors()));
+  application.setPalette(palette);
 }
 
 }  // namespace notebook

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <chrono>
 #include <cstdlib>
 
 #include "Application/Session.h"
@@ -12,6 +13,7 @@
 #include "Platform/Foundation/HomeDirectory.h"
 #include "Platform/Foundation/PathText.h"
 #include "Platform/Foundation/TextEncoding.h"
+#include "Platform/Foundation/URLLimits.h"
 #include "Qt/QtDesktop.h"
 #include "Utilities/QNEnvironment.h"
 #include "Utilities/QNLogger.h"
@@ -48,6 +50,19 @@ void passToLog(QtMsgType type, const QMessageLogContext& context, const QString&
     logger.warn(context.line, context.file, "Qt", text);
 }
 
+// The window stands still while it waits for the web site, so that it does not wait for long.
+constexpr kelvane::URLLimits sitemapLimits{.connectTime = std::chrono::seconds(3),
+                                           .idleTime = std::chrono::seconds(3),
+                                           .totalTime = std::chrono::seconds(5),
+                                           .receivedBytes = std::uint64_t{1} << 20U};
+
+void beginWindowedSession() {
+  kelvane::installQtDesktop();
+  beginSession();
+  registerPreferences();
+  kelvane::QNEnvironment::sharedEnvironment().setSitemapLimits(sitemapLimits);
+}
+
 // Preferences, log and trash of its own, so that the user's stay what they are.
 void useFoldersWithin(const QString& folder) {
   QDir(folder).removeRecursively();
@@ -64,9 +79,7 @@ int runWithWindows(int& count, char** arguments, const std::optional<std::string
   qInstallMessageHandler(passToLog);
   QApplication application(count, arguments);
   application.setApplicationDisplayName(QStringLiteral("Notebook"));
-  kelvane::installQtDesktop();
-  beginSession();
-  registerPreferences();
+  beginWindowedSession();
   const Text notes = folderOfNotes(folder);
   int status = 0;
   {
@@ -74,11 +87,10 @@ int runWithWindows(int& count, char** arguments, const std::optional<std::string
     if (const auto failure = window.load()) {
       kelvane::QNLogger::sharedLogger().fatal(
           __LINE__, __FILE__, __func__, kelvane::format(u"The notes in '%@' can't be read: %@", notes, *failure), true);
+      endSession(false);
       return 1;
     }
-    setString(standardUserDefaults(), notes, folderKey);
-    if (const auto site = stringForKey(standardUserDefaults(), siteKey))
-      kelvane::QNEnvironment::sharedEnvironment().setSitemapServer(*site);
+    keepText(notes, folderKey);
     window.show();
     status = QApplication::exec();
   }
@@ -92,9 +104,7 @@ int runWalkthrough(int& count, char** arguments, const std::string& sample, cons
   useFoldersWithin(QDir(QFile::decodeName(pictures.c_str())).absoluteFilePath(QStringLiteral("settings")));
   qInstallMessageHandler(passToLog);
   QApplication application(count, arguments);
-  kelvane::installQtDesktop();
-  beginSession();
-  registerPreferences();
+  beginWindowedSession();
   const bool isWell =
       Walkthrough(QFile::decodeName(sample.c_str()), QFile::decodeName(pictures.c_str()), sinceStart).run();
   endSession(isWell);
