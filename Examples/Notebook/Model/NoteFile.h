@@ -11,7 +11,8 @@
 // The files that notes are kept in. A note is styled text; how much of the styles a file keeps is up to its format:
 //
 //   .note          the library's archive: all of it
-//   .html, .htm    the subset of HTML that the library reads and writes: bold, italic, underline, size, colour, links
+//   .html, .htm    the subset of HTML that the library reads and writes: bold, italic, underline, size, colour, links.
+//                  Most pages have more than that, and do not come out as they went in
 //   .txt           the text alone, as UTF-8
 //   .rtf           all of it; is written, but not read
 //

@@ -144,6 +144,23 @@ std::optional<Text> Notebooks::refresh() {
   return std::nullopt;
 }
 
+bool Notebooks::isOutdated(const Text& folder) const {
+  const NSFileManager& files = threadSafeManager();
+  const Ref<Entry> entry = entryAtPath(folder);
+  Ref<NSError> error;
+  std::size_t known = 0;
+  for (const Text& name : files.contentsOfDirectoryAtPath(folder, &error)) {
+    if (name.starts_with(u'.')) continue;
+    const Text path = kelvane::stringByAppendingPathComponent(folder, name);
+    if (myEntries.contains(path))
+      ++known;
+    else if (kindOfFile(path) || (isDirectoryAtPath(files, path) && !isLink(path)))
+      return true;
+  }
+  const Ref<NSArray>& shown = entry ? entry->children() : myController->content();
+  return error || !shown || known != shown->count();
+}
+
 Ref<Entry> Notebooks::entryAtPath(TextView path) const {
   const auto found = myEntries.find(Text(path));
   return found == myEntries.end() ? nullptr : found->second;

@@ -13,8 +13,8 @@
 namespace notebook {
 
 // The folder that the notebook shows, as a tree of entries in a tree controller: folders first, each group by title.
-// Hidden files, those of other kinds, and links to folders are left out. What an operation says that went wrong is one sentence; nothing
-// when all went well. Main thread only.
+// Hidden files, those of other kinds, and links to folders are left out. What an operation says that went wrong is one
+// sentence; nothing when all went well. Main thread only.
 class Notebooks {
  public:
   // A folder that is not there is made.
@@ -27,6 +27,10 @@ class Notebooks {
 
   // Reads the folder anew, after it was changed by somebody else. Whatever is still there stays the same object.
   std::optional<kelvane::Text> refresh();
+
+  // Whether there is something else to be shown in this folder now. Reads no other one, so that it can be asked after
+  // each saving, which changes a folder, too.
+  bool isOutdated(const kelvane::Text& folder) const;
 
   // Hears what goes wrong when a title is edited in the outline.
   void setTelling(std::function<void(kelvane::Text sentence)> telling) { myTelling = std::move(telling); }

@@ -1,8 +1,10 @@
 #include <QApplication>
+#include <QCheckBox>
 #include <QDesktopServices>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QSpinBox>
 #include <QTimer>
 
 #include "Platform/Foundation/NSDictionary.h"
@@ -17,6 +19,8 @@
 #include "Window/QtText.h"
 
 namespace notebook {
+
+using kelvane::TextView;
 
 void Walkthrough::followLinks() {
   step("has the pages of the web site in its Help menu", [this]() -> Outcome {
@@ -60,18 +64,26 @@ void Walkthrough::sendFeedback() {
 
 void Walkthrough::changePreferences() {
   step("takes up preferences at once, dark colours among them", [this]() -> Outcome {
-    openEntry(*myWindow, QStringLiteral("letters/neighbours.html"));
+    openEntry(*myWindow, QStringLiteral("allotment-meeting.txt"));
     PreferencesDialog dialog(myWindow.get());
     dialog.show();
     const double before = myWindow->pane().zoom();
-    setPrefersDarkTheme(true);
-    setPreferredZoom(1.5);
+    dialog.findChild<QCheckBox*>()->setChecked(true);
+    dialog.findChild<QSpinBox*>()->setValue(150);
     takePicture(*myWindow, QStringLiteral("10-dark"));
     takePicture(dialog, QStringLiteral("11-preferences"));
     const bool isDark = QApplication::palette().color(QPalette::Base).lightness() < 100;
     const bool isZoomed = myWindow->pane().zoom() == 1.5 && before != 1.5;
     setPrefersDarkTheme(false);
     return isDark && isZoomed ? QString() : QStringLiteral("the window is as it was");
+  });
+}
+
+void Walkthrough::refusePreference() {
+  step("leaves out what preferences can't hold", []() -> Outcome {
+    const auto before = preferredSite();
+    keepText(TextView(u"\xFFFE", 1), siteKey);
+    return preferredSite() == before ? QString() : QStringLiteral("there is a web site now");
   });
 }
 

@@ -53,8 +53,9 @@ void Walkthrough::openManyNotes() {
     QApplication::processEvents();
     const qint64 expanded = clock.restart();
     myWindow->notebooks().refresh();
-    std::printf("        first picture after %lld ms, all expanded after %lld ms, read again in %lld ms, %ld MiB more in use\n", shown,
-                expanded, clock.elapsed(), memoryInUse() - before);
+    std::printf(
+        "        first picture after %lld ms, all expanded after %lld ms, read again in %lld ms, %ld MiB more in use\n",
+        shown, expanded, clock.elapsed(), memoryInUse() - before);
     takePicture(*myWindow, QStringLiteral("13-many"));
     const std::size_t notes = myWindow->notebooks().notes().size();
     return notes == manyNotes ? QString() : QStringLiteral("it has %1").arg(notes);

@@ -145,7 +145,8 @@ void Walkthrough::changeSizes() {
     editor.changeSize(6);
     choose(*myWindow, u"selectAll:");
     choose(*myWindow, u"bigger:");
-    const bool isKept = sizeAt(heading) == before + 8 && sizeAt(lineEnd) == before + 8 && sizeAt(lineEnd + 1) == before + 2;
+    const bool isKept =
+        sizeAt(heading) == before + 8 && sizeAt(lineEnd) == before + 8 && sizeAt(lineEnd + 1) == before + 2;
     editor.undo();
     editor.undo();
     if (sizeAt(heading) != before || sizeAt(lineEnd + 1) != before) return QStringLiteral("it is not undone");

@@ -1,5 +1,9 @@
+#include <QAbstractButton>
+#include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QMessageBox>
+#include <QTimer>
 
 #include "Walkthrough/Walkthrough.h"
 #include "Window/MainWindow.h"
@@ -64,8 +68,7 @@ void Walkthrough::goOnBeside() {
     if (readFile(page) != before) return QStringLiteral("it is another one");
     if (myWindow->outline().current() != myWindow->pane().entry()) return QStringLiteral("another note is selected");
     openEntry(*myWindow, QStringLiteral("letters/neighbours.note"));
-    return myWindow->pane().editor().toPlainText().startsWith(QStringLiteral("Hello! ")) ? QString()
-                                                                                         : myWindow->told();
+    return myWindow->pane().editor().toPlainText().startsWith(QStringLiteral("Hello! ")) ? QString() : myWindow->told();
   });
 }
 
@@ -90,13 +93,24 @@ void Walkthrough::stayUnsaved() {
     waitUntil([] { return false; }, 20);
     const bool isShown = myWindow->pane().editor().toPlainText().startsWith(QStringLiteral("kept "));
     const bool isSelected = myWindow->outline().current() == myWindow->pane().entry();
+    bool wasAsked = false;
+    QTimer answering;
+    QObject::connect(&answering, &QTimer::timeout, [&] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (!box) return;
+      wasAsked = true;
+      box->button(QMessageBox::Cancel)->click();
+    });
+    answering.start(10);
+    const bool isClosed = myWindow->close();
     QDir(letters).removeRecursively();
     QDir().rename(away, letters);
+    if (isClosed || !wasAsked) return QStringLiteral("the window closes");
     if (!isShown || !isSelected) return QStringLiteral("another note is shown: ") + myWindow->told();
     choose(*myWindow, u"revertNote:");
     if (myWindow->pane().isChanged()) return QStringLiteral("it does not go back to the file");
     openEntry(*myWindow, QStringLiteral("shared.txt"));
-    return myWindow->pane().editor().toPlainText() == QStringLiteral("theirs\n") ? QString() : myWindow->told();
+    return myWindow->pane().editor().toPlainText().endsWith(QStringLiteral("theirs\n")) ? QString() : myWindow->told();
   });
 }
 

@@ -60,6 +60,7 @@ bool Walkthrough::run() {
   followLinks();
   sendFeedback();
   changePreferences();
+  refusePreference();
   keepPlaces();
   showFatalAlert();
   meetAnotherProgram();

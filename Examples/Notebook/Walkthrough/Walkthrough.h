@@ -54,6 +54,7 @@ class Walkthrough {
   void followLinks();
   void sendFeedback();
   void changePreferences();
+  void refusePreference();
   void keepPlaces();
   void showFatalAlert();
 

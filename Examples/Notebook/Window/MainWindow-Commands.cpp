@@ -155,8 +155,7 @@ void MainWindow::addHelpCommands(Commands& commands) {
   commands[u"openPage:"] = [this](NSMenuItem& item) { openPage(item.tag()); };
   commands[u"sendFeedback:"] = [this](NSMenuItem&) {
     auto& environment = kelvane::QNEnvironment::sharedEnvironment();
-    if (!environment.linkToFeedbackPage())
-      environment.setLinkToFeedbackPage(linkFromSite(u"feedback"));
+    if (!environment.linkToFeedbackPage()) environment.setLinkToFeedbackPage(linkFromSite(u"feedback"));
     if (!environment.linkToFeedbackPage()) return tell(tr("The web site can't be reached, or takes no feedback."));
     FeedbackDialog dialog(*environment.linkToFeedbackPage(), this);
     showDialog(dialog);
@@ -243,16 +242,14 @@ void MainWindow::moveToFolder() {
   const std::vector<Text> folders = myNotebooks.folders();
   for (std::size_t i = 1; i < folders.size(); ++i) names.push_back(toQt(TextView(folders[i]).substr(top.size() + 1)));
   bool isAccepted = false;
-  const QString name =
-      QInputDialog::getItem(this, tr("Move to Folder"), tr("Folder:"), names, 0, false, &isAccepted);
+  const QString name = QInputDialog::getItem(this, tr("Move to Folder"), tr("Folder:"), names, 0, false, &isAccepted);
   const auto place = static_cast<std::size_t>(names.indexOf(name));
   if (isAccepted && place < folders.size()) move(place == 0 ? nullptr : myNotebooks.entryAtPath(folders[place]));
 }
 
 bool MainWindow::mayCloseWithoutSaving() {
   return QMessageBox::warning(this, tr("Notebook"), tr("%1\n\nClose and lose them?").arg(told()),
-                              QMessageBox::Discard | QMessageBox::Cancel,
-                              QMessageBox::Cancel) == QMessageBox::Discard;
+                              QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Cancel) == QMessageBox::Discard;
 }
 
 void MainWindow::setLink() {

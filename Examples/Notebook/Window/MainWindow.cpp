@@ -6,11 +6,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QSet>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QToolBar>
+#include <algorithm>
 #include <cmath>
 
 #include "Extensions/NSMenu-QNExtensions.h"
@@ -47,6 +47,7 @@ constexpr int absentDelay = 3000;
 constexpr int mostFoldersWatched = 512;
 constexpr kelvane::CGSize usualSize{980, 640};
 
+Text pathFrom(const QString& path) { return kelvane::textFromFileSystem(QFile::encodeName(path).toStdString()); }
 QString pathOf(const Text& path) { return QFile::decodeName(kelvane::fileSystemRepresentation(path).c_str()); }
 
 }  // namespace
@@ -138,13 +139,14 @@ void MainWindow::connectParts() {
   });
   for (const Outline* outline : {myOutline, myResults})
     connect(outline->model(), &QAbstractItemModel::dataChanged, this, &MainWindow::showTitle);
-  connect(mySearch, &Search::ended, this, [this](int found) { 
-    tell(found == 1 ? tr("1 note found") : tr("%L1 notes found").arg(found));
-  });
+  connect(mySearch, &Search::ended, this,
+          [this](int found) { tell(found == 1 ? tr("1 note found") : tr("%L1 notes found").arg(found)); });
   myNotebooks.setTelling([this](const Text& sentence) { tell(toQt(sentence)); });
   myFollowing.setSingleShot(true);
-  myFollowing.setInterval(followingDelay);
-  connect(&myWatcher, &QFileSystemWatcher::directoryChanged, &myFollowing, qOverload<>(&QTimer::start));
+  connect(&myWatcher, &QFileSystemWatcher::directoryChanged, this, [this](const QString& folder) {
+    myChangedFolders.insert(folder);
+    myFollowing.start(followingDelay);
+  });
   connect(&myFollowing, &QTimer::timeout, this, &MainWindow::followFolders);
 }
 
@@ -173,15 +175,20 @@ void MainWindow::watchFolders() {
 }
 
 void MainWindow::followFolders() {
-  if (const auto failure = myNotebooks.refresh()) {
+  // Saving a note changes its folder, and nothing that the outline shows.
+  const bool isOutdated = std::ranges::any_of(
+      myChangedFolders, [this](const QString& folder) { return myNotebooks.isOutdated(pathFrom(folder)); });
+  if (const auto failure = isOutdated ? myNotebooks.refresh() : std::nullopt) {
     // Nobody tells when the folder is back.
     myFollowing.start(absentDelay);
     if (told() != toQt(*failure)) tellFailure(failure);
     return;
   }
-  myFollowing.setInterval(followingDelay);
-  watchFolders();
-  mySearch->leaveOutMissing();
+  myChangedFolders.clear();
+  if (isOutdated) {
+    watchFolders();
+    mySearch->leaveOutMissing();
+  }
   if (const Ref<Entry> shown = myPane->entry()) myPane->follow(myNotebooks.entryAtPath(shown->path()));
   showTitle();
   showWords();

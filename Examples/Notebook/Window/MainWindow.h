@@ -2,6 +2,7 @@
 
 #include <QFileSystemWatcher>
 #include <QMainWindow>
+#include <QSet>
 #include <QTimer>
 #include <optional>
 
@@ -96,6 +97,8 @@ class MainWindow : public QMainWindow {
   QLineEdit* mySearchField;
   QLabel* myCounts;
   QFileSystemWatcher myWatcher;
+  // Folders in which something has happened since the last time that they were read.
+  QSet<QString> myChangedFolders;
   QTimer myFollowing;
   std::unique_ptr<PreferenceFollower> myPreferences;
 };

@@ -41,7 +41,8 @@ std::vector<Stretch> stretchesOf(const QTextCursor& selection) {
       const int from = std::max(fragment.position(), selection.selectionStart());
       const int to = std::min(fragment.position() + fragment.length(), selection.selectionEnd());
       if (from >= to) continue;
-      stretches.push_back({from, to, fragment.charFormat(), fragment.text().mid(from - fragment.position(), to - from)});
+      stretches.push_back(
+          {from, to, fragment.charFormat(), fragment.text().mid(from - fragment.position(), to - from)});
     }
     const int separator = block.position() + block.length() - 1;
     // Qt keeps its format with the paragraph behind it.

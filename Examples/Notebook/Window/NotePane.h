@@ -34,8 +34,8 @@ class NotePane : public QStackedWidget {
   // Whether there are changes that no file has yet.
   bool isChanged() const { return myIsChanged; }
   // Writes the note, if it was changed. A file that somebody else has written meanwhile is left alone: the note goes
-  // into a new one beside it. So does a page that has more than a note keeps. What goes wrong is told, the changes stay,
-  // and another attempt is made after a while.
+  // into a new one beside it. So does a page that has more than a note keeps. What goes wrong is told, the changes
+  // stay, and another attempt is made after a while.
   bool save();
   // Gives up the changes that no file has, and reads the file again.
   void revert();

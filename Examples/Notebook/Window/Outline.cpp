@@ -81,7 +81,8 @@ Outline::Outline(const Ref<kelvane::NSTreeController>& controller, QWidget* pare
 std::vector<Ref<Entry>> Outline::selected() const {
   std::vector<std::pair<std::vector<int>, Ref<Entry>>> places;
   for (const QModelIndex& row : selectionModel()->selectedRows()) places.emplace_back(wayTo(row), entryAt(row));
-  std::ranges::sort(places, {}, [](const auto& place) -> const auto& { return place.first; });
+  std::ranges::sort(
+      places, {}, [](const auto& place) -> const auto& { return place.first; });
   std::vector<Ref<Entry>> entries;
   for (auto& [way, entry] : places) entries.push_back(std::move(entry));
   return entries;
