@@ -66,12 +66,14 @@ void setUp(jpeg_compress_struct& info, const Job& job) {
 
 // The encoder reports trouble by a jump, over which only plain things can be carried.
 bool run(Job& job) {
-  jpeg_compress_struct info;
+  jpeg_compress_struct info{};
   ErrorManager errors;
   info.err = jpeg_std_error(&errors.base);
   errors.base.error_exit = leave;
   errors.base.output_message = saysNothing;
   if (setjmp(errors.place) != 0) {
+    // Memory may have run out while the bytes grew: they have moved since, which `job.bytes` is told only by this.
+    if (job.bytes) info.dest->term_destination(&info);
     jpeg_destroy_compress(&info);
     return false;
   }

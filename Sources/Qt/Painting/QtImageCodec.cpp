@@ -27,6 +27,8 @@ constexpr double pointsPerInch = 72;
 constexpr int untold = -1;
 // In megabytes: room for 16 bits a component.
 constexpr int allocationLimit = static_cast<int>(largestPixelCount * 8 >> 20);
+// Each image of a TIFF file is looked for from the file's beginning, so that their number counts twice.
+constexpr int mostImages = 1000;
 constexpr int lzwCompression = 1;
 
 // By what the bytes begin with; only these formats are tried, with a reader of their own.
@@ -155,6 +157,7 @@ std::vector<Ref<NSImageRep>> QtImageCodec::decode(std::span<const std::uint8_t> 
   reader.setAutoTransform(true);
   // Asked before anything else: once it has read an image, the reader of TIFF files finds no more.
   const int count = reader.imageCount();
+  if (count > mostImages) return {};
   std::vector<Ref<NSImageRep>> images;
   std::int64_t pixelsLeft = largestPixelCount;
   for (int i = 0; i < count; ++i) {

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <QBuffer>
 #include <QColorSpace>
@@ -195,6 +196,8 @@ TEST(QtImageCodec, RefusesWhatIsEnormous) {
   std::copy(header.begin(), header.end(), bytes.begin() + 12);
   EXPECT_THAT(decoded(bytes), IsEmpty());
   EXPECT_THAT(decoded(greyTIFF({{4, 72}, {0x70000000, 72}})), IsEmpty());
+  // Images by the thousands, to find which takes time for each pair.
+  EXPECT_THAT(decoded(greyTIFF(std::vector<std::pair<std::uint32_t, std::uint32_t>>(1001, {4, 72}))), IsEmpty());
   // A photograph beyond Qt's own limit of 128 megabytes is none.
   std::vector<std::uint32_t> pixels(8000 * 5000, 0xFF336699);
   EXPECT_EQ(decoded(encoded(*bitmapOfPixels(std::move(pixels), 8000), JPEG))[0]->size(), (CGSize{8000, 5000}));
@@ -205,13 +208,14 @@ TEST(QtImageCodec, RefusesWhatIsEnormous) {
   EXPECT_THAT(NSImage::imageWithSize({1e6, 1e6}, [] { ADD_FAILURE(); })->representations(), IsEmpty());
 }
 
-// In kilobytes.
-long mostMemoryHeld() {
+// What the system tells of this process under the name, in kilobytes.
+long memory(const std::string& name) {
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);)
-    if (line.starts_with("VmHWM:")) return std::atol(line.c_str() + 6);
+    if (line.starts_with(name + ":")) return std::atol(line.c_str() + name.size() + 1);
   return 0;
 }
+long mostMemoryHeld() { return memory("VmHWM"); }
 
 TEST(QtImageCodec, ExportsWithoutACopyOfThePixels) {
   constexpr std::size_t width = 6000;
@@ -222,6 +226,24 @@ TEST(QtImageCodec, ExportsWithoutACopyOfThePixels) {
   const long before = mostMemoryHeld();
   EXPECT_NE(JPGRepresentationWithCompression(image, 0.8), nullptr);
   EXPECT_LT(mostMemoryHeld() - before, static_cast<long>(width * height * 4 / 1024 / 4));
+}
+
+TEST(QtImageCodec, ExportsNothingWhereMemoryEnds) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "has an address space of its own";
+#endif
+  std::mt19937 random(5);
+  std::vector<std::uint32_t> noise(4000 * 4000);
+  for (std::uint32_t& pixel : noise) pixel = 0xFF000000U | static_cast<std::uint32_t>(random());
+  const Ref<NSBitmapImageRep> image = bitmapOfPixels(std::move(noise), 4000);
+  rlimit before{};
+  getrlimit(RLIMIT_AS, &before);
+  rlimit narrow = before;
+  narrow.rlim_cur = static_cast<rlim_t>(memory("VmSize") + 3000) * 1024;
+  ASSERT_EQ(setrlimit(RLIMIT_AS, &narrow), 0);
+  const Bytes bytes = encoded(*image, JPEG);
+  setrlimit(RLIMIT_AS, &before);
+  EXPECT_THAT(bytes, IsEmpty());
 }
 
 // What the independent decoder tells of a file.
