@@ -17,9 +17,9 @@ class QMenuBar;
 // An item is shown thus:
 // - Its title is plain text: an ampersand is one.
 // - An item without title, action and submenu is a separator. Like all of them it vanishes at the ends of a menu.
-// - The key equivalent of a character goes with Ctrl, and with Shift too where it is an upper-case letter. Arrows,
-// Delete
-//   and their like are written as the characters from U+F700 on, and go with Ctrl; F1 to F35 and Help stand alone.
+// - The key equivalent of a character goes with Ctrl, and with Shift too where it is an upper-case letter. Arrows and
+//   Delete, written as characters from U+F700 on, go with Ctrl like all keys without a character; F1 to F35 and Help
+//   stand alone.
 // - The QAction's object name is the name of the item's action.
 namespace kelvane {
 

@@ -5,9 +5,13 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
 #include <QTest>
+#include <QToolBar>
+#include <limits>
 
 #include "Extensions/NSMenu-QNExtensions.h"
+#include "Platform/Desktop/Desktop.h"
 #include "Platform/Foundation/TextEncoding.h"
 #include "Qt/QtDesktop.h"
 #include "Qt/QtMenus.h"
@@ -117,6 +121,34 @@ TEST_F(QtMenusTest, KeyEquivalentsAreShortcuts) {
   QApplication::setActiveWindow(&window);
   QTest::keyClick(&window, Qt::Key_O, Qt::ControlModifier);
   EXPECT_EQ(heard, "Open;");
+}
+
+TEST_F(QtMenusTest, AnActionMayStandInAToolbarToo) {
+  QToolBar* const bar = window.addToolBar(u"Bar"_qs);
+  bar->addAction(actionFor(*itemWithAction(*main, SEL(u"open:"))));
+  const std::weak_ptr<NSToolbarItem> shown = toolbarFor(*bar)->items()[0];
+  removeItemWithAction(*main, SEL(u"open:"));
+  EXPECT_TRUE(bar->actions().isEmpty());
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_TRUE(shown.expired());
+}
+
+TEST_F(QtMenusTest, PopUpWhateverTheFrame) {
+  const Ref<NSMenu> menu = std::make_shared<NSMenu>();
+  menu->addItem(item(u"Title", u""));
+  menu->addItem(item(u"Only", u"only:"));
+  int shown = 0;
+  SyntheticUser user([&] {
+    QWidget* const popUp = QApplication::activePopupWidget();
+    if (!popUp) return;
+    ++shown;
+    EXPECT_LE(popUp->width(), popUp->screen()->geometry().width());
+    popUp->close();
+  });
+  constexpr double infinite = std::numeric_limits<double>::infinity();
+  for (const double odd : {std::numeric_limits<double>::quiet_NaN(), infinite, -infinite, 1e300})
+    Desktop::current().popUpMenu({menu, {odd, odd, odd, odd}, viewFor(window), true});
+  EXPECT_EQ(shown, 4);
 }
 
 TEST_F(QtMenusTest, PopUpOverAViewAndReturnWhenClosed) {

@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <limits>
 #include <memory>
+#include <optional>
 
 #include "Extensions/NSView-QNExtensions.h"
 #include "Qt/QtDesktop.h"
@@ -100,6 +101,24 @@ TEST_F(QtViews, OutliveTheirWidgets) {
     EXPECT_EQ(view->window(), nullptr);
     EXPECT_TRUE(view->subviews().empty());
   }
+}
+
+// A widget that saves its place as it goes, with its parent that is going already.
+struct SavesItsPlace : QWidget {
+  using QWidget::QWidget;
+  ~SavesItsPlace() override { viewFor(*this)->frame(); }
+};
+
+TEST(QtViewsOfOnePlaceInMemory, AreOfTheWidgetThatIsThere) {
+  std::optional<QWidget> parent(std::in_place);
+  const Ref<NSView> first = viewFor(*parent);
+  new SavesItsPlace(&*parent);
+  parent.reset();
+  parent.emplace();
+  const Ref<NSView> second = viewFor(*parent);
+  EXPECT_NE(second, first);
+  EXPECT_EQ(widgetFor(second.get()), &*parent);
+  EXPECT_EQ(viewFor(*parent), second);
 }
 
 }  // namespace

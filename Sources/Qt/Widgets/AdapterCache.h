@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <unordered_map>
 #include <utility>
 
@@ -25,9 +26,9 @@ class AdapterCache {
   template <class Make>
   Ref<Adapter> adapterOf(QObject& original, Make make) {
     const auto found = myAdapters.find(&original);
-    if (found != myAdapters.end()) return found->second;
+    if (found != myAdapters.end() && found->second.original) return found->second.adapter;
     const Ref<Adapter> adapter = make();
-    myAdapters.emplace(&original, adapter);
+    myAdapters.insert_or_assign(&original, Entry{&original, adapter});
     // The last reference goes after the entry, so that an adapter's end finds the cache in order.
     QObject::connect(&original, &QObject::destroyed,
                      [this](QObject* gone) { const auto entry = myAdapters.extract(gone); });
@@ -37,11 +38,18 @@ class AdapterCache {
   // Nil for an original that has none yet.
   Ref<Adapter> knownAdapterOf(const QObject& original) const {
     const auto found = myAdapters.find(&original);
-    return found != myAdapters.end() ? found->second : nullptr;
+    return found != myAdapters.end() && found->second.original ? found->second.adapter : nullptr;
   }
 
  private:
-  std::unordered_map<const QObject*, Ref<Adapter>> myAdapters;
+  struct Entry {
+    // Null in the entry of an original that was asked for once more after it had said that it goes, by a child in its
+    // destructor for example: nobody says when that entry is to go, and another original may come to the same place.
+    QPointer<QObject> original;
+    Ref<Adapter> adapter;
+  };
+
+  std::unordered_map<const QObject*, Entry> myAdapters;
 };
 
 }  // namespace kelvane

@@ -28,8 +28,10 @@ inline bool isFinite(const CGRect& rect) {
   return std::isfinite(rect.origin.x) && std::isfinite(rect.origin.y) && isFinite(rect.size);
 }
 
-// The whole unit that is nearest, the greater of two; within what windows and widgets can be at all.
+// The whole unit that is nearest, the greater of two; within what windows and widgets can be at all. 0 for what is no
+// number.
 inline int wholeUnit(double number) {
+  if (std::isnan(number)) return 0;
   return static_cast<int>(std::floor(std::clamp(number, -16777215.0, 16777215.0) + 0.5));
 }
 

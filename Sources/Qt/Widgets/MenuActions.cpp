@@ -22,7 +22,8 @@ QString label(TextView title) { return qString(title).replace(u'&', u"&&"_qs).re
 
 // The action may be the one that is being chosen. The application takes care of what no event loop deletes.
 void deleteSoon(ItemAction* action) {
-  action->disconnect();
+  // Nothing else: others want to hear of its end.
+  QObject::disconnect(action, &QAction::triggered, nullptr, nullptr);
   action->dropSubmenu();
   for (QObject* const place : action->associatedObjects())
     if (auto* const widget = qobject_cast<QWidget*>(place)) widget->removeAction(action);

@@ -3,9 +3,11 @@
 #include <QCursor>
 #include <QMenu>
 #include <QPointer>
+#include <QScreen>
 #include <algorithm>
 
 #include "Qt/Widgets/Adapters.h"
+#include "Qt/Widgets/Flip.h"
 #include "Qt/Widgets/MenuActions.h"
 #include "Qt/Widgets/QtViewCore.h"
 
@@ -32,8 +34,10 @@ void popUp(const MenuPopUp& popUp) {
   QPoint place = QCursor::pos();
   if (over) {
     const QRectF frame = toWidget(popUp.frame, *popUp.view);
-    place = over->mapToGlobal(popUp.pullsDown ? frame.bottomLeft() : frame.topLeft()).toPoint();
-    menu->setMinimumWidth(std::clamp(static_cast<int>(frame.width()), 0, QWIDGETSIZE_MAX));
+    const QPointF corner = popUp.pullsDown ? frame.bottomLeft() : frame.topLeft();
+    place = over->mapToGlobal(QPoint(wholeUnit(corner.x()), wholeUnit(corner.y())));
+    const QScreen* const screen = over->screen();
+    menu->setMinimumWidth(std::clamp(wholeUnit(frame.width()), 0, screen ? screen->availableSize().width() : 0));
   }
   if (hasItems(*menu)) menu->exec(place);
   delete menu;

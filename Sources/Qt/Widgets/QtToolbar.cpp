@@ -4,6 +4,7 @@
 #include <QWidgetAction>
 
 #include "Qt/Widgets/AdapterCache.h"
+#include "Qt/Widgets/QtText.h"
 
 namespace kelvane {
 namespace {
@@ -13,7 +14,7 @@ Text identifierOf(const QAction& action) {
   QString name = action.objectName();
   const auto* const around = qobject_cast<const QWidgetAction*>(&action);
   if (name.isEmpty() && around && around->defaultWidget()) name = around->defaultWidget()->objectName();
-  return name.toStdU16String();
+  return textOf(name);
 }
 
 struct QtToolbarItem final : NSToolbarItem {
