@@ -28,7 +28,10 @@ namespace {
 
 class QtDesktop final : public Desktop {
  public:
-  double userInterfaceVersionNumber() const override { return QT_VERSION_MAJOR + QT_VERSION_MINOR / 10.0; }
+  // As it is read: 6.10 is not 7.
+  double userInterfaceVersionNumber() const override {
+    return QT_VERSION_MAJOR + QT_VERSION_MINOR / (QT_VERSION_MINOR < 10 ? 10.0 : 100.0);
+  }
   double userSpaceScaleFactor() const override {
     const QScreen* const screen = QGuiApplication::primaryScreen();
     return screen ? screen->devicePixelRatio() : 1.0;

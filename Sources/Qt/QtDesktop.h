@@ -51,6 +51,9 @@ KELVANE_EXPORT std::optional<Text> displayProblem(int argc, const char* const* a
 // application is told to quit. What was scheduled on the run loop before is lost. After the application's end the loop
 // goes on without Qt when it is run, and what is left can be waited for.
 //
+// Qt's own limit for the memory of an image that it reads (QImageReader::allocationLimit) is raised to 2048 megabytes
+// in the whole process, unless the host has set a higher one, or none: photographs exceed the ordinary one.
+//
 // An alert that another thread asks for, a fatal one of the logger's for example, is shown by the main thread while the
 // other one waits. If the main thread does not get to it within 10 seconds (it runs no loop, say, or waits for that
 // very thread), the other one goes on, and the alert is shown when the main thread runs its loop again.

@@ -3,27 +3,24 @@
 #include <QGraphicsDropShadowEffect>
 #include <QWidget>
 #include <algorithm>
+#include <cmath>
+
+#include "Qt/Painting/Conversions.h"
 
 namespace kelvane {
 namespace {
 
-QColor colorOf(const NSColor& color) {
-  // "Not greater" takes NaN too.
-  const auto part = [](double component) {
-    return component > 0 ? static_cast<float>(std::min(component, 1.0)) : 0.0F;
-  };
-  return QColor::fromRgbF(part(color.redComponent()), part(color.greenComponent()), part(color.blueComponent()),
-                          part(color.alphaComponent()));
-}
+// Further than any screen goes, and few enough for Qt, which cannot paint a widget whose effect reaches to no number.
+double withinReach(double length) { return std::isnan(length) ? 0 : std::clamp(length, -10'000.0, 10'000.0); }
 
 }  // namespace
 
 void setShadow(QWidget& widget, const NSShadow* shadow) {
   if (!shadow) return widget.setGraphicsEffect(nullptr);
   auto* const effect = new QGraphicsDropShadowEffect(&widget);
-  effect->setOffset(shadow->shadowOffset().width, -shadow->shadowOffset().height);
-  effect->setBlurRadius(shadow->shadowBlurRadius());
-  effect->setColor(colorOf(shadow->shadowColor()));
+  effect->setOffset(withinReach(shadow->shadowOffset().width), -withinReach(shadow->shadowOffset().height));
+  effect->setBlurRadius(withinReach(shadow->shadowBlurRadius()));
+  effect->setColor(qtColor(shadow->shadowColor()));
   widget.setGraphicsEffect(effect);
 }
 

@@ -3,6 +3,7 @@
 
 #include <QImage>
 #include <QWidget>
+#include <limits>
 
 #include "Qt/QtShadows.h"
 
@@ -25,6 +26,12 @@ TEST(QtShadows, FallWhereTheLibrarySays) {
   const QImage picture = window.grab().toImage();
   EXPECT_LT(picture.pixelColor(65, 35).lightness(), 50);
   EXPECT_GT(picture.pixelColor(35, 65).lightness(), 200);
+  // What is no number is no offset.
+  constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+  shadow.setShadowOffset({notANumber, std::numeric_limits<double>::infinity()});
+  shadow.setShadowBlurRadius(notANumber);
+  setShadow(box, &shadow);
+  EXPECT_GT(window.grab().toImage().pixelColor(65, 35).lightness(), 200);
   setShadow(box, nullptr);
   EXPECT_EQ(box.graphicsEffect(), nullptr);
 }

@@ -90,6 +90,8 @@ QImage faded(const QImage& image, double alpha) {
   return copy;
 }
 
+bool isFinite(const QTransform& m) { return std::isfinite(m.m11() + m.m12() + m.m21() + m.m22() + m.dx() + m.dy()); }
+
 double withinUnit(double number) { return std::isnan(number) ? 0 : std::clamp(number, 0.0, 1.0); }
 
 }  // namespace
@@ -100,7 +102,7 @@ QtGraphicsContext::QtGraphicsContext(QPainter& painter, const QTransform& userTo
   myPainter.save();
   myPainter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform);
   myPainter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-  myPainter.setTransform(userToPainter, true);
+  applyTransform(userToPainter);
 }
 
 QtGraphicsContext::~QtGraphicsContext() {
@@ -126,10 +128,11 @@ NSAffineTransform QtGraphicsContext::userSpaceToDeviceSpaceTransform() const {
                             mySurfaceHeight - toSurface.dy()});
 }
 
-void QtGraphicsContext::concatTransform(const NSAffineTransform& transform) {
-  const auto& m = transform.transformStruct();
-  if (std::isfinite(m.m11 + m.m12 + m.m21 + m.m22 + m.tX + m.tY))
-    myPainter.setTransform(qtTransform(transform), true);
+void QtGraphicsContext::concatTransform(const NSAffineTransform& transform) { applyTransform(qtTransform(transform)); }
+
+void QtGraphicsContext::applyTransform(const QTransform& transform) {
+  if (isFinite(transform))
+    myPainter.setTransform(transform, true);
   else
     myState.isNowhere = true;
 }
@@ -225,7 +228,7 @@ void QtGraphicsContext::drawImage(const QImage& image, const CGRect& rect, const
   // Painting looks at four pixels for each it paints; where it has to make one of more, all of them are to count.
   const QSizeF wanted = deviceSize(rect);
   if (wanted.width() * 2 < from.width() || wanted.height() * 2 < from.height()) {
-    const QRect whole = from.toAlignedRect().intersected(image.rect());
+    const QRect whole = from.intersected(image.rect()).toAlignedRect();
     if (whole.isEmpty()) return;
     const double x = std::min(1.0, std::ceil(wanted.width()) / from.width());
     const double y = std::min(1.0, std::ceil(wanted.height()) / from.height());

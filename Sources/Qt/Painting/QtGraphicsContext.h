@@ -54,6 +54,7 @@ class QtGraphicsContext final : public NSGraphicsContext {
     bool isNowhere = false;
   };
 
+  void applyTransform(const QTransform& transform);
   // With y downwards from the upper edge of `rect`, whichever way user space has it. Between saving and restoring.
   void goToUpperLeft(const CGRect& rect);
   void drawLayout(const TextLayout& layout, const CGPoint& upperLeft);

@@ -1,6 +1,7 @@
 #include "Qt/Widgets/QtEventLoop.h"
 
 #include <QCoreApplication>
+#include <QScopedValueRollback>
 #include <QSocketNotifier>
 #include <QTimer>
 #include <algorithm>
@@ -109,13 +110,12 @@ bool QtEventLoop::wait(Clock::time_point limit) {
   if (!myDrive) return myCalls.wait(limit);
   if (myCalls.isIdle()) return false;
   NestedLoop loop;
-  NestedLoop* const outer = std::exchange(myWaitRef, &loop);
+  const QScopedValueRollback<NestedLoop*> innermost(myWaitRef, &loop);
   QTimer timer;
   prepare(timer);
   QObject::connect(&timer, &QTimer::timeout, [&loop] { loop.leave(); });
   if (limit != Clock::time_point::max()) startAt(timer, limit);
   const bool isLeft = loop.run();
-  myWaitRef = outer;
   if (myThrown) std::rethrow_exception(std::exchange(myThrown, nullptr));
   return isLeft;
 }

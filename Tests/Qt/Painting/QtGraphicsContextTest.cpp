@@ -242,10 +242,19 @@ TEST(QtGraphicsContext, WhatIsNoNumberDrawsNothing) {
                 }
                 context.clearRect({-1e9, -1e9, 2e9, 2e9});
                 flag()->drawInRect({-1e12, -1e12, 2e12, 2e12}, CGRectZero, SourceOver, 1);
+                flag()->drawInRect({0, 0, 5, 5}, {-1e12, -1e12, 2e12, 2e12}, SourceOver, 1);
                 context.concatTransform(NSAffineTransform({0, 0, 0, 0, 0, 0}));
                 fill({0, 0, 5, 5});
               }),
               testing::SizeIs(5));
+  // Coordinates that have no place in the painter's.
+  Canvas canvas(7, 5);
+  {
+    QPainter painter(&canvas.image);
+    const QtPainting painting(painter, nan);
+    fill({0, 0, 5, 5});
+  }
+  EXPECT_THAT(canvas.rows(), Each("......."));
 }
 
 TEST(QtGraphicsContext, AlignsToWholePixels) {
