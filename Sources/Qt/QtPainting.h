@@ -26,8 +26,8 @@ class KELVANE_EXPORT QtPainting {
   // lower left corner, unless the view is flipped (setViewFlipped), or its origin elsewhere (translateOriginToPoint).
   explicit QtPainting(QWidget& widget);
   // With a painter that is active and stays so: in its coordinates as they are now, with y upwards from `height` units
-  // below its origin. It is left as it was found.
-  // With y downwards, the context is flipped.
+  // below its origin; with y downwards, the context is flipped. It is left as it was found. A height that is no number
+  // leaves no place to draw in.
   QtPainting(QPainter& painter, double height, YAxis yAxis = YAxis::Upwards);
   ~QtPainting();
   QtPainting(const QtPainting&) = delete;

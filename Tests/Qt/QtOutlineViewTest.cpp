@@ -219,6 +219,24 @@ TEST_F(QtOutlineViewTest, TreesMayBeDeepAndWithoutEnd) {
   b->myChildren->removeAllObjects();
 }
 
+TEST_F(QtOutlineViewTest, MayBeBoundAnewToWhatIsSelected) {
+  struct GoesInto : NSTreeControllerObserver {
+    void treeControllerSelectionDidChange(NSTreeController&) override { go(); }
+    std::function<void()> go;
+  } user;
+  const auto within = std::make_shared<NSTreeController>(u"children");
+  within->setContent(a->myChildren);
+  user.go = [&] { bindOutlineView(*tree, within, {{u"", u"name"}}); };
+  controller->addControllerObserver(user);
+  tree->selectionModel()->select(at({0}), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+  controller->removeControllerObserver(user);
+  EXPECT_EQ(rows(), "a1 a2 ");
+  EXPECT_EQ(_treeController(*outline), within);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_EQ(controller.use_count(), 1) << "nobody else holds it";
+  EXPECT_EQ(rows(), "a1 a2 ");
+}
+
 TEST_F(QtOutlineViewTest, ViewsAndBindingsMayGo) {
   const Ref<NSObject> item = outline->itemAtRow(0);
   EXPECT_EQ(_treeController(*outline), controller);

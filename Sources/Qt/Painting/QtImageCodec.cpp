@@ -95,6 +95,8 @@ Ref<NSImageRep> nextImage(QImageReader& reader, std::int64_t& pixelsLeft) {
   if (pixelsLeft < 0) return nullptr;
   // Readers take an image of the right kind as it is, and put in a resolution only if the file tells one.
   QImage image(size, reader.imageFormat());
+  // Nothing is in that memory yet, and Qt does not hold what it is given against its limit.
+  if (image.sizeInBytes() > qsizetype{allocationLimit} << 20) return nullptr;
   image.setDotsPerMeterX(untold);
   image.setDotsPerMeterY(untold);
   const bool isTurned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);

@@ -11,7 +11,8 @@ void QtOutlineView::bind(const Ref<NSTreeController>& controller, std::vector<Ou
     myBinding = new OutlineBinding(*widget(), controller, std::move(columns));
   else if (binding())
     widget()->setModel(nullptr);
-  delete before;
+  // It may be what tells the host of a selection, for which the host binds the view anew.
+  if (before) before->deleteLater();
 }
 
 std::int64_t QtOutlineView::numberOfRows() const {

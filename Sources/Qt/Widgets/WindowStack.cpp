@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QWindow>
 #include <algorithm>
+#include <ranges>
 
 #include "Qt/Widgets/Adapters.h"
 #include "Qt/Widgets/Platform.h"
@@ -77,8 +78,10 @@ void WindowStack::order(QWidget& window, NSWindowOrderingMode place, std::int64_
     if (QWindow* const handle = window.windowHandle()) handle->lower();
     return;
   }
-  for (auto next = std::make_reverse_iterator(moved + 1); next != all.rend(); ++next)
-    if ((*next)->isVisible() && (*next)->windowHandle()) (*next)->windowHandle()->raise();
+  // A host may close windows as it hears of it.
+  const std::vector<QPointer<QWidget>> raised(all.begin(), moved + 1);
+  for (const QPointer<QWidget>& next : raised | std::views::reverse)
+    if (next && next->isVisible() && next->windowHandle()) next->windowHandle()->raise();
 }
 
 bool WindowStack::eventFilter(QObject* watched, QEvent* event) {
