@@ -91,6 +91,8 @@ Meaning meaningOf(CURLcode code) {
     case CURLE_TOO_MANY_REDIRECTS:
       return {NSURLErrorHTTPTooManyRedirects, u"Too many redirects."};
     case CURLE_SSL_CONNECT_ERROR:
+    // There are no certificates on this machine to hold the server's against.
+    case CURLE_SSL_CACERT_BADFILE:
       return {NSURLErrorSecureConnectionFailed, u"A secure connection could not be made."};
     case CURLE_PEER_FAILED_VERIFICATION:
       return {NSURLErrorServerCertificateUntrusted, u"The server’s certificate is not trusted."};
