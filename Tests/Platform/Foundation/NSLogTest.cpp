@@ -28,7 +28,14 @@ TEST(NSLog, DefaultWritesALineToStandardError) {
   tm local{};
   ASSERT_NE(strptime(output.c_str(), "%Y-%m-%d %H:%M:%S", &local), nullptr);
   local.tm_isdst = -1;
-  EXPECT_NEAR(static_cast<double>(mktime(&local)), static_cast<double>(time(nullptr)), 5) << "local time";
+  const time_t first = mktime(&local);
+  EXPECT_NEAR(static_cast<double>(first), static_cast<double>(time(nullptr)), 5) << "local time";
+
+  usleep(1'100'000);
+  testing::internal::CaptureStderr();
+  systemLog(u"later");
+  ASSERT_NE(strptime(testing::internal::GetCapturedStderr().c_str(), "%Y-%m-%d %H:%M:%S", &local), nullptr);
+  EXPECT_GT(mktime(&local), first) << "the time goes on";
 }
 
 TEST(NSLog, SinksAreReplacedAndHandedBack) {
