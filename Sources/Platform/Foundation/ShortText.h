@@ -27,7 +27,7 @@ class ShortText {
     char16_t* out = grown(bytes.size());
     for (const char byte : bytes) *out++ = static_cast<unsigned char>(byte);
   }
-  // Likewise to `appendUTF8` of TextEncoding.h.
+  // What the bytes hold as UTF-8, by the rules of `textFromUTF8`.
   void appendUTF8(std::string_view bytes);
 
  private:

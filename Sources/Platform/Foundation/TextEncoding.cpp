@@ -212,25 +212,6 @@ std::string utf8(TextView text) { return encode(text, IllFormed::Replace); }
 
 Text textFromUTF8(std::string_view bytes) { return decode(bytes, IllFormed::Replace); }
 
-void appendASCII(Text& text, std::string_view bytes) {
-  const std::size_t before = text.size();
-  text.append(bytes.size(), u'\0');
-  char16_t* out = text.data() + before;
-  const auto* in = reinterpret_cast<const unsigned char*>(bytes.data());
-  std::size_t i = 0;
-  for (; i + 8 <= bytes.size(); i += 8)
-    for (std::size_t k = 0; k < 8; ++k) out[i + k] = in[i + k];
-  for (; i < bytes.size(); ++i) out[i] = in[i];
-}
-
-void appendUTF8(Text& text, std::string_view bytes) {
-  const bool isASCII = std::ranges::none_of(bytes, [](char byte) { return (byte & 0x80) != 0; });
-  if (isASCII)
-    appendASCII(text, bytes);
-  else
-    text += textFromUTF8(bytes);
-}
-
 bool narrowISOLatin1(TextView text, char* out) {
   char16_t all = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {

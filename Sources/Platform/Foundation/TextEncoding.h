@@ -25,12 +25,6 @@ KELVANE_EXPORT std::string utf8(TextView text);
 //   ED A0 80    => three times u"\xFFFD" (surrogates have no UTF-8 form)
 KELVANE_EXPORT Text textFromUTF8(std::string_view bytes);
 
-// Appends what `bytes` hold as UTF-8, likewise, to `text`, without a text in between.
-KELVANE_EXPORT void appendUTF8(Text& text, std::string_view bytes);
-
-// Appends ASCII to `text`. Bytes above 7F become the code unit of the same number.
-KELVANE_EXPORT void appendASCII(Text& text, std::string_view bytes);
-
 // The ISO Latin-1 form of `text`, a byte for each code unit; nothing when a code unit is above U+00FF.
 KELVANE_EXPORT std::optional<std::string> isoLatin1(TextView text);
 
