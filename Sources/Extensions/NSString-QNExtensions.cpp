@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <stdexcept>
+#include <vector>
 
 #include "Platform/Foundation/NSURL.h"
 #include "Platform/Foundation/Overwrite.h"
 #include "Platform/Foundation/PathText.h"
 #include "Platform/Foundation/Raise.h"
 #include "Platform/Foundation/RandomBytes.h"
+#include "Platform/Foundation/TextLines.h"
 #include "Platform/Foundation/TextRewrite.h"
 #include "Platform/Foundation/TextScan.h"
 
@@ -36,28 +38,41 @@ Text keepingUnits(TextView text, Predicate keeps) {
   });
 }
 
+// All matches that a search within `range` meets one after another.
+std::vector<std::size_t> matchesOf(TextView key, TextView text, NSRange range, NSStringCompareOptions options) {
+  std::vector<std::size_t> matches;
+  TextFinder finder(text, key, options);
+  std::size_t place = range.location;
+  while (const auto match = finder.find(place, range.end())) {
+    matches.push_back(match->location);
+    place = match->end();
+  }
+  return matches;
+}
+
 // Replaces each match of `key` within `range` of `current`, and makes the range as long as what stands there then.
 // Nothing when there is no match, so that no text is copied in vain.
 std::optional<Text> replaceWithin(TextView current, NSRange& range, TextView key, TextView value,
                                   NSStringCompareOptions options) {
-  TextFinder finder(current, key, options);
-  std::optional<NSRange> match = finder.find(range.location, range.end());
-  if (!match) return std::nullopt;
-  Text out;
-  // Room for the text growing by some more than its size; what grows beyond is left to the string.
-  out.reserve(current.size() + std::max(value.size(), key.size()) - key.size());
-  out.append(current, 0, range.location);
-  std::size_t place = range.location;
-  for (; match; match = finder.find(place, range.end())) {
-    out.append(current, place, match->location - place);
-    out += value;
-    place = match->end();
-  }
-  out.append(current, place, range.end() - place);
-  const std::size_t newLength = out.size() - range.location;
-  out.append(current, range.end());
-  range.length = newLength;
-  return out;
+  const std::vector<std::size_t> matches = matchesOf(key, current, range, options);
+  if (matches.empty()) return std::nullopt;
+  const std::size_t growth = std::max(value.size(), key.size()) - key.size();
+  if (growth > 0 && matches.size() > (Text().max_size() - current.size()) / growth)
+    throw std::length_error("replacing: no text can be that long");
+  const std::size_t newSize = current.size() - matches.size() * key.size() + matches.size() * value.size();
+  range.length += newSize - current.size();
+  return overwritten<Text>(newSize, [&](char16_t* const begin) {
+    char16_t* out = begin;
+    std::size_t place = 0;
+    for (const std::size_t match : matches) {
+      out = rewriting::copyRun(out, current.data() + place, match - place,
+                               std::min(current.size() - place, newSize - static_cast<std::size_t>(out - begin)));
+      out = std::copy(value.begin(), value.end(), out);
+      place = match + key.size();
+    }
+    std::copy(current.begin() + static_cast<std::ptrdiff_t>(place), current.end(), out);
+    return newSize;
+  });
 }
 
 }  // namespace
@@ -95,14 +110,13 @@ Text NSStringExtensions::uniqueString() {
 
 std::vector<TextView> componentsSeparatedByLineSeparators(TextView text) {
   std::vector<TextView> lines;
-  for (const TextView line : Lines(text)) lines.push_back(line);
+  visitLines(text, [&lines](TextView line) { lines.push_back(line); });
   return lines;
 }
 
 std::int64_t numberOfLines(TextView text) {
-  const Lines lines(text);
   std::int64_t count = 0;
-  for (auto line = lines.begin(); line != lines.end(); ++line) ++count;
+  visitLines(text, [&count](TextView) { ++count; });
   return count;
 }
 

@@ -171,6 +171,7 @@ char* encodeInto(char* out, TextView text, IllFormed policy) {
     if (ascii == 4 || left < 4) ascii += narrowASCII(text.substr(i + ascii), out + ascii);
     out += ascii;
     i += ascii;
+    i += encodeByVectors(text.substr(i), out);
     while (i < text.size() && text[i] >= 0x80) {
       if (beginsThreeByteRun(text.substr(i))) {
         const std::size_t units = encodeThreeByteRun(text.substr(i), out);

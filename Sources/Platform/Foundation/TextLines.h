@@ -13,6 +13,11 @@ namespace kelvane {
 // The code units that end a line: LF, CR, NEL, LINE SEPARATOR, PARAGRAPH SEPARATOR. CR LF together end one.
 inline constexpr UnitSet lineTerminators{u'\n', u'\r', u'\x85', u'\x2028', u'\x2029'};
 
+// Whether the terminator at `place` is the LF of a CR LF whose CR ended the line before `start`.
+inline bool completesPair(TextView text, std::size_t place, std::size_t start) {
+  return place == start && place > 0 && place < text.size() && text[place] == u'\n' && text[place - 1] == u'\r';
+}
+
 // The lines of a text, one at a time and without copying: the library's one line splitter.
 //
 //   for (TextView line : Lines(text)) ...
@@ -67,9 +72,7 @@ class Lines {
     void startNext() {
       myStart = myContentsEnd + 1;
       myContentsEnd = myTerminators.next();
-      const bool isPair = myContentsEnd == myStart && myText[myStart - 1] == u'\r' && myStart < myText.size() &&
-                          myText[myStart] == u'\n';
-      if (!isPair) return;
+      if (!completesPair(myText, myContentsEnd, myStart)) return;
       ++myStart;
       myContentsEnd = myTerminators.next();
     }
@@ -91,5 +94,17 @@ class Lines {
  private:
   TextView myText;
 };
+
+// Calls `visit(line)` for each of the same lines: faster where `visit` does little.
+template <class Visit>
+void visitLines(TextView text, Visit visit) {
+  if (text.empty()) return;
+  std::size_t start = 0;
+  visitPlaces(UnitMarker{text, &lineTerminators}, [&](std::size_t place) {
+    if (!completesPair(text, place, start)) visit(text.substr(start, place - start));
+    start = place + 1;
+  });
+  visit(text.substr(start));
+}
 
 }  // namespace kelvane

@@ -61,7 +61,7 @@ class MarkedPlaces {
   }
 
  private:
-  static constexpr std::size_t words = 4;
+  static constexpr std::size_t words = 8;
   static constexpr std::size_t wordBits = 64;
 
   void markOn() {
@@ -79,6 +79,21 @@ class MarkedPlaces {
   std::size_t myMarkedTo = 0;
   std::size_t myWord = words - 1;
 };
+
+// Calls `visit(place)` for each place of `marker`: a walk for loops that do little else, which keeps its state in
+// registers.
+template <class Marker, class Visit>
+void visitPlaces(const Marker& marker, Visit visit) {
+  constexpr std::size_t words = 8;
+  std::array<std::uint64_t, words> marks{};
+  for (std::size_t base = 0; base < marker.size(); base += words * 64) {
+    const std::size_t count = std::min(words * 64, marker.size() - base);
+    marker.mark(base, count, marks.data());
+    for (std::size_t word = 0; word * 64 < count; ++word)
+      for (std::uint64_t bits = marks[word]; bits != 0; bits &= bits - 1)
+        visit(base + word * 64 + static_cast<std::size_t>(std::countr_zero(bits)));
+  }
+}
 
 // The places of the code units of a set.
 class UnitPlaces : public MarkedPlaces<UnitMarker> {

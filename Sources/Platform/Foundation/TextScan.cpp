@@ -36,14 +36,32 @@ struct Membership {
     return found;
   }
 
-  const UnitSet& set;
+  // A copy, which no store of a loop can be thought to change.
+  UnitSet set;
 };
+
+#if HWY_TARGET <= HWY_AVX3
+
+// The same by one look-up and one comparison, for sets whose members have distinct low bits.
+struct LookedUp {
+  auto operator()(hn::Vec<Units> vector) const {
+    const auto table = hn::LoadU(Units(), reinterpret_cast<const std::uint16_t*>(set.byLowBits().data()));
+    return hn::Eq(vector, hn::Vec<Units>{_mm512_permutexvar_epi16(vector.raw, table.raw)});
+  }
+
+  UnitSet set;
+};
+
+#endif
 
 // Calls `operation` with the membership that takes the fewest comparisons.
 template <class Operation>
 auto withMembership(const UnitSet& set, Operation operation) {
   if (set.size() <= 1) return operation(Membership<1>{set});
   if (set.size() <= 2) return operation(Membership<2>{set});
+#if HWY_TARGET <= HWY_AVX3
+  if (set.hasDistinctLowBits()) return operation(LookedUp{set});
+#endif
   if (set.size() <= 4) return operation(Membership<4>{set});
   return set.size() <= 6 ? operation(Membership<6>{set}) : operation(Membership<8>{set});
 }
@@ -204,28 +222,35 @@ char16_t* removeAnyOfHere(TextView& text, const UnitSet& set, char16_t* out) {
   return reinterpret_cast<char16_t*>(written);
 }
 
-// Each code unit is widened to a pair with the prefix before it, and the prefixes that are not wanted are left out.
+// A vector is spread so that the prefixes have lanes of their own, at most four of them as a rule: with more, only as
+// many units are taken as have room for a prefix each.
 char16_t* prefixAnyOfHere(TextView& text, const UnitSet& set, char16_t prefix, char16_t* out) {
-  const std::uint16_t* units = unitsOf(text);
-  auto* written = reinterpret_cast<std::uint16_t*>(out);
-  const std::size_t done = withMembership(set, [&](auto isMember) {
-    const Units d;
-    const hn::RepartitionToWide<Units> dPairs;
-    const std::size_t pairs = hn::Lanes(dPairs);
-    const auto prefixes = hn::Set(dPairs, std::uint32_t{prefix});
-    const auto isUnit = hn::Ne(hn::BitCast(d, hn::Set(dPairs, 0xFFFF0000U)), hn::Zero(d));
-    std::size_t i = 0;
-    // Whole vectors are stored, so there must be room for one more behind the last.
-    for (; i + 2 * pairs <= text.size(); i += pairs) {
-      const auto low = hn::PromoteTo(dPairs, hn::LoadU(hn::Half<Units>(), units + i));
-      const auto high = hn::ShiftLeft<16>(low);
-      const auto isKept = hn::Or(isUnit, isMember(hn::BitCast(d, hn::Or(low, high))));
-      written += hn::CompressStore(hn::BitCast(d, hn::Or(prefixes, high)), isKept, d, written);
+  constexpr std::size_t lanes = 32;
+  constexpr std::size_t usualPrefixes = 4;
+  // Seen as pairs of lanes, a prefix and its unit.
+  constexpr std::uint64_t units = 0xAAAAAAAAAAAAAAAA;
+  constexpr std::uint64_t prefixes = ~units;
+  const Units d;
+  const TextView all = text;
+  std::size_t i = 0;
+  withMembership(set, [&](auto isMember) {
+    while (i + lanes <= all.size()) {
+      const auto vector = hn::LoadU(d, unitsOf(all) + i);
+      std::size_t taken = lanes - usualPrefixes;
+      std::uint64_t members = bitsOf(isMember(vector)) & ((std::uint64_t{1} << taken) - 1);
+      if (hwy::PopCount(members) > usualPrefixes) {
+        taken = lanes / 2;
+        members &= (std::uint64_t{1} << taken) - 1;
+      }
+      const auto isUnit = static_cast<__mmask32>(_pext_u64(units, units | _pdep_u64(members, prefixes)));
+      const auto spread = _mm512_mask_expand_epi16(hn::Set(d, laneOf(prefix)).raw, isUnit, vector.raw);
+      _mm512_storeu_si512(out, spread);
+      out += taken + hwy::PopCount(members);
+      i += taken;
     }
-    return i;
   });
-  text.remove_prefix(done);
-  return reinterpret_cast<char16_t*>(written);
+  text.remove_prefix(i);
+  return out;
 }
 
 #else

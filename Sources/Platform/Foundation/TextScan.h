@@ -20,6 +20,12 @@ class UnitSet {
     if (units.size() == 0 || units.size() > myUnits.size()) throw "a unit set holds one to eight code units";
     myUnits.fill(*units.begin());
     for (const char16_t unit : units) myUnits[mySize++] = unit;
+    for (std::size_t bits = 0; bits < myByLowBits.size(); ++bits) myByLowBits[bits] = static_cast<char16_t>(bits ^ 1);
+    for (const char16_t unit : units) {
+      char16_t& member = myByLowBits[unit % myByLowBits.size()];
+      if (member % myByLowBits.size() == unit % myByLowBits.size()) myHasDistinctLowBits = false;
+      member = unit;
+    }
   }
 
   constexpr bool contains(char16_t unit) const {
@@ -30,8 +36,15 @@ class UnitSet {
   constexpr const std::array<char16_t, 8>& units() const { return myUnits; }
   constexpr std::size_t size() const { return mySize; }
 
+  // For each value of the five lowest bits the member that has them, or else a unit that has others: a unit is a member
+  // when it equals the one at its own bits. Only where no two members have the same.
+  constexpr const std::array<char16_t, 32>& byLowBits() const { return myByLowBits; }
+  constexpr bool hasDistinctLowBits() const { return myHasDistinctLowBits; }
+
  private:
   std::array<char16_t, 8> myUnits{};
+  std::array<char16_t, 32> myByLowBits{};
+  bool myHasDistinctLowBits = true;
   std::size_t mySize = 0;
 };
 

@@ -4,6 +4,7 @@
 #include <unicode/utf16.h>
 
 #include <algorithm>
+#include <cstring>
 
 #include "Platform/Foundation/Raise.h"
 
@@ -27,6 +28,9 @@ std::vector<std::size_t> prefixTable(TextView needle) {
 std::size_t commonPrefix(TextView a, TextView b) {
   return static_cast<std::size_t>(std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first - a.begin());
 }
+
+// Of texts of one length; the library's own comparison of views goes unit by unit.
+bool isSame(TextView a, TextView b) { return std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0; }
 
 }  // namespace
 
@@ -60,7 +64,7 @@ std::size_t TextFinder::findForwards(std::size_t from, std::size_t end) {
     if (place < from) continue;
     myWalkedTo = place + 1;
     const TextView candidate = myText.substr(place, myNeedle.size());
-    if (candidate == myNeedle) return place;
+    if (isSame(candidate, myNeedle)) return place;
     comparisons += commonPrefix(myNeedle, candidate);
     if (comparisons > comparisonsPerUnit * (place - from + 64)) return findByPrefixTable(place + 1, end);
   }

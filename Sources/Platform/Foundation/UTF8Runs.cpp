@@ -146,6 +146,88 @@ std::size_t utf8SizeLimitHere(TextView text) {
   return size;
 }
 
+#if HWY_TARGET == HWY_AVX3_DL
+
+// Narrows 64 code units if all are ASCII.
+bool narrowStretch(const std::uint16_t* in, char* out) {
+  const Units d;
+  const hn::RebindToSigned<Units> dSigned;
+  const std::size_t lanes = hn::Lanes(d);
+  const auto low = hn::LoadU(d, in);
+  const auto high = hn::LoadU(d, in + lanes);
+  if (!hn::AllTrue(d, isASCII(hn::Or(low, high)))) return false;
+  auto* bytes = reinterpret_cast<std::uint8_t*>(out);
+  hn::StoreU(hn::DemoteTo(Bytes(), hn::BitCast(dSigned, low)), Bytes(), bytes);
+  hn::StoreU(hn::DemoteTo(Bytes(), hn::BitCast(dSigned, high)), Bytes(), bytes + lanes);
+  return true;
+}
+
+// Encodes 16 code units that are no surrogates. Each gets four bytes, with a sequence of three at their beginning.
+class UnitEncoder {
+ public:
+  using Wide = hn::ScalableTag<std::uint32_t>;
+  using WideBytes = hn::Repartition<std::uint8_t, Wide>;
+  using Vector = hn::Vec<Wide>;
+
+  explicit UnitEncoder(Vector unit) {
+    const auto isASCII = hn::Lt(unit, wide(0x80));
+    const auto isShort = hn::Lt(unit, wide(0x800));
+    const auto upper = hn::ShiftRight<6>(unit);
+    const auto last = hn::IfThenElse(isASCII, unit, continuation(unit));
+    const auto middle = hn::IfThenElse(isShort, hn::Or(wide(0xC0), upper), continuation(upper));
+    const auto first = hn::Or(wide(0xE0), hn::ShiftRight<12>(unit));
+    mySequences = hn::Or(first, hn::Or(hn::ShiftLeft<8>(middle), hn::ShiftLeft<16>(last)));
+    const auto beforeLast = hn::IfThenElse(isShort, wide(0x00FF00), wide(0x00FFFF));
+    myWanted = hn::Or(wide(0xFF0000), hn::IfThenZeroElse(isASCII, beforeLast));
+  }
+
+  auto sequences() const { return hn::BitCast(WideBytes(), mySequences); }
+  auto isWanted() const { return hn::MaskFromVec(hn::BitCast(WideBytes(), myWanted)); }
+
+ private:
+  static Vector wide(unsigned value) { return hn::Set(Wide(), value); }
+  static Vector continuation(Vector bits) { return hn::Or(wide(0x80), hn::And(bits, wide(0x3F))); }
+
+  Vector mySequences;
+  Vector myWanted;
+};
+
+// One instruction puts the wanted bytes next to each other. Other machines lack it.
+std::size_t encodeByVectorsHere(TextView text, char*& out) {
+  const UnitEncoder::Wide d;
+  const UnitEncoder::WideBytes d8;
+  constexpr std::size_t lanes = 16;
+  constexpr std::size_t stretch = 4 * lanes;
+  char* end = out;
+  std::size_t i = 0;
+  std::intptr_t surrogate = -1;
+  // Whole vectors are stored, and a code unit is sure of one byte only.
+  while (surrogate < 0 && i + stretch <= text.size()) {
+    const std::uint16_t* in = unitsOf(text) + i;
+    if (narrowStretch(in, end)) {
+      i += stretch;
+      end += stretch;
+      continue;
+    }
+    const auto unit = hn::PromoteTo(d, hn::LoadU(hn::Half<Units>(), in));
+    const UnitEncoder encoder(unit);
+    auto isWanted = encoder.isWanted();
+    hn::StoreU(hn::Compress(encoder.sequences(), isWanted), d8, reinterpret_cast<std::uint8_t*>(end));
+    surrogate = hn::FindFirstTrue(d, hn::Eq(hn::And(unit, set(d, 0xF800)), set(d, 0xD800)));
+    if (surrogate >= 0) isWanted = hn::And(isWanted, hn::FirstN(d8, 4 * static_cast<std::size_t>(surrogate)));
+    i += surrogate >= 0 ? static_cast<std::size_t>(surrogate) : lanes;
+    end += hn::CountTrue(d8, isWanted);
+  }
+  out = end;
+  return i;
+}
+
+#else
+
+std::size_t encodeByVectorsHere(TextView, char*&) { return 0; }
+
+#endif
+
 }  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kelvane
@@ -160,6 +242,7 @@ HWY_EXPORT(widenASCIIHere);
 HWY_EXPORT(narrowASCIIHere);
 HWY_EXPORT(decodeThreeByteRunHere);
 HWY_EXPORT(encodeThreeByteRunHere);
+HWY_EXPORT(encodeByVectorsHere);
 HWY_EXPORT(utf8SizeLimitHere);
 
 }  // namespace
@@ -177,6 +260,8 @@ std::size_t decodeThreeByteRun(std::string_view bytes, char16_t* out) {
 std::size_t encodeThreeByteRun(TextView text, char* out) {
   return HWY_DYNAMIC_DISPATCH(encodeThreeByteRunHere)(text, out);
 }
+
+std::size_t encodeByVectors(TextView text, char*& out) { return HWY_DYNAMIC_DISPATCH(encodeByVectorsHere)(text, out); }
 
 std::size_t utf8SizeLimit(TextView text) { return HWY_DYNAMIC_DISPATCH(utf8SizeLimitHere)(text); }
 

@@ -35,6 +35,9 @@ TEST(TextLines, SplitsAtEveryTerminator) {
     std::vector<TextView> lines;
     for (const TextView line : Lines(row.text)) lines.push_back(line);
     EXPECT_EQ(lines, row.lines);
+    std::vector<TextView> visited;
+    visitLines(row.text, [&visited](TextView line) { visited.push_back(line); });
+    EXPECT_EQ(visited, row.lines);
   }
 }
 
