@@ -53,8 +53,7 @@ class QNIndexedObjectPool {
   // whatever can be called with a T and gives an integer. It must not change the pool. A null one is as none.
   template <std::invocable<const T&> Operation>
   explicit QNIndexedObjectPool(Operation idSelector) : QNIndexedObjectPool() {
-    if constexpr (std::is_member_pointer_v<Operation> || std::is_pointer_v<Operation>)
-      if (!idSelector) return;
+    if (isNull(idSelector)) return;
     // The whole search is kept and not the operation, so that only one call in it is an indirect one.
     myFindById = [idSelector](const std::vector<T>& objects, std::uint64_t identifier) {
       const auto isWanted = [&](const T& object) {
@@ -145,6 +144,15 @@ class QNIndexedObjectPool {
   }
 
  private:
+  template <class Operation>
+  static bool isNull(const Operation& operation) {
+    if constexpr (std::is_member_pointer_v<Operation> || std::is_pointer_v<Operation> ||
+                  requires { operation.operator bool(); })
+      return !operation;
+    else
+      return false;
+  }
+
   std::size_t find(const T& object) const {
     const auto isSame = [&object](const T& other) { return ElementTraits<T>::equal(other, object); };
     return static_cast<std::size_t>(std::find_if(myObjects.begin(), myObjects.end(), isSame) - myObjects.begin());

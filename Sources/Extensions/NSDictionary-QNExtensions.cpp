@@ -106,7 +106,8 @@ void applyValuesAsPropertiesToObject(const NSDictionary& receiver, NSObject* obj
     if (read.object)
       object->setValueForKey(read.object, key);
     else
-      QNLogger::sharedLogger().error(__LINE__, __FILE__, "applyValuesAsPropertiesToObject:",
+      QNLogger::sharedLogger().error(__LINE__, __FILE__,
+                                     "-[NSDictionary(QNExtensions) applyValuesAsPropertiesToObject:]",
                                      format(u"Can't set property '%@'. %@", key, read.error));
   }
 }

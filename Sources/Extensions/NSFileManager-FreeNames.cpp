@@ -20,6 +20,8 @@ namespace {
 
 constexpr int mostNumbers = 9999;
 constexpr int mostTemporaryNames = 100;
+constexpr const char* uniqueNameMethod =
+    "-[NSFileManager(QNExtensions) uniqueFileNameAtPath:basedOnName:fileExtension:]";
 
 std::error_code errorOf(int number) { return {number, std::generic_category()}; }
 
@@ -47,14 +49,13 @@ std::optional<Text> takeUniqueName(TextView base, TextView extension, const Taki
     reason = take(name);
   }
   if (reason == 0) return name;
-  QNLogger::sharedLogger().error(__LINE__, __FILE__, "uniqueFileNameAtPath", u"Could not create unique file name.");
+  QNLogger::sharedLogger().error(__LINE__, __FILE__, uniqueNameMethod, u"Could not create unique file name.");
   return std::nullopt;
 }
 
 bool isFolder(const NSFileManager& files, TextView path) {
   if (isDirectoryAtPath(files, path)) return true;
-  QNLogger::sharedLogger().warn(__LINE__, __FILE__, "uniqueFileNameAtPath",
-                                u"Folder does not exist or path points to file.");
+  QNLogger::sharedLogger().warn(__LINE__, __FILE__, uniqueNameMethod, u"Folder does not exist or path points to file.");
   return false;
 }
 
@@ -68,7 +69,7 @@ Ref<NSURL> takeTemporaryName(std::optional<TextView> extension, const Taking& ta
     reason = take(path);
     if (reason == 0) return NSURL::fileURLWithPath(path);
   }
-  QNLogger::sharedLogger().error(__LINE__, __FILE__, "temporaryFileURLWithExtension",
+  QNLogger::sharedLogger().error(__LINE__, __FILE__, "+[NSFileManager(QNExtensions) temporaryFileURLWithExtension:]",
                                  u"Can't determine temporary file path.");
   return nullptr;
 }

@@ -36,17 +36,18 @@ bool createDirectoryRecursivlyAtPath(const NSFileManager& receiver, std::optiona
 
 Ref<NSURL> moveFileToTrash(const NSFileManager& receiver, std::optional<TextView> path, Ref<NSError>* error) {
   if (!path || path->empty()) return nullptr;
+  constexpr const char* method = "-[NSFileManager(QNExtensions) moveFileToTrash:]";
   QNLogger& logger = QNLogger::sharedLogger();
   if (!receiver.itemExistsAtPath(*path)) {
-    logger.error(__LINE__, __FILE__, __func__,
+    logger.error(__LINE__, __FILE__, method,
                  format(u"Can't move file at path: '%@' to trash. File does not exists.", *path));
     if (error) *error = NSError::errorWithSystemError({ENOENT, std::generic_category()}, *path);
     return nullptr;
   }
-  logger.info(__LINE__, __FILE__, __func__, format(u"Move file at path: '%@' to trash.", *path));
+  logger.info(__LINE__, __FILE__, method, format(u"Move file at path: '%@' to trash.", *path));
   Ref<NSURL> place;
   if (!trashItemAtPath(*path, &place, error))
-    logger.error(__LINE__, __FILE__, __func__, format(u"Can't move file at path: '%@' to trash.", *path));
+    logger.error(__LINE__, __FILE__, method, format(u"Can't move file at path: '%@' to trash.", *path));
   return place;
 }
 

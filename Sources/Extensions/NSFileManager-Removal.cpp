@@ -22,6 +22,9 @@
 namespace kelvane {
 namespace {
 
+constexpr const char* removeAllItemsMethod =
+    "-[NSFileManager(QNExtensions) removeAllItemsFromPath:recursive:matching:]";
+
 Text removalFailure(TextView path, const NSError& error) {
   return format(u"Error while requesting contents of folder '%@': %@", path, error.localizedDescription());
 }
@@ -144,7 +147,7 @@ class SelectiveRemoval {
     // Gone by itself is as good.
     if (!result.error || result.error == std::errc::no_such_file_or_directory) return;
     const auto error = NSError::errorWithSystemError(result.error, myPath);
-    QNLogger::sharedLogger().error(__LINE__, __FILE__, "removeAllItemsFromPath", removalFailure(myPath, *error));
+    QNLogger::sharedLogger().error(__LINE__, __FILE__, removeAllItemsMethod, removalFailure(myPath, *error));
     myError.note(error);
   }
 
@@ -157,7 +160,7 @@ class SelectiveRemoval {
 
   void logListing(const std::error_code& reason) {
     const auto error = NSError::errorWithSystemError(reason, myPath);
-    QNLogger::sharedLogger().nsError(__LINE__, __FILE__, "removeAllItemsFromPath", error.get());
+    QNLogger::sharedLogger().nsError(__LINE__, __FILE__, removeAllItemsMethod, error.get());
     myError.note(error);
   }
 

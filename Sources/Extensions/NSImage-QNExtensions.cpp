@@ -45,13 +45,14 @@ NSImage& normalizeSize(NSImage& receiver) {
 }
 
 Ref<NSData> JPGRepresentationWithCompression(const NSImage& receiver, double compression) {
+  constexpr const char* method = "-[NSImage(QNExtensions) JPGRepresentationWithCompression:]";
   if (receiver.representations().empty()) {
-    QNLogger::sharedLogger().error(__LINE__, __FILE__, __func__, u"No image representations on image.");
+    QNLogger::sharedLogger().error(__LINE__, __FILE__, method, u"No image representations on image.");
     return nullptr;
   }
   const auto bitmap = firstBitmap(receiver);
   if (!bitmap) {
-    QNLogger::sharedLogger().error(__LINE__, __FILE__, __func__, u"Can't find bitmap representation of image.");
+    QNLogger::sharedLogger().error(__LINE__, __FILE__, method, u"Can't find bitmap representation of image.");
     return nullptr;
   }
   const auto properties = NSDictionary::dictionaryWithEntries(
@@ -62,7 +63,8 @@ Ref<NSData> JPGRepresentationWithCompression(const NSImage& receiver, double com
 void writeJPGRepresentationToFile(const NSImage& receiver, TextView path) {
   const Ref<NSData> data = JPGRepresentationWithCompression(receiver, 0.8);
   if (!data) {
-    QNLogger::sharedLogger().error(__LINE__, __FILE__, __func__, u"Can't make image into data.");
+    QNLogger::sharedLogger().error(__LINE__, __FILE__, "-[NSImage(QNExtensions) writeJPGRepresentationToFile:]",
+                                   u"Can't make image into data.");
     return;
   }
   const std::string_view bytes(reinterpret_cast<const char*>(data->bytes().data()), data->length());

@@ -35,7 +35,8 @@ Ref<NSURL> qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(const Ref
   const Ref<NSError> error = saveContentsOfURL(receiver, path, limits, progress);
   if (!error) return target;
   const bool isWritten = error->code() != NSURLErrorCannotWriteToFile;
-  QNLogger::sharedLogger().error(__LINE__, __FILE__, __func__,
+  QNLogger::sharedLogger().error(__LINE__, __FILE__,
+                                 "-[NSURL(QNExtensions) qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension:]",
                                  isWritten ? format(u"Can't download contents of URL: %@", receiver)
                                            : format(u"Can't write contents to URL: %@", target));
   return nullptr;

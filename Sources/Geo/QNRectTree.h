@@ -67,6 +67,9 @@ class QNRectTreeNode : public detail::RectTreeLinks {
 
   // swapDataFromNode:withDataFromNode:  Two nodes exchange data, key and rectangle, in this order; the children stay.
   // Null reads as nil data, nil key and the zero rectangle, and takes nothing.
+  static void swapDataFromNode(const Ref<Node>& node, const Ref<Node>& withDataFromNode) {
+    swapDataFromNode(node.get(), withDataFromNode.get());
+  }
   static void swapDataFromNode(Node* node, Node* withDataFromNode) {
     Node nothing;
     Node& a = node ? *node : nothing;

@@ -45,7 +45,8 @@ QNBadgeImage QNBadgeImage::badgeWithImageName(TextView imageName, const NSBundle
     auto picture = pictureOfSeries(bundle, name);
     if (!picture) {
       if (number == 1)
-        QNLogger::sharedLogger().error(__LINE__, __FILE__, __func__, format(u"Can't load badge image '%@'.", name));
+        QNLogger::sharedLogger().error(__LINE__, __FILE__, "+[QNBadgeImage badgeWithImageName:]",
+                                       format(u"Can't load badge image '%@'.", name));
       return badge;
     }
     badge.myBackgroundImages.push_back(std::move(picture));
@@ -60,7 +61,8 @@ QNBadgeImage QNBadgeImage::badgeWithGreenImages() {
 
 Ref<NSImage> QNBadgeImage::imageWithNumber(std::int64_t number) const {
   if (myBackgroundImages.empty()) {
-    QNLogger::sharedLogger().error(__LINE__, __FILE__, __func__, u"No images available to create a badge.");
+    QNLogger::sharedLogger().error(__LINE__, __FILE__, "-[QNBadgeImage imageWithNumber:]",
+                                   u"No images available to create a badge.");
     return nullptr;
   }
   const double height = myBackgroundImages.front()->size().height;

@@ -99,14 +99,14 @@ std::optional<Text> QNHTTPPost::post(const Ref<NSDictionary>& form) {
   const Ref<NSData> data = NSURLConnection::sendSynchronousRequest(request(orEmpty(form)), &error);
   if (data) return textFromUTF8({reinterpret_cast<const char*>(data->bytes().data()), data->length()});
   QNLogger::sharedLogger().error(
-      __LINE__, __FILE__, __func__,
+      __LINE__, __FILE__, "-[QNHTTPPost post:]",
       format(u"Post failed. Error: %ld, Description: %@", error->code(), error->localizedDescription()));
   return std::nullopt;
 }
 
 void QNHTTPPost::postAndNotify(const Ref<NSDictionary>& form) {
   const NSURLRequest request = this->request(orEmpty(form));
-  QNLogger::sharedLogger().info(__LINE__, __FILE__, __func__,
+  QNLogger::sharedLogger().info(__LINE__, __FILE__, "-[QNHTTPPost postAndNotify:]",
                                 format(u"Posting %lu bytes to %@", request.HTTPBody->length(), target));
   cancel();
   connection = NSURLConnection::connectionWithRequest(request, *myListener);

@@ -72,10 +72,11 @@ std::optional<Text> QNEnvironment::linkFromSitemapForKey(std::optional<TextView>
     const Ref<NSObject> link = sitemap ? sitemap->objectForKey(*key) : nullptr;
     if (link && !isEmptyText(link)) return textOf(link);
   } catch (const std::exception& exception) {
+    constexpr const char* method = "-[QNEnvironment linkFromSitemapForKey:defaultTo:]";
     QNLogger& logger = QNLogger::sharedLogger();
     const NSException told(u"NSGenericException", textFromUTF8(exception.what()));
-    logger.fatal(__LINE__, __FILE__, __func__, u"Exception occurred: ", &told);
-    logger.error(__LINE__, __FILE__, __func__,
+    logger.fatal(__LINE__, __FILE__, method, u"Exception occurred: ", &told);
+    logger.error(__LINE__, __FILE__, method,
                  format(u"Can't extract link for key '%@' from sitemap. Use fallback.", *key));
   }
   return textOf(defaultTo);

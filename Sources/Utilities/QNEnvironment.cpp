@@ -106,14 +106,15 @@ Text QNEnvironment::temporaryFolderPath() const { return joined(NSTemporaryDirec
 std::optional<Text> QNEnvironment::temporaryFolderPathWithCreate() const {
   const Text path = temporaryFolderPath();
   const NSFileManager& files = threadSafeManager();
+  constexpr const char* method = "-[QNEnvironment temporaryFolderPathWithCreate]";
   QNLogger& logger = QNLogger::sharedLogger();
   bool isFolder = false;
   const bool exists = files.fileExistsAtPath(path, &isFolder);
   if (!exists) {
-    logger.info(__LINE__, __FILE__, __func__, u"Temporary folder does not exist. Will create one...");
+    logger.info(__LINE__, __FILE__, method, u"Temporary folder does not exist. Will create one...");
     createDirectoryRecursivlyAtPath(files, path, nullptr);
   } else if (!isFolder) {
-    logger.error(__LINE__, __FILE__, __func__,
+    logger.error(__LINE__, __FILE__, method,
                  format(u"Can't put poster into the temporary folder at '%@', because there is a file with the same "
                         u"name.",
                         path));

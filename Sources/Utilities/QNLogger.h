@@ -38,7 +38,7 @@ class LogMessage {
 // The one place where the library and its host report what happens. A message that is at least as severe as the
 // threshold becomes one line, which goes to the system log and, when one is open, to the log file:
 //
-//   WARN moveFileToTrash:120 - Can't move file.
+//   ERROR -[NSFileManager(QNExtensions) moveFileToTrash:]:49 - Can't move file at path: '/a.txt' to trash.
 //
 //   QNLogger::sharedLogger().warn(__LINE__, __FILE__, __func__, format(u"Can't move '%@'.", path));
 //

@@ -82,7 +82,7 @@ TEST_F(QNIndexedObjectPoolTest, IdentifiersAreAskedAnew) {
   a->number = -1;
   EXPECT_EQ(pool.objectById(7), b);
   EXPECT_EQ(pool.objectById(0xFFFFFFFFFFFFFFFF), a);
-  Pool without;
+  Pool without{std::function<int(const Ref<Track>&)>()};
   EXPECT_EQ(without.objectById(0), nullptr);
   without.addObject(a);
   EXPECT_THROW(without.objectById(0), std::invalid_argument);

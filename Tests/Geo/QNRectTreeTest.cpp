@@ -102,7 +102,7 @@ TEST(QNRectTree, ChildInBalanceTakesTheDoubleRotation) {
   mirrored->rightNode()->setLeftChild(node(u"c"), node(u"e"));
   mirrored->doBalance();
   EXPECT_EQ(shape(mirrored), u"(a c (. d e))");
-  Node::swapDataFromNode(nullptr, top.get());
+  Node::swapDataFromNode(nullptr, top);
   EXPECT_TRUE(!top->key() && !top->data() && top->rect() == CGRectZero);
 }
 

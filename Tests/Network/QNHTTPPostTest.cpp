@@ -153,7 +153,7 @@ TEST_F(QNHTTPPostTest, OthersReadWhatIsSent) {
     EXPECT_EQ(judged.out, part("b", "None", "gr\xC3\xBC\xC3\x9F\r\n--x") + part("f", "data", long_) +
                               part("none", "empty", "") + part("null", "None", "<null>"));
   }
-  EXPECT_THAT(utf8(log.take().at(0)), HasSubstr("INFO postAndNotify:"));
+  EXPECT_THAT(utf8(log.take().at(0)), HasSubstr("INFO -[QNHTTPPost postAndNotify:]:"));
   // A second background post adds to the answer.
   post.postAndNotify(nullptr);
   NSRunLoop::currentRunLoop().run();
