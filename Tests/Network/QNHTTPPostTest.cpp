@@ -117,6 +117,8 @@ TEST_F(QNHTTPPostTest, WritesTheFormAsBytes) {
   EXPECT_EQ(bytes({{u"a", file("x y.bin", "1\0\r\n2"s)}}),
             field + "; filename=\"x y.bin\"" + type + "1\0\r\n2\r\n"s + end);
   EXPECT_EQ(bytes({{u"a", file("e", "")}}), field + "; filename=\"e\"" + type + "\r\n" + end);
+  EXPECT_EQ(bytes({{u"a", NSURL::fileURLWithPath(u"/proc/sys/kernel/ostype")}}),
+            field + "; filename=\"ostype\"" + type + "Linux\n\r\n" + end);
   EXPECT_EQ(bytes({{u"a", NSURL::fileURLWithPath(u"/missing/m")}}), field + "; filename=\"m\"" + type + "\r\n" + end);
   EXPECT_EQ(post.generateFormData(nullptr, u"")->length(), 6U);
 }

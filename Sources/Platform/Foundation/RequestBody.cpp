@@ -9,8 +9,14 @@
 #include <cstring>
 #include <utility>
 
+#include "Platform/Foundation/AtomicFile.h"
+
 namespace kelvane {
 namespace {
+
+// Files that the system makes up when they are read tell no length (/proc), or that of a page of memory (/sys).
+constexpr std::uint64_t largestPage = std::uint64_t{64} << 10U;
+constexpr std::size_t mostMadeUp = std::size_t{64} << 20U;
 
 std::error_code errorOf(int number) { return {number, std::generic_category()}; }
 
@@ -45,8 +51,13 @@ std::error_code RequestBody::appendFile(const std::string& path) {
   const int file = openRegularFile(path, status);
   if (file < 0) return errorOf(-file);
   close(file);
-  if (status.st_size == 0) return {};
   const auto length = static_cast<std::uint64_t>(status.st_size);
+  if (length <= largestPage) {
+    const FileContents contents = readFile(path, mostMadeUp);
+    if (contents.error) return contents.error;
+    if (contents.bytes.size() != length) append(contents.bytes);
+    if (contents.bytes.size() != length || length == 0) return {};
+  }
   myPieces.push_back({{}, path, length});
   myLength += length;
   return {};

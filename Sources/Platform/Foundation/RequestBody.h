@@ -17,6 +17,7 @@ class KELVANE_EXPORT RequestBody {
  public:
   void append(std::string_view bytes);
   // Adds as many bytes as the file has now. What is not a regular file that can be read adds nothing: that is an error.
+  // What the system makes up for the reader, as in /proc, is read at once; more than 64 MB of it are an error.
   std::error_code appendFile(const std::string& path);
 
   std::uint64_t length() const { return myLength; }
