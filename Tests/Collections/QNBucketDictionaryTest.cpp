@@ -24,6 +24,10 @@ TEST(QNBucketDictionary, NilAndObjectsAsKeys) {
   EXPECT_EQ(dictionary.countOfObjectsInBucketWithKey(nullptr), 0);
   EXPECT_THROW(dictionary.putObject(nullptr, box(7)), std::invalid_argument);
   EXPECT_EQ(dictionary.count(), 1) << "the empty bucket stays";
+  QNBucketDictionary<std::optional<Text>, int> byTown;
+  byTown.putObject(1, std::nullopt);
+  byTown.putObject(2, u"Ulm");
+  EXPECT_THAT(byTown.keys(), ElementsAre(Text(u"Ulm")));
 
   const auto key = std::make_shared<NSMutableString>(u"key");
   dictionary.putObject(box(1), key);

@@ -9,6 +9,7 @@
 #include "Platform/Foundation/NSNumber.h"
 #include "Platform/Foundation/NSObject.h"
 #include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Raise.h"
 #include "Platform/Foundation/Text.h"
 
 namespace kelvane {
@@ -69,6 +70,31 @@ struct ElementTraits<Ref<T>> {
     return copied ? copied : element;
   }
   static bool isOnlyReference(const Ref<T>& element) { return element.use_count() == 1; }
+};
+
+// Values that may be missing, such as text: what is missing is nil, and has the place in an order that nil has.
+template <class T>
+struct ElementTraits<std::optional<T>> {
+  using Element = std::optional<T>;
+  static bool equal(const Element& a, const Element& b) {
+    return a.has_value() == b.has_value() && (!a || ElementTraits<T>::equal(*a, *b));
+  }
+  static std::size_t hash(const Element& element) { return element ? ElementTraits<T>::hash(*element) : 0; }
+  static Element nil() { return std::nullopt; }
+  static bool isNil(const Element& element) { return !element; }
+  static std::optional<TextView> text(const Element& element) {
+    return element ? ElementTraits<T>::text(*element) : std::nullopt;
+  }
+  static Text description(const Element& element) {
+    return element ? ElementTraits<T>::description(*element) : kelvane::description(nullptr);
+  }
+  static std::weak_ordering compare(const Element& a, const Element& b) {
+    if (a && b) return ElementTraits<T>::compare(*a, *b);
+    if (a) raiseInvalidArgument("compare:", "nil has no order");
+    return std::weak_ordering::equivalent;
+  }
+  static Element copy(const Element& element) { return element ? Element(ElementTraits<T>::copy(*element)) : element; }
+  static bool isOnlyReference(const Element& element) { return element && ElementTraits<T>::isOnlyReference(*element); }
 };
 
 // Plain pointers: identity, and null is nil.
