@@ -157,7 +157,9 @@ std::optional<Text> NSURL::slice(const std::optional<NSRange>& range) const {
 
 std::optional<Text> NSURL::path() const {
   if (myPath.length == 0) return std::nullopt;
-  return stringByRemovingPercentEncoding(TextView(myText).substr(myPath.location, myPath.length));
+  TextView encoded = TextView(myText).substr(myPath.location, myPath.length);
+  while (encoded.size() > 1 && encoded.ends_with(u'/')) encoded.remove_suffix(1);
+  return stringByRemovingPercentEncoding(encoded);
 }
 
 bool NSURL::isFileURL() const {

@@ -35,8 +35,8 @@ class KELVANE_EXPORT NSURL : public NSObject {
   std::optional<Text> host() const { return slice(myHost); }
   std::optional<Text> query() const { return slice(myQuery); }
   std::optional<Text> fragment() const { return slice(myFragment); }
-  // The path with its percent escapes decoded, as a path of the file system (bytes that are not UTF-8 survive); nothing
-  // when it is empty.
+  // The path with its percent escapes decoded and without "/" at its end, as a path of the file system (bytes that are
+  // not UTF-8 survive, and the root stays "/"); nothing when it is empty.
   std::optional<Text> path() const;
   bool isFileURL() const;
   // lastPathComponent, pathExtension  The parts of the path of these names (PathText.h); empty when there is no path.

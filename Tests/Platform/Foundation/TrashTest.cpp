@@ -81,7 +81,7 @@ TEST_F(TrashTest, TakesFoldersAndLinksThemselves) {
   fs::create_symlink("target", folder.path("link"));
   fs::create_symlink("nowhere", folder.path("dangling"));
   ASSERT_TRUE(trash("full/"));
-  EXPECT_EQ(placeInFolder(), "data/Trash/files/full/");
+  EXPECT_EQ(placeInFolder(), "data/Trash/files/full");
   EXPECT_EQ(folder.bytes("data/Trash/files/full/inner"), "full/inner");
   for (const char* link : {"link", "dangling"}) {
     ASSERT_TRUE(trash(link));
