@@ -3,8 +3,10 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <ranges>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "Extensions/NSAttributedString-HTMLState.h"
 #include "Extensions/NSAttributedString-QNExtensions.h"
@@ -63,54 +65,116 @@ std::int64_t htmlSize(double points) {
 
 void appendASCII(Text& out, const std::string& ascii) { out.append(ascii.begin(), ascii.end()); }
 
+// All that are ever opened, each at most once at a time.
+constexpr TextView linkTag = u"<a>";
+constexpr TextView boldTag = u"<b>";
+constexpr TextView italicTag = u"<i>";
+constexpr TextView underlineTag = u"<u>";
+constexpr TextView fontTag = u"<font>";
+constexpr std::array allTags = {linkTag, boldTag, italicTag, underlineTag, fontTag};
+
+// Which tags are open, in a number: a digit for each, the innermost last.
+using OpenTags = std::uint32_t;
+constexpr OpenTags tagBase = 8;
+
+OpenTags openTags(const QNTagStack& tags) {
+  OpenTags open = 0;
+  for (const Text& tag : tags.stack())
+    open = open * tagBase + static_cast<OpenTags>(std::ranges::find(allTags, tag) - allTags.begin()) + 1;
+  return open;
+}
+
+void setOpenTags(QNTagStack& tags, OpenTags open) {
+  std::vector<TextView> innermostFirst;
+  for (; open != 0; open /= tagBase) innermostFirst.push_back(allTags[open % tagBase - 1]);
+  tags.clear();
+  for (const TextView tag : std::views::reverse(innermostFirst)) tags.push(tag);
+}
+
+// Texts change between a few dictionaries again and again, mostly with the same tags open; what is written then is
+// worked out once.
 class Writer {
  public:
   void reset();
-  Text flush() { return myTags ? myTags->flushTags() : Text(); }
-  // Appends the tags that lead from the last run's attributes to these.
-  void changeTo(const Ref<NSDictionary>& attributes, Text& out);
+  Text flush();
+  // The tags that lead from the last run's attributes to these. Valid until the next call.
+  const HTMLMarkup& changeTo(const NSDictionary& attributes);
 
  private:
-  const Style& styleOf(const NSDictionary& attributes);
-  void write(const Style& next, Text& out);
+  // Neighbouring runs never have equal dictionaries (AttributeRuns.h), so there is always a change; two are the same
+  // where the very dictionaries are.
+  struct Change {
+    const NSDictionary* from = nullptr;
+    const NSDictionary* to = nullptr;
+    OpenTags before = 0;
+    OpenTags after = 0;
+    HTMLMarkup markup;
+  };
+
+  bool isChange(const Change& change, const NSDictionary& attributes) const {
+    return change.to == &attributes && change.from == myAttributes && change.before == myOpenTags;
+  }
+  Change& find(const NSDictionary& attributes);
+  Text markup(const Style& next);
   bool writeLink(const Style& next, Text& out);
   void writeFont(const Style& next, Text& out);
   void writeColor(const Style& next, Text& out);
 
-  // Of the last run; nothing before the first. The style views the dictionary's values.
-  Ref<NSDictionary> myAttributes;
+  // Of the last run; null before the first. The text that is written keeps it.
+  const NSDictionary* myAttributes = nullptr;
+  OpenTags myOpenTags = 0;
+  // The same two, only while a change is worked out.
   Style myStyle;
-  std::optional<QNTagStack> myTags;
-  // The styles of dictionaries that came by in this text, which most runs share.
-  std::array<std::pair<const NSDictionary*, Style>, 16> myStyles;
+  QNTagStack myTags{0};
+  // In pairs, so that two whose places are the same do not push each other out.
+  std::array<std::array<Change, 2>, 32> myChanges;
 };
 
 void Writer::reset() {
   myAttributes = nullptr;
-  myStyle = Style();
-  myStyles = {};
-  if (myTags)
-    myTags->clear();
-  else
-    myTags.emplace(0);
+  myOpenTags = 0;
+  myChanges = {};
 }
 
-const Style& Writer::styleOf(const NSDictionary& attributes) {
-  auto& [dictionary, style] = myStyles[reinterpret_cast<std::uintptr_t>(&attributes) / 64 % myStyles.size()];
-  if (dictionary != &attributes) {
-    dictionary = &attributes;
-    style = Style(attributes);
+Text Writer::flush() {
+  setOpenTags(myTags, std::exchange(myOpenTags, 0));
+  return myTags.flushTags();
+}
+
+// The entry of the change from the last run's attributes, or the one that makes room for it.
+Writer::Change& Writer::find(const NSDictionary& attributes) {
+  const auto number = [](const NSDictionary* dictionary) {
+    return std::uint64_t{reinterpret_cast<std::uintptr_t>(dictionary)};
+  };
+  constexpr std::uint64_t mixing = 0x9E3779B97F4A7C15;
+  const std::uint64_t hash = ((number(myAttributes) * mixing ^ number(&attributes)) * mixing ^ myOpenTags) * mixing;
+  auto& [first, second] = myChanges[hash >> 59U];
+  return isChange(first, attributes) || (!first.to && !isChange(second, attributes)) ? first : second;
+}
+
+const HTMLMarkup& Writer::changeTo(const NSDictionary& attributes) {
+  Change& change = find(attributes);
+  if (!isChange(change, attributes)) {
+    // Where a tag is closed that is not open, none is left.
+    const OpenTags before = std::exchange(myOpenTags, 0);
+    setOpenTags(myTags, before);
+    myStyle = myAttributes ? Style(*myAttributes) : Style();
+    HTMLMarkup written(markup(Style(attributes)));
+    change = {myAttributes, &attributes, before, openTags(myTags), std::move(written)};
   }
-  return style;
+  myAttributes = &attributes;
+  myOpenTags = change.after;
+  return change.markup;
 }
 
-void Writer::changeTo(const Ref<NSDictionary>& attributes, Text& out) {
-  // Neighbouring runs never have equal dictionaries (AttributeRuns.h), so there is nothing to compare.
-  if (attributes == myAttributes) return;
-  const Style next = styleOf(*attributes);
-  if (!writeLink(next, out)) write(next, out);
-  myAttributes = attributes;
-  myStyle = next;
+Text Writer::markup(const Style& next) {
+  Text out;
+  if (writeLink(next, out)) return out;
+  writeFont(next, out);
+  if (next.isUnderlined != myStyle.isUnderlined)
+    out += next.isUnderlined ? myTags.openTag(underlineTag) : myTags.closeTag(underlineTag);
+  writeColor(next, out);
+  return out;
 }
 
 // Returns whether a link starts or ends: then no other change is written.
@@ -119,49 +183,42 @@ bool Writer::writeLink(const Style& next, Text& out) {
     out += u"<a href=\"";
     out += next.link->description();
     out += u"\">";
-    myTags->openTag(u"<a>");
+    myTags.openTag(linkTag);
     return true;
   }
   if (!next.link && myStyle.link) {
-    out += myTags->closeTag(u"<a>");
+    out += myTags.closeTag(linkTag);
     return true;
   }
   return false;
 }
 
-void Writer::write(const Style& next, Text& out) {
-  writeFont(next, out);
-  if (next.isUnderlined != myStyle.isUnderlined)
-    out += next.isUnderlined ? myTags->openTag(u"<u>") : myTags->closeTag(u"<u>");
-  writeColor(next, out);
-}
-
 // Bold is closed before italic but opened behind it.
 void Writer::writeFont(const Style& next, Text& out) {
   const bool isOtherSize = next.size() != myStyle.size();
-  if (!next.isBold() && myStyle.isBold()) out += myTags->closeTag(u"<b>");
-  if (!next.isItalic() && myStyle.isItalic()) out += myTags->closeTag(u"<i>");
-  if (myStyle.font && isOtherSize && myStyle.size() != htmlDefaultPointSize) out += myTags->closeTag(u"<font>");
+  if (!next.isBold() && myStyle.isBold()) out += myTags.closeTag(boldTag);
+  if (!next.isItalic() && myStyle.isItalic()) out += myTags.closeTag(italicTag);
+  if (myStyle.font && isOtherSize && myStyle.size() != htmlDefaultPointSize) out += myTags.closeTag(fontTag);
   if (next.font && (isOtherSize || !myStyle.font) && next.size() != htmlDefaultPointSize) {
     out += u"<font size=\"";
     appendASCII(out, std::to_string(htmlSize(next.size())));
     out += u"\">";
-    myTags->openTag(u"<font>");
+    myTags.openTag(fontTag);
   }
-  if (next.isItalic() && !myStyle.isItalic()) out += myTags->openTag(u"<i>");
-  if (next.isBold() && !myStyle.isBold()) out += myTags->openTag(u"<b>");
+  if (next.isItalic() && !myStyle.isItalic()) out += myTags.openTag(italicTag);
+  if (next.isBold() && !myStyle.isBold()) out += myTags.openTag(boldTag);
 }
 
 void Writer::writeColor(const Style& next, Text& out) {
   if (next.color == myStyle.color) return;
-  if (myStyle.color) out += myTags->closeTag(u"<font>");
+  if (myStyle.color) out += myTags.closeTag(fontTag);
   if (!next.color) return;
   const Text name = QNColorPalette::stringForColor(*next.color);
   if (name == blackColorString()) return;
   out += u"<font color=\"";
   out += name;
   out += u"\">";
-  myTags->openTag(u"<font>");
+  myTags.openTag(fontTag);
 }
 
 Writer& writer() {
@@ -175,16 +232,16 @@ Text NSAttributedStringExtensions::closeTags() { return writer().flush(); }
 void NSAttributedStringExtensions::resetAttributeTags() { writer().reset(); }
 
 Text htmlString(const NSAttributedString& text) {
-  const Text& units = text.string();
-  Text out;
-  out.reserve(units.size() + units.size() / 2);
+  // About what the tags of a run take.
+  constexpr std::size_t markupOfRun = 12;
   NSAttributedStringExtensions::resetAttributeTags();
+  HTMLEscaper escaper(text.string(), text.runs().count() * markupOfRun);
   for (const AttributeRun run : text.runs()) {
-    writer().changeTo(run.attributes, out);
-    appendEscapedForHTML(out, TextView(units).substr(run.range.location, run.range.length));
+    escaper.append(writer().changeTo(*run.attributes));
+    escaper.escapeTo(run.range.end());
   }
-  out += NSAttributedStringExtensions::closeTags();
-  return out;
+  escaper.append(NSAttributedStringExtensions::closeTags());
+  return escaper.finish();
 }
 
 }  // namespace kelvane

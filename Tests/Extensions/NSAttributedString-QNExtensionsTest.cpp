@@ -8,6 +8,7 @@
 #include "Platform/Foundation/NSColor.h"
 #include "Platform/Foundation/NSFont.h"
 #include "Platform/Foundation/NSURL.h"
+#include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/TextNumbers.h"
 #include "Support/Process.h"
 #include "Support/TemporaryFolder.h"
@@ -145,6 +146,43 @@ TEST(StyledTextAsHTML, FailsWhereAStyleEndsThatWasNotWritten) {
   const NSAttributedString text = styled({{u"a", {link(link_), font(NSBoldFontMask, 12)}}, {u"b", {link(link_)}}});
   EXPECT_THAT([&] { htmlString(text); }, ThrowsMessage<std::invalid_argument>("popUntil: no such tag is open '<b>'"));
   EXPECT_EQ(NSAttributedStringExtensions::closeTags(), u"");
+}
+
+// What is written between two dictionaries is worked out once; where no dictionary comes by twice, each time.
+TEST(StyledTextAsHTML, WritesTheSameForSharedDictionariesAsForCopies) {
+  NSAttributedStringExtensions::didLoad();
+  const Ref<NSObject> plainLink = box(u"x:y");
+  // Longer than what is kept short, and beyond ASCII.
+  const Ref<NSObject> longLink = box(Text(40, u'y')), otherLink = box(u"\x6771");
+  std::vector<Ref<NSDictionary>> styles;
+  for (const double size : {12, 14})
+    for (const NSFontTraitMask traits : {0U, 1U, 2U, 3U})
+      for (const auto& extra : {underline(1), color(red), link(plainLink), link(longLink), link(otherLink)})
+        styles.push_back(std::make_shared<NSDictionary>(NSDictionary::Entries{font(traits, size), extra}));
+  const auto writtenOf = [](const NSAttributedString& text) {
+    try {
+      return htmlString(text);
+    } catch (const std::invalid_argument& failure) {
+      return textFromUTF8(failure.what());
+    }
+  };
+  std::mt19937 random(11);
+  std::size_t failures = 0;
+  for (int round = 0; round < 400; ++round) {
+    NSMutableAttributedString shared, copied;
+    const std::size_t used = 1 + random() % styles.size();
+    for (std::size_t run = random() % 60; run > 0; --run) {
+      const Ref<NSDictionary>& style = styles[random() % used];
+      const Text text = Text(u"a<b>\x6771 and what is plain ").substr(random() % 20) + Text(random() % 200, u'x');
+      shared.appendString(text, style);
+      copied.appendString(text, std::make_shared<NSDictionary>(*style));
+    }
+    const Text written = writtenOf(shared);
+    ASSERT_EQ(written, writtenOf(copied));
+    if (written.starts_with(u"popUntil:")) ++failures;
+  }
+  EXPECT_GT(failures, 10U);
+  EXPECT_LT(failures, 390U);
 }
 
 // A first pass may lose blanks behind tags. A second one loses breaks and sizes too, as they are not written the way

@@ -5,6 +5,7 @@
 #include "Platform/Foundation/NSFont.h"
 #include "Platform/Foundation/VectorTargets.h"
 #include "Support/Testing.h"
+#include "Support/TextBeforeAGap.h"
 
 namespace kelvane {
 namespace {
@@ -34,13 +35,16 @@ TEST(HTMLString, EscapesEveryUnitOnEveryInstructionSet) {
     all += static_cast<char16_t>(unit);
     all.append(unit % 7 * (unit % 5), u'x');
   }
+  // Of a long text only some blocks are looked at for how long it gets: here those in which nothing is escaped, or all.
+  Text few(40'000, u'x'), many = few;
+  for (std::size_t i = 0; i < few.size(); ++i) (i / 512 % 16 == 0 ? many : few)[i] = u'\xFFFF';
   const std::int64_t supported = supportedVectorTargets();
   for (std::int64_t left = supported; left != 0; left &= left - 1) {
     useVectorTargets(left & -left);
-    EXPECT_EQ(htmlString(all), plainlyEscaped(all));
-    for (std::size_t length = 0; length < 150; ++length) {
-      const TextView piece = TextView(all).substr(length, length);
-      ASSERT_EQ(htmlString(piece), plainlyEscaped(piece)) << length;
+    for (const Text& text : {all, few, many}) EXPECT_TRUE(htmlString(text) == plainlyEscaped(text));
+    for (std::size_t length = 0; length < 1200; length += length < 150 ? 1 : 7) {
+      const TextBeforeAGap piece(TextView(all).substr(length * 37, length));
+      ASSERT_EQ(htmlString(piece.text()), plainlyEscaped(piece.text())) << length;
     }
   }
   useVectorTargets(supported);

@@ -1,153 +1,181 @@
 #include "Platform/Foundation/HTMLEscape.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdint>
+#include <bit>
 #include <cstring>
-#include <iterator>
+#include <string_view>
+#include <utility>
 
 #include "Platform/Foundation/Overwrite.h"
-#include "Platform/Foundation/TextRewrite.h"
-#include "Platform/Foundation/TextScan.h"
 
 namespace kelvane {
 namespace {
 
-constexpr UnitSet special{u'"', u'&', u'<', u'>', u'\n'};
-constexpr char16_t lastASCII = 0x7F;
+// Characters are put together in numbers.
+static_assert(std::endian::native == std::endian::little);
 
-// The longest is a reference such as "&#65535;". All are written in two halves of full width, of which as much counts
-// as there is: so there is nothing to guess about them, and the next half overwrites the rest.
-constexpr std::size_t longest = 8;
+// Each escape is a head of up to four characters and a tail of four. Of a reference to a number, the head is "&#" and
+// the thousands, and the tail the three digits left and ";"; behind them stand the heads and tails of the ASCII units.
+constexpr std::uint32_t thousands = 66;
+constexpr std::uint32_t tailNumbers = 1000;
+constexpr std::uint32_t asciiUnits = escaping::lastASCII + 1;
+constexpr std::uint32_t tailLength = 4;
 
-struct Half {
-  std::array<char16_t, longest / 2> units{};
-  std::size_t length = 0;
-};
-
-constexpr Half half(TextView text) {
-  Half made;
-  for (const char16_t unit : text.substr(0, made.units.size())) made.units[made.length++] = unit;
+// The characters of a half, lowest byte first.
+using Half = std::uint32_t;
+constexpr Half half(std::string_view characters) {
+  Half made = 0;
+  for (std::size_t i = 0; i < characters.size(); ++i)
+    made |= static_cast<Half>(static_cast<unsigned char>(characters[i])) << (8 * i);
   return made;
 }
 
-constexpr char16_t digit(std::size_t number) { return static_cast<char16_t>(u'0' + number % 10); }
+struct Head {
+  Half characters = 0;
+  std::uint32_t length = 0;
+};
 
-constexpr TextView escapeOf(std::size_t unit) {
-  switch (unit) {
-    case u'\n':
-      return u"<br/>";
-    case u'"':
-      return u"&quot;";
-    case u'&':
-      return u"&amp;";
-    case u'<':
-      return u"&lt;";
-    case u'>':
-      return u"&gt;";
-    default:
-      return {};
-  }
+constexpr Head head(std::string_view characters) {
+  return {half(characters), static_cast<std::uint32_t>(characters.size())};
 }
 
-// Of a reference, "&#" and the thousands, and then three digits and ";". Behind these, the halves for ASCII.
-constexpr std::size_t thousands = 66;
+constexpr std::pair<char, std::string_view> asciiEscapes[] = {
+    {'\n', "<br/>"}, {'"', "&quot;"}, {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}};
+
+constexpr char digit(std::size_t number) { return static_cast<char>('0' + number % 10); }
+
 constexpr auto heads = [] {
-  std::array<Half, thousands + lastASCII + 1> table{};
+  std::array<Head, thousands + asciiUnits> table{};
   for (std::size_t i = 0; i < thousands; ++i) {
-    const char16_t digits[] = {u'&', u'#', i < 10 ? digit(i) : digit(i / 10), digit(i)};
-    table[i] = half(TextView(digits, i == 0 ? 2 : i < 10 ? 3 : 4));
+    const char characters[] = {'&', '#', i < 10 ? digit(i) : digit(i / 10), digit(i)};
+    table[i] = head(std::string_view(characters, i == 0 ? 2 : i < 10 ? 3 : 4));
   }
-  for (std::size_t unit = 0; unit <= lastASCII; ++unit) table[thousands + unit] = half(escapeOf(unit));
+  for (const auto& [character, escape] : asciiEscapes)
+    table[thousands + static_cast<std::size_t>(character)] = head(escape.substr(0, escape.size() - tailLength));
   return table;
 }();
+
 constexpr auto tails = [] {
-  std::array<Half, 1000 + lastASCII + 1> table{};
-  for (std::size_t i = 0; i < 1000; ++i) {
-    const char16_t digits[] = {digit(i / 100), digit(i / 10), digit(i), u';'};
-    table[i] = half(TextView(digits, std::size(digits)));
+  std::array<Half, tailNumbers + asciiUnits> table{};
+  for (std::size_t i = 0; i < tailNumbers; ++i) {
+    const char characters[] = {digit(i / 100), digit(i / 10), digit(i), ';'};
+    table[i] = half(std::string_view(characters, tailLength));
   }
-  for (std::size_t unit = 0; unit <= lastASCII; ++unit) {
-    const TextView escape = escapeOf(unit);
-    table[1000 + unit] = half(escape.substr(std::min<std::size_t>(escape.size(), longest / 2)));
-  }
+  for (const auto& [character, escape] : asciiEscapes)
+    table[tailNumbers + static_cast<std::size_t>(character)] = half(escape.substr(escape.size() - tailLength));
   return table;
 }();
 
-inline char16_t* putHalf(char16_t* out, const Half& half) {
-  std::memcpy(out, half.units.data(), sizeof half.units);
-  return out + half.length;
-}
-
-inline char16_t* putEscape(char16_t* out, char16_t unit) {
-  const std::size_t isASCII = unit <= lastASCII;
-  out = putHalf(out, heads[unit / 1000U + isASCII * (thousands + unit)]);
-  return putHalf(out, tails[unit % 1000U + isASCII * 1000U]);
-}
-
-// At least what the text takes when it is written, and room for one escape more.
-std::size_t roomFor(TextView text) {
-  return text.size() + (longest - 1) * countAnyOfOrAbove(text, special, lastASCII) + longest;
-}
-
-char16_t* write(TextView text, char16_t* out) {
-  // Runs between special units are mostly shorter than that, so most are copied without a look at their length.
+// May write a step behind the run; what comes next overwrites it.
+inline std::uint8_t* copyRun(const std::uint8_t* run, std::size_t length, std::uint8_t* out) {
+  // Most runs between escapes are shorter than that.
   constexpr std::size_t step = 32;
-  constexpr std::size_t blockSize = rewriting::blockWords * 64;
-  std::size_t start = 0;
-  for (std::size_t block = 0; block < text.size(); block += blockSize) {
-    std::array<std::uint64_t, rewriting::blockWords> marks{};
-    markAnyOfOrAbove(text.substr(block, blockSize), special, lastASCII, marks.data());
-    for (const std::uint16_t offset : rewriting::Places(marks)) {
-      const std::size_t place = block + offset;
-      const std::size_t length = place - start;
-      const char16_t* const run = text.data() + start;
-      if (length <= step && start + step <= text.size())
-        std::memcpy(out, run, step * sizeof(char16_t));
-      else
-        std::memcpy(out, run, length * sizeof(char16_t));
-      out = putEscape(out + length, text[place]);
-      start = place + 1;
-    }
-  }
-  std::memcpy(out, text.data() + start, (text.size() - start) * sizeof(char16_t));
-  return out + (text.size() - start);
+  static_assert(step <= escaping::slack);
+  std::memcpy(out, run, step);
+  for (std::size_t i = step; i < length; i += step) std::memcpy(out + i, run + i, step);
+  return out + length;
 }
 
-constexpr auto isSpecial = [] {
-  std::array<bool, lastASCII + 1> table{};
-  for (std::size_t unit = 0; unit <= lastASCII; ++unit) table[unit] = !escapeOf(unit).empty();
-  return table;
-}();
+inline std::uint8_t* putEscape(std::uint32_t unit, std::uint8_t* out) {
+  // Which kind it is cannot be guessed, so there is no branch: all bits are set for ASCII.
+  const std::uint32_t isASCII = (unit - asciiUnits) >> 16U;
+  const Head& front = heads[unit / tailNumbers + (isASCII & (thousands + unit))];
+  const Half& back = tails[unit % tailNumbers + (isASCII & tailNumbers)];
+  std::memcpy(out, &front.characters, sizeof front.characters);
+  std::memcpy(out + front.length, &back, sizeof back);
+  return out + front.length + tailLength;
+}
 
-// Up to here, going unit by unit takes less than marking does.
-constexpr std::size_t shortText = 64;
-
-char16_t* writeShort(TextView text, char16_t* out) {
-  for (const char16_t unit : text) {
-    if (unit > lastASCII || isSpecial[unit])
-      out = putEscape(out, unit);
-    else
-      *out++ = unit;
-  }
-  return out;
+// About how many units of the text are escaped: of a long one, only some blocks are looked at.
+std::size_t aboutEscaped(TextView text) {
+  constexpr std::size_t every = 16;
+  if (text.size() < 4 * every * escaping::blockUnits) return escaping::countEscaped(text);
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < text.size(); i += every * escaping::blockUnits)
+    count += escaping::countEscaped(text.substr(i, escaping::blockUnits));
+  return count * every;
 }
 
 }  // namespace
 
 Text escapedForHTML(TextView text) {
-  return overwritten<Text>(roomFor(text), [&](char16_t* begin) { return write(text, begin) - begin; });
+  HTMLEscaper escaper(text);
+  escaper.escapeTo(text.size());
+  return escaper.finish();
 }
 
-void appendEscapedForHTML(Text& out, TextView text) {
-  if (text.size() > shortText) {
-    const std::size_t start = out.size();
-    out.resize(start + roomFor(text));
-    out.resize(static_cast<std::size_t>(write(text, out.data() + start) - out.data()));
-    return;
+HTMLMarkup::HTMLMarkup(Text text) : myText(std::move(text)) {
+  const bool isASCII = std::ranges::all_of(myText, [](char16_t unit) { return unit <= escaping::lastASCII; });
+  if (!isASCII || myText.size() > myCharacters.size()) return;
+  for (const char16_t unit : myText) myCharacters[myLength++] = static_cast<std::uint8_t>(unit);
+  myText.clear();
+}
+
+HTMLEscaper::HTMLEscaper(TextView text, std::size_t markup) : myText(text) {
+  myOut.reserve(text.size() + (longest - 1) * aboutEscaped(text) + markup);
+}
+
+void HTMLEscaper::escapeTo(std::size_t end) {
+  while (myPlace < end) {
+    if (myPlace == myBlockEnd) readBlock();
+    escapeInBlock(std::min(end, myBlockEnd));
   }
-  std::array<char16_t, longest * shortText> escaped;
-  out.append(escaped.data(), static_cast<std::size_t>(writeShort(text, escaped.data()) - escaped.data()));
+}
+
+void HTMLEscaper::append(const HTMLMarkup& markup) {
+  if (!markup.myText.empty()) return append(markup.myText);
+  makeRoom(markup.myLength);
+  std::memcpy(myCharacters.data() + myCount, markup.myCharacters.data(), markup.myCharacters.size());
+  myCount += markup.myLength;
+}
+
+void HTMLEscaper::append(TextView markup) {
+  flush();
+  myOut += markup;
+}
+
+Text HTMLEscaper::finish() {
+  flush();
+  return std::move(myOut);
+}
+
+void HTMLEscaper::readBlock() {
+  const TextView units = myText.substr(myPlace, escaping::blockUnits);
+  escaping::readBlock(units, myBlock);
+  myBlockStart = myPlace;
+  myBlockEnd = myPlace + units.size();
+  myNext = 0;
+}
+
+void HTMLEscaper::escapeInBlock(std::size_t end) {
+  makeRoom((end - myPlace) * longest);
+  const char16_t* const units = myText.data() + myBlockStart;
+  const std::uint8_t* const characters = myBlock.characters.data();
+  const std::uint16_t* next = myBlock.places.data() + myNext;
+  std::uint8_t* out = myCharacters.data() + myCount;
+  std::size_t place = myPlace - myBlockStart;
+  const std::size_t limit = end - myBlockStart;
+  for (std::size_t escape = *next; escape < limit; escape = *++next) {
+    out = copyRun(characters + place, escape - place, out);
+    out = putEscape(units[escape], out);
+    place = escape + 1;
+  }
+  out = copyRun(characters + place, limit - place, out);
+  myCount = static_cast<std::size_t>(out - myCharacters.data());
+  myNext = static_cast<std::size_t>(next - myBlock.places.data());
+  myPlace = end;
+}
+
+void HTMLEscaper::makeRoom(std::size_t characters) {
+  if (myCount + characters > capacity) flush();
+}
+
+void HTMLEscaper::flush() {
+  appendOverwritten(myOut, myCount, [this](char16_t* out) {
+    escaping::widen(myCharacters.data(), myCount, out);
+    return myCount;
+  });
+  myCount = 0;
 }
 
 }  // namespace kelvane

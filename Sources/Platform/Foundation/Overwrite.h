@@ -20,4 +20,18 @@ String overwritten(std::size_t limit, Fill fill) {
   return string;
 }
 
+// Puts at most `limit` units more at the end of `string`, which `fill(end)` writes and counts.
+template <class String, class Fill>
+void appendOverwritten(String& string, std::size_t limit, Fill fill) {
+  const std::size_t size = string.size();
+#ifdef __cpp_lib_string_resize_and_overwrite
+  string.resize_and_overwrite(size + limit, [size, &fill](auto* out, std::size_t) {
+    return size + static_cast<std::size_t>(fill(out + size));
+  });
+#else
+  string.resize(size + limit);
+  string.resize(size + static_cast<std::size_t>(fill(string.data() + size)));
+#endif
+}
+
 }  // namespace kelvane

@@ -129,10 +129,6 @@ auto orAbove(IsMember isMember, char16_t limit) {
   return [=](auto vector) { return hn::Or(isMember(vector), hn::Gt(vector, hn::Set(Units(), laneOf(limit)))); };
 }
 
-std::size_t countAnyOfOrAboveHere(TextView text, const UnitSet& set, char16_t limit) {
-  return withMembership(set, [&](auto isMember) { return countLanes(text, orAbove(isMember, limit)); });
-}
-
 // The bits of the lanes that are set.
 template <class Mask>
 std::uint64_t bitsOf(Mask mask) {
@@ -275,7 +271,6 @@ HWY_EXPORT(findUnitHere);
 HWY_EXPORT(countUnitHere);
 HWY_EXPORT(countAnyOfHere);
 HWY_EXPORT(markAnyOfHere);
-HWY_EXPORT(countAnyOfOrAboveHere);
 HWY_EXPORT(markAnyOfOrAboveHere);
 HWY_EXPORT(markEndsHere);
 HWY_EXPORT(replaceUnitHere);
@@ -303,10 +298,6 @@ static_assert(std::endian::native == std::endian::little);
 
 void markAnyOf(TextView text, const UnitSet& set, std::uint64_t* marks) {
   HWY_DYNAMIC_DISPATCH(markAnyOfHere)(text, set, marks);
-}
-
-std::size_t countAnyOfOrAbove(TextView text, const UnitSet& set, char16_t limit) {
-  return HWY_DYNAMIC_DISPATCH(countAnyOfOrAboveHere)(text, set, limit);
 }
 
 void markAnyOfOrAbove(TextView text, const UnitSet& set, char16_t limit, std::uint64_t* marks) {

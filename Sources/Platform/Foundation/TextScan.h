@@ -64,8 +64,7 @@ KELVANE_EXPORT std::size_t countAnyOf(TextView text, const UnitSet& set);
 // the first code unit's. `marks` has a bit for each code unit; those behind the last one are cleared.
 KELVANE_EXPORT void markAnyOf(TextView text, const UnitSet& set, std::uint64_t* marks);
 
-// The same two for what is in `set` or above `limit`.
-KELVANE_EXPORT std::size_t countAnyOfOrAbove(TextView text, const UnitSet& set, char16_t limit);
+// The same for what is in `set` or above `limit`.
 KELVANE_EXPORT void markAnyOfOrAbove(TextView text, const UnitSet& set, char16_t limit, std::uint64_t* marks);
 
 // Sets the bit of each place where `needle` may begin: where its first code unit stands, and its last one where it

@@ -1,6 +1,3 @@
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <bit>
 #include <random>
@@ -12,6 +9,7 @@
 #include "Platform/Foundation/TextSearch.h"
 #include "Platform/Foundation/VectorTargets.h"
 #include "Support/Testing.h"
+#include "Support/TextBeforeAGap.h"
 
 namespace kelvane {
 namespace {
@@ -38,28 +36,6 @@ std::vector<std::int64_t> supportedTargets() {
 INSTANTIATE_TEST_SUITE_P(Targets, TextScan, testing::ValuesIn(supportedTargets()), [](const auto& row) {
   return "bit" + std::to_string(std::countr_zero(static_cast<std::uint64_t>(row.param)));
 });
-
-// A text at the very end of readable memory: whatever reads behind it ends the program.
-class TextBeforeAGap {
- public:
-  explicit TextBeforeAGap(TextView text) : mySize(2 * static_cast<std::size_t>(sysconf(_SC_PAGESIZE))) {
-    myPages = static_cast<char*>(mmap(nullptr, mySize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
-    mprotect(myPages + mySize / 2, mySize / 2, PROT_NONE);
-    auto* start = reinterpret_cast<char16_t*>(myPages + mySize / 2) - text.size();
-    std::copy(text.begin(), text.end(), start);
-    myText = TextView(start, text.size());
-  }
-  ~TextBeforeAGap() { munmap(myPages, mySize); }
-  TextBeforeAGap(const TextBeforeAGap&) = delete;
-  TextBeforeAGap& operator=(const TextBeforeAGap&) = delete;
-
-  TextView text() const { return myText; }
-
- private:
-  std::size_t mySize;
-  char* myPages;
-  TextView myText;
-};
 
 // Everything that the loops tell of one text, against loops of one line each.
 void expectAsPlainLoops(TextView text, const UnitSet& set) {
