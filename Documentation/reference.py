@@ -7,7 +7,8 @@
 
 A comment documents the declaration that follows it, and also those that follow that one without a blank line. In front
 of the namespace it documents the file; alone between blank lines it is an introduction to what follows. It begins with
-selectors where there are any, and lines that are indented by two blanks more are code.
+selectors where there are any. What stands between "```cpp" and "```" is an example; lines that are indented by two
+blanks more are shown as they are.
 """
 import collections
 import pathlib
@@ -57,15 +58,18 @@ def documentation(lines):
     names = ", ".join(f"<code>{escaped(selector)}</code>" for selector in selectors)
     if selectors and (not rest or not rest[0]):
         return [f"Selector: {names}.", *documentation(rest[1:])]
-    out = []
-    in_code = False
+    out, block = [], None
     for line in rest:
-        is_code = line.startswith("  ") or (in_code and not line)
-        if is_code != in_code:
-            out.append("@code{.cpp}" if is_code else "@endcode")
-            in_code = is_code
-        out.append(line[2:] if in_code else rendered(line))
-    if in_code:
+        fence = line.startswith("```")
+        is_indented = line.startswith("  ") or (block == "indented" and not line)
+        kind = "example" if (block == "example") != fence else "indented" if is_indented else None
+        if kind != block:
+            out += ["@endcode"] if block else []
+            out += ["@code{.cpp}" if kind == "example" else "@code{.unparsed}"] if kind else []
+            block = kind
+        if not fence:
+            out.append(line if kind == "example" else line[2:] if kind else rendered(line))
+    if block:
         out.append("@endcode")
     # Behind the text, whose first sentence is what lists show.
     return out + ["", f"Selector: {names}."] if selectors else out
@@ -94,6 +98,12 @@ class Header:
         self.comment = []
         self.introduction = []
         self.parentheses = 0
+
+    def class_comment(self):
+        """What introduces a header that does not do so itself: the comment of its class, or else of the first one."""
+        scopes = [(SCOPE.match(declaration.text), declaration.comment) for declaration in self.declarations]
+        classes = {scope[2]: comment for scope, comment in reversed(scopes) if scope and "class" in scope[1] and comment}
+        return classes.get(self.path.stem) or next(reversed(classes.values()), [])
 
     def in_declarations(self):
         return None not in self.scopes
@@ -202,13 +212,13 @@ def filtered(path):
         elif declaration.comment:
             before.setdefault(declaration.start, documentation(declaration.comment))
     # As a group, a unit has one page with all of its documentation; the pages of files only list what is in them.
-    out = [f"/// @defgroup {unit_of(path)} {path.name}", f"/// @ingroup folder_{path.parent.name}", "///"]
-    out += ["/// " + line for line in documentation(header.file_comment + ["", f'`#include "{included(path)}"`'])]
+    out = [f"/// @defgroup {unit_of(path)} {included(path)}", f"/// @ingroup folder_{path.parent.name}", "///"]
+    out += ["/// " + line for line in documentation(header.file_comment or header.class_comment())]
     for number, line in enumerate(header.lines):
-        out += ["/// @}"] if re.match(r"}  // namespace kelvane(?!::detail)", line) else []
+        out += ["/// @}"] if re.match(r"}  // namespace (?!.*detail)", line) else []
         out += ["/// " + text if text else "///" for text in before.get(number, [])]
         out.append("" if number in left_out else line)
-        out += [f"/// @addtogroup {unit_of(path)}", "/// @{"] if re.match(r"namespace kelvane(::(?!detail)\w+)? {", line) else []
+        out += [f"/// @addtogroup {unit_of(path)}", "/// @{"] if re.match(r"namespace (?!.*detail)[\w:]+ {", line) else []
     return "\n".join(out)
 
 

@@ -14,9 +14,12 @@ namespace kelvane {
 // Groups objects into buckets by key. Objects stand in their bucket in the order in which they were put, as often as
 // they were put; nothing is ever removed.
 //
-//   QNBucketDictionary<Text, Ref<Person>> byTown;
-//   byTown.putObject(person, person->town());
-//   for (const Ref<Person>& person : byTown.objectsFromsBucketWithKey(u"Ulm")) ...
+// ```cpp
+// QNBucketDictionary<Text, Text> byTown;
+// byTown.putObject(u"Ann", u"Ulm");
+// byTown.putObject(u"Bob", u"Ulm");
+// for (const Text& name : byTown.objectsFromsBucketWithKey(u"Ulm")) std::cout << utf8(name) << '\n';
+// ```
 //
 // Keys are found by equality and hash. An object as a key is copied, so that it cannot change under the dictionary:
 // std::invalid_argument when its class cannot be copied. One thread at a time.

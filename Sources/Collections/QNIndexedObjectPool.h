@@ -20,9 +20,11 @@ namespace kelvane {
 // Keeps objects that are shared, each once, and finds them by a number that they tell about themselves. What nobody
 // else refers to any more, it can drop.
 //
-//   QNIndexedObjectPool<Ref<Track>> pool(&Track::number);
-//   pool.addObject(track);
-//   const Ref<Track> found = pool.objectById(4711);
+// ```cpp
+// QNIndexedObjectPool<Ref<Person>> pool([](const Ref<Person>& person) { return person->number(); });
+// pool.addObject(ann);
+// const Ref<Person> found = pool.objectById(4711);
+// ```
 //
 // Objects are the same when they are equal, whatever their identifiers. Identifiers are asked for anew at each look-up
 // and never kept. Everything but `count` takes time linear in the number of objects; the pool is made for some hundred.

@@ -18,8 +18,10 @@ namespace kelvane {
 
 // Draws objects at random from a list, none twice.
 //
-//   QNRandomArray<Text> names({u"Ann", u"Bob", u"Cem"});
-//   const std::vector<Text> two = names.randomObjects(2);
+// ```cpp
+// QNRandomArray<Text> names({u"Ann", u"Bob", u"Cem"});
+// const std::vector<Text> two = names.randomObjects(2);
+// ```
 //
 // Both ways of drawing also take a source of random 32-bit words to use in place of the system's, such as a
 // std::mt19937, for draws that can be repeated. One thread at a time.

@@ -14,10 +14,12 @@ namespace kelvane {
 
 // Last in, first out, with a look below the top, a push that refuses duplicates, and a pop down to a marker.
 //
-//   QNStack<Text> open;
-//   open.push(u"html");
-//   open.push(u"p");
-//   open.popUntil(u"html");  // "p", "html"
+// ```cpp
+// QNStack<Text> open;
+// open.push(u"html");
+// open.push(u"p");
+// open.popUntil(u"html");  // "p", "html"
+// ```
 //
 // Elements are never nil: pushing nil raises std::invalid_argument. Reading where nothing is gives nil (T() for plain
 // values). One thread at a time.

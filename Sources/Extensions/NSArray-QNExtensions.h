@@ -11,6 +11,12 @@
 
 // Operations on arrays, for NSArray and for a host's own std::vector. The receiver is the first parameter. One thread
 // at a time, as for the arrays.
+//
+// ```cpp
+// std::vector<Text> tasks{u"rest", u"work", u"eat"};
+// moveUpObjectAtIndex(tasks, 0);                       // "work", "rest", "eat"
+// const Text next = fetchAndRemoveFirstObject(tasks);  // "work"
+// ```
 namespace kelvane {
 
 // firstObject  The element at index 0; nil when the array is empty.

@@ -10,6 +10,13 @@
 // Styled text from a small subset of HTML, and back; and as RTF. All pages and any tags are read by
 // NSStringExtensions::stringWithHTMLString, which keeps no styles.
 //
+// ```cpp
+// NSAttributedStringExtensions::didLoad();  // once, at the host's start
+// const NSAttributedString styled = attributedStringWithHTML(u"Read <b>this</b>");
+// const Text html = htmlString(styled);
+// const std::vector<std::uint8_t> file = rtf(styled);
+// ```
+//
 // The conversions share the state that the functions of NSAttributedStringExtensions set, without a lock: main thread
 // only. The exception is `rtf`, which may run on any thread.
 namespace kelvane {

@@ -9,6 +9,15 @@
 // Outlines that interfaces draw again and again: plates, whose short ends are half circles, and rectangles with round
 // corners. Rectangles are taken as they are given, not standardised: one of negative width or height is no area. Any
 // thread, a path being used by one at a time.
+//
+// ```cpp
+// NSBezierPath outline = NSBezierPathExtensions::bezierPathWithRoundedRect({0, 0, 120, 24}, 6);
+// if (NSGraphicsContext* context = NSGraphicsContext::currentContext()) {
+//   context->setFillColor(NSColor::lightGrayColor());
+//   outline.fill();
+//   strokeInside(outline);
+// }
+// ```
 namespace kelvane {
 
 // Bits of a corner mask; others count for nothing.

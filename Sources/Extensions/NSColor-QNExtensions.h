@@ -5,6 +5,14 @@
 #include "Platform/Foundation/NSColor.h"
 #include "Platform/Foundation/Text.h"
 
+// Colours as a host meets them: written in HTML, and behind text. Any thread.
+//
+// ```cpp
+// if (const auto colour = NSColorExtensions::colorWithHtmlDefinition(u"navy")) {
+//   const NSColor label = contrastingColor(*colour);  // white
+//   const Text definition = htmlDefinition(*colour);  // "#000080"
+// }
+// ```
 namespace kelvane {
 
 // htmlDefinition  "#" and six hexadecimal digits; QNColorPalette.h tells the rules.

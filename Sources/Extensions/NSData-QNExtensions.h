@@ -14,6 +14,11 @@
 //   encodeDataToBase64("AB")          => u"QUI="
 //   decodeDataFromBase64(u"QU\nI=")   => "AB"
 //
+// ```cpp
+// const std::vector<std::uint8_t> bytes = NSDataExtensions::decodeDataFromBase64(u"QUI=");
+// const std::optional<Text> text = NSDataExtensions::encodeDataToBase64(bytes);
+// ```
+//
 // Writing is strict. Reading is lenient by design and never fails: it makes the best of whatever it is given, by the
 // rules below. To tell good Base64 from bad, compare with what the result encodes to. Pure functions, any thread.
 namespace kelvane::NSDataExtensions {

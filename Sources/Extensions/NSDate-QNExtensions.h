@@ -17,6 +17,11 @@
 //   localeDateAndTimeString      March 1, 2009 at 5:05 PM
 //   localeLongDateAndTimeString  March 1, 2009 at 5:05:09 PM
 //
+// ```cpp
+// const Text stamp = isoDateString(NSDate());
+// const Ref<NSCalendarDate> sameSecond = NSDateExtensions::dateWithIsoDateString(stamp);
+// ```
+//
 // The first three are the same whatever the user's language, count by the Gregorian calendar at all times, and cut
 // fractions of a second toward the past. Where clocks were apart from UTC by odd seconds, as before railways, they show
 // the time by whole minutes, so that what is read back is the same instant. All forms are empty for NaN and outside the

@@ -11,8 +11,11 @@
 
 // Settings and documents by type, in dictionaries with text keys:
 //
-//   encodeBool(settings, true, u"visible");
-//   const bool isVisible = decodeBoolForKey(settings, u"visible");
+// ```cpp
+// NSMutableDictionary settings;
+// encodeBool(settings, true, u"visible");
+// const bool isVisible = decodeBoolForKey(settings, u"visible");
+// ```
 //
 // The three readers at the top ask `valueForKey`, so that keys which begin with "@" mean properties of the dictionary
 // itself; all else asks `objectForKey`. One thread at a time, like the dictionaries.

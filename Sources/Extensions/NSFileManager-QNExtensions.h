@@ -14,6 +14,13 @@
 
 // Operations on files: listing, making, removing, the trash, links, names that are free.
 //
+// ```cpp
+// const NSFileManager& files = NSFileManagerExtensions::threadSafeManager();
+// if (createDirectoryRecursivlyAtPath(files, folder, nullptr))
+//   if (const auto name = createUniqueFileAtPath(files, folder, u"Untitled", u"txt"))
+//     std::cout << utf8(*name) << '\n';  // Untitled.txt, or Untitled-1.txt
+// ```
+//
 // Failures are logged and answered with nil, false, empty or nothing. Who wants to know more gives an `error`, where
 // there is one: it is set to the first failure, and otherwise left alone; null is fine. Nil paths are std::nullopt. Any
 // thread, each with its own manager (NSFileManagerExtensions::threadSafeManager).

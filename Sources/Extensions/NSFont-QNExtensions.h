@@ -9,6 +9,10 @@
 
 // Looking fonts up by name (NSFont::fontWithName) in such a way that there is always one: nothing only on a machine
 // without any fonts. Each step down is logged. Any thread.
+//
+// ```cpp
+// const auto font = NSFontExtensions::fontWithNameAlternatives({u"Fira Code", u"DejaVu Sans Mono"}, 13);
+// ```
 namespace kelvane::NSFontExtensions {
 
 // fontWithName:size:defaultFont:  The font of that name, else the default font as it is, in its own size, else the

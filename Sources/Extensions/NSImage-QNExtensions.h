@@ -10,6 +10,11 @@
 #include "Platform/Foundation/Text.h"
 
 // Loading, drawing, sizes and JPEG forms of images. Failures are logged. One thread at a time.
+//
+// ```cpp
+// if (const Ref<NSImage> photo = NSImage::imageWithContentsOfFile(u"/tmp/garden.png"))
+//   writeJPGRepresentationToFile(normalizeSize(*photo), u"/tmp/garden.jpg");
+// ```
 namespace kelvane {
 
 class NSView;

@@ -9,6 +9,11 @@
 
 // Operations on a menu and all that opens from it. They take items in order, each one before those of its submenu. A
 // null action is that of items without action. Linear. Main thread only.
+//
+// ```cpp
+// changeItemTitle(*mainMenu, u"Hide Sidebar", SEL(u"toggleSidebar:"));
+// if (const auto item = itemWithAction(*mainMenu, SEL(u"openDocument:"))) item->performAction();
+// ```
 namespace kelvane {
 
 // itemWithAction:  The first item that has the action; nil when none has.

@@ -6,6 +6,11 @@
 #include "Platform/Foundation/Text.h"
 
 // Where a split view's dividers are, kept in NSUserDefaults::standardUserDefaults(). Main thread only.
+//
+// ```cpp
+// loadDividerPosition(*splitView, u"sidebar");  // when it opens
+// saveDividerPosition(*splitView, u"sidebar");  // when it closes
+// ```
 namespace kelvane {
 
 // firstSubview, secondSubview  The panes at index 0 and 1; std::out_of_range when there are not that many.

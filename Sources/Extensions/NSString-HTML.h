@@ -7,6 +7,11 @@
 
 // Text and HTML: escaping, the text of a page, addresses. The receiver is the first parameter. Linear; any thread, but
 // for `hyperlink`, which asks for a font.
+//
+// ```cpp
+// const Text paragraph = u"<p>" + htmlString(u"1 < 2 & so on") + u"</p>";
+// const std::optional<Text> plain = NSStringExtensions::stringWithHTMLString(paragraph);  // "1 < 2 & so on"
+// ```
 namespace kelvane {
 
 class NSAttributedString;

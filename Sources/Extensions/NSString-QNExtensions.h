@@ -18,6 +18,13 @@
 // Operations on text: lines, tokens, trimming, quoting, tables, paths, replacement, and (NSString-HTML.h) HTML. The
 // receiver is the first parameter.
 //
+// ```cpp
+// const Text settings = removeCommentedLines(u"# The title\ncolour = \"navy\"\n");
+// for (const TextView line : componentsSeparatedByLineSeparators(settings))
+//   if (const auto value = substringFromToken(line, u"="))
+//     std::cout << utf8(removeQuots(trim(*value))) << '\n';  // navy
+// ```
+//
 // Where nothing else is said, they take time proportional to their input (and to their result, where replacing makes
 // that longer), may run on any thread, and never fail; a result longer than a text can be is std::length_error. Texts
 // may hold anything, unpaired surrogates and NUL included. What returns a TextView returns a slice of its receiver:

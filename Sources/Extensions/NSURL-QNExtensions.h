@@ -11,6 +11,14 @@
 #include "Platform/Foundation/Text.h"
 #include "Platform/Foundation/URLLimits.h"
 
+// Files and servers behind URLs. Any thread.
+//
+// ```cpp
+// const Ref<NSURL> address = NSURL::URLWithString(u"https://example.org/garden.png");
+// if (isReachable(address))
+//   if (const auto file = qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(address, u"png"))
+//     std::cout << utf8(file->absoluteString()) << '\n';
+// ```
 namespace kelvane {
 
 namespace NSURLExtensions {

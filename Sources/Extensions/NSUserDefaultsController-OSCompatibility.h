@@ -14,9 +14,11 @@
 // The user's preferences by type, through the application's shared controller, so that whoever observes them hears each
 // change at once:
 //
-//   auto& preferences = NSUserDefaultsControllerExtensions::standardUserDefaults();
-//   setFloat(preferences, 1.5F, u"zoom");
-//   const float zoom = floatForKey(preferences, u"zoom", 1.0F);
+// ```cpp
+// auto& preferences = NSUserDefaultsControllerExtensions::standardUserDefaults();
+// setFloat(preferences, 1.5F, u"zoom");
+// const float zoom = floatForKey(preferences, u"zoom", 1.0F);
+// ```
 //
 // The receiver is any controller, but all of these read and write the shared one. A reader takes a number, or text that
 // holds one; a value of another kind reads as if it were missing. Nothing here fails, except that

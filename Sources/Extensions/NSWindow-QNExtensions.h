@@ -12,6 +12,11 @@
 
 // Operations on windows: placing them, sizing them, and keeping their frames in the preferences.
 //
+// ```cpp
+// loadFrameFromUserDefaultsForKey(*window, u"editor", true, NSWindowExtensions::goldenMiddle);  // when it opens
+// saveFrameToUserDefaultsForKey(*window, u"editor", true);                                      // when it closes
+// ```
+//
 // "The screen" is the main screen's visible frame, the zero rectangle where there is no screen. WindowPlacement.h has
 // the geometry as functions of plain rectangles. Where the desktop gives windows no positions
 // (Desktop::windowsHavePositions), sizes are set and restored all the same. Main thread only.

@@ -16,9 +16,11 @@ class UnitPlaces;
 // A table of tab-separated values: a row of column names and rows of cells, made by `arrayFromTSV`. It owns its text,
 // and its rows are dictionaries from column name to cell:
 //
-//   const TSVTable people = arrayFromTSV(text);
-//   for (const TSVRow row : people)
-//     if (const auto age = row[u"age"]) ...
+// ```cpp
+// const TSVTable people = arrayFromTSV(u"name\tage\nAnn\t30\nBob\t\n");
+// for (const TSVRow row : people)
+//   if (const auto age = row[u"age"]) std::cout << utf8(*age) << '\n';
+// ```
 //
 // Cells are views into the table's text: nothing is copied per cell. Rows and cells are valid as long as the table is
 // neither moved, assigned to nor destroyed. Immutable.

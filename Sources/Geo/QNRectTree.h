@@ -119,11 +119,13 @@ class QNRectTreeNode : public detail::RectTreeLinks {
 // A tree of rectangles in the order of their keys that keeps itself in balance: the heights of two children never
 // differ by more than one.
 //
-//   QNRectTree<Text, Ref<Photo>> photos;
-//   const auto node = QNRectTreeNode<Text, Ref<Photo>>::RectTreeNode();
-//   node->setKey(u"/2026/garden.png");
-//   node->setRect(frame);
-//   photos.insertNode(node);
+// ```cpp
+// QNRectTree<Text, Ref<NSImage>> photos;
+// const auto node = QNRectTreeNode<Text, Ref<NSImage>>::RectTreeNode();
+// node->setKey(u"/2026/garden.png");
+// node->setRect({{0, 0}, {400, 300}});
+// photos.insertNode(node);
+// ```
 //
 // Rotations move keys, data and rectangles from node to node and leave the nodes where they are, so the root stays the
 // same object once there is one. Meant for some thousand nodes: inserting one is linear. Threads as for its nodes.

@@ -17,8 +17,11 @@ class NSView;
 // A count in white digits, such as how many items are being dragged, on the narrowest of a series of pictures that
 // holds them. Main thread only.
 //
-//   const auto badge = QNBadgeImage::badgeWithGreenImages();
-//   if (const auto image = badge.imageWithNumber(12)) image->compositeToPoint(corner, SourceOver);
+// ```cpp
+// const auto badge = QNBadgeImage::badgeWithGreenImages();
+// if (const Ref<NSImage> image = badge.imageWithNumber(12))
+//   image->compositeToPoint({80, 4}, NSCompositingOperation::SourceOver);
+// ```
 class KELVANE_EXPORT QNBadgeImage : public NSObject {
  public:
   // badgeWithImageName:  A badge on the pictures name1, name2, name3... of the library's bundle, each a "tiff" or else

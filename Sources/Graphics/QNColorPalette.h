@@ -11,6 +11,11 @@ namespace kelvane {
 // names are those of CSS, from the library's resource "QNColorPalette.plist"; it is read when a name is first asked
 // for, and without it there are no names. Thread-safe.
 //
+// ```cpp
+// const NSColor colour = QNColorPalette::colorForString(u"Orange").value_or(NSColor::blackColor());
+// const Text definition = QNColorPalette::stringForColor(colour);  // "#ffa500"
+// ```
+//
 // A gamma other than 1.0 stands between the notation and the components: each component is raised to it on the way in,
 // and to its inverse on the way out. A gamma that is not above 0 counts as 1.0.
 class KELVANE_EXPORT QNColorPalette {

@@ -10,6 +10,10 @@ namespace kelvane {
 
 // Makes rectangles visible while a layout is being worked on. Draws in the current context, whose state is the same
 // afterwards; nothing where there is none.
+//
+// ```cpp
+// QNDebug::drawRect({20, 20, 100, 40}, NSColor::redColor());
+// ```
 class KELVANE_EXPORT QNDebug {
  public:
   // drawRect:usingColor:fillBackground:  The outline and both diagonals in the colour, two units wide (one of which is

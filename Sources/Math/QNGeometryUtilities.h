@@ -8,6 +8,12 @@ namespace kelvane {
 // Fits rectangles and sizes into one another, and aligns them to pixels. The HW ratio of a rectangle or an image is its
 // height divided by its width.
 //
+// ```cpp
+// const CGSize photo{400, 300};
+// const CGRect place = QNGeometryUtilities::fitRectWithHWRatio(photo.height / photo.width, {0, 0, 100, 100});
+// const CGRect cut = QNGeometryUtilities::cropRectForInputSize(photo, {100, 100});  // {{50, 0}, {300, 300}}
+// ```
+//
 // Nothing is guarded: sizes and ratios of 0, below 0, infinite or NaN flow through the formulas as floating-point
 // numbers do, and a NaN is not greater than 1 where a ratio decides. "Integral" means CGRectIntegral. Any thread,
 // except where it is said.

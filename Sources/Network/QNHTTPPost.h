@@ -35,9 +35,11 @@ class KELVANE_EXPORT QNHTTPPostDelegate {
 
 // Sends a form, files included, to a web address, as "multipart/form-data" (RFC 7578) by POST.
 //
-//   const auto form = NSDictionary::dictionaryWithEntries(
-//       {{u"message", box(u"Well done")}, {u"log", NSURL::fileURLWithPath(u"/tmp/notebook.log")}});
-//   const std::optional<Text> answer = QNHTTPPost(u"http://example.org/feedback", nullptr).post(form);
+// ```cpp
+// const auto form = NSDictionary::dictionaryWithEntries(
+//     {{u"message", box(u"Well done")}, {u"log", NSURL::fileURLWithPath(u"/tmp/notebook.log")}});
+// const std::optional<Text> answer = QNHTTPPost(u"http://example.org/feedback", nullptr).post(form);
+// ```
 //
 // A value that is a file URL is sent as the file's contents under the last component of its path, a URL of another kind
 // as an empty part, and any other value as its description. Subclasses of NSURL are other values. Names go out as they

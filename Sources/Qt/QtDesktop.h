@@ -19,12 +19,15 @@ class QWidget;
 // The desktop on Qt 6 Widgets. A host that has a QApplication installs it once; from then on all that the library asks
 // of a desktop is answered by Qt:
 //
-//   int main(int argc, char* argv[]) {
-//     QApplication application(argc, argv);
-//     kelvane::installQtDesktop();
-//     ...
-//     return QApplication::exec();
-//   }
+// ```cpp
+// int main(int argc, char* argv[]) {
+//   QApplication application(argc, argv);
+//   kelvane::installQtDesktop();
+//   QTextEdit editor;
+//   editor.show();
+//   return QApplication::exec();
+// }
+// ```
 //
 // All of it is for the main thread, the one of the QApplication.
 namespace kelvane {
@@ -33,10 +36,16 @@ namespace kelvane {
 // display. Qt itself ends the process (SIGABRT) when it finds none, so a host that is also started by hand, over ssh or
 // by a service asks beforehand, with main's arguments:
 //
+// ```cpp
+// int main(int argc, char* argv[]) {
 //   if (const auto problem = kelvane::displayProblem(argc, argv)) {
 //     std::cerr << kelvane::utf8(*problem) << '\n';
 //     return 1;
 //   }
+//   QApplication application(argc, argv);
+//   return QApplication::exec();
+// }
+// ```
 //
 // It connects to the X server or the Wayland compositor that Qt would use by "-platform", "-display" and the
 // environment, and hangs up again. The display may still go away before Qt comes to use it. Any thread.
@@ -63,7 +72,10 @@ KELVANE_EXPORT void installQtDesktop();
 // widget there is one, always the same, for as long as the widget lives. Who holds an adapter for longer has a window
 // or a view whose original has gone.
 //
-//   positionAtGoldenMiddle(*windowFor(mainWindow));
+// ```cpp
+// QMainWindow mainWindow;
+// positionAtGoldenMiddle(*windowFor(mainWindow));
+// ```
 
 // The window that the widget is, or is in.
 //

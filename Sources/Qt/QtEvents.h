@@ -10,8 +10,13 @@ class QInputEvent;
 // with a letter to choose from a menu, which is Ctrl on Linux; NSControlKeyMask is that of the Super key, which Qt
 // calls Meta, NSAlternateKeyMask that of Alt. Qt tells nothing of Caps Lock, Help and Fn. Main thread only.
 //
+// ```cpp
+// class Page : public QWidget {
 //   void mousePressEvent(QMouseEvent* event) override {
-//     if (isAnyCommandModificationKeyPressed(*eventFrom(*event))) ...
+//     if (isAnyCommandModificationKeyPressed(*eventFrom(*event))) update();
+//   }
+// };
+// ```
 namespace kelvane {
 
 // The library's form of an event of Qt's.

@@ -12,7 +12,10 @@ class QMenuBar;
 // so that its key equivalent stays the one of the window, and every place follows what becomes of the menu. Choosing
 // an item has it perform its action, and exceptions that come out of that are logged. Main thread only.
 //
-//   attachMenu(*window.menuBar(), mainMenu);
+// ```cpp
+// QMainWindow window;
+// attachMenu(*window.menuBar(), mainMenu);
+// ```
 //
 // An item is shown thus:
 // - Its title is plain text: an ampersand is one.

@@ -13,9 +13,12 @@ class QTreeView;
 
 // Trees of the library's model objects in Qt's tree views. Main thread only.
 //
-//   auto controller = std::make_shared<NSTreeController>(u"children");
-//   controller->setContent(folders);
-//   bindOutlineView(treeView, controller, {{.title = u"Name", .keyPath = u"name", .isEditable = true}});
+// ```cpp
+// QTreeView treeView;
+// const auto controller = std::make_shared<NSTreeController>(u"children");
+// controller->setContent(folders);
+// bindOutlineView(treeView, controller, {{.title = u"Name", .keyPath = u"name", .isEditable = true}});
+// ```
 namespace kelvane {
 
 // A column shows what each model object has under the key path: truth values as check boxes, all else by its

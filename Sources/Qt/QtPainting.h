@@ -12,10 +12,14 @@ namespace kelvane {
 
 // Lets a host draw with the library where Qt paints: as long as this lives, it is the current context.
 //
-//   void Plate::paintEvent(QPaintEvent*) {
-//     const kelvane::QtPainting painting(*this);
-//     kelvane::NSBezierPathExtensions::bezierPathWithPlateInRect({4, 4, 100, 20}).fill();
+// ```cpp
+// class Plate : public QWidget {
+//   void paintEvent(QPaintEvent*) override {
+//     const QtPainting painting(*this);
+//     NSBezierPathExtensions::bezierPathWithPlateInRect({4, 4, 100, 20}).fill();
 //   }
+// };
+// ```
 //
 // Main thread only.
 class KELVANE_EXPORT QtPainting {

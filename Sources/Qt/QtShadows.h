@@ -11,9 +11,12 @@ namespace kelvane {
 // upwards, as everywhere in the library. It takes the place of any other graphics effect, of which Qt lets a widget
 // have one. Main thread only.
 //
-//   OSShadow shadow;
-//   setShadowAngle(shadow, 135, 4);
-//   setShadow(button, &shadow);
+// ```cpp
+// QPushButton button;
+// OSShadow shadow;
+// setShadowAngle(shadow, 135, 4);
+// setShadow(button, &shadow);
+// ```
 KELVANE_EXPORT void setShadow(QWidget& widget, const NSShadow* shadow);
 
 }  // namespace kelvane

@@ -22,10 +22,12 @@ inline constexpr TextView cQNPref_LogLevel = u"QNLogger_logLevel";
 
 // Who the application is, and where it keeps its files. A host sets it up once, at its start:
 //
-//   QNEnvironment& environment = QNEnvironment::sharedEnvironment();
-//   environment.setAppName(u"Notebook");
-//   environment.setupFilesAndFolders();
-//   const Text log = environment.logFilePath();
+// ```cpp
+// QNEnvironment& environment = QNEnvironment::sharedEnvironment();
+// environment.setAppName(u"Notebook");
+// environment.setupFilesAndFolders();
+// const Text log = environment.logFilePath();
+// ```
 //
 // Every path is put together when it is asked for, from the application's name and the standard folders
 // (NSSearchPath.h), and nothing is made but where it is said; what was asked for before the name changed has the old

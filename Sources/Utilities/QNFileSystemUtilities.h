@@ -14,7 +14,9 @@ class KELVANE_EXPORT QNFileSystemUtilities {
   // the Library folder of every domain, at any depth, whose path extension is among those given, letter for letter.
   // User before local before system, and within each in the order of the file system; links are not followed.
   //
-  //   pathsForLibraryResourcesOfType({u"css", u"js"}, u"Notebook/Themes")
+  // ```cpp
+  // const auto themes = QNFileSystemUtilities::pathsForLibraryResourcesOfType({u"css", u"js"}, u"Notebook/Themes");
+  // ```
   static std::vector<Text> pathsForLibraryResourcesOfType(const std::vector<Text>& types, TextView directory);
 };
 

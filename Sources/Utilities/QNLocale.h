@@ -14,8 +14,11 @@ namespace kelvane {
 // A locale by which texts can be sorted, and the lists of those that there are and that the user prefers: what a menu
 // of languages is made from.
 //
-//   for (const Ref<QNLocale>& language : QNLocale::preferedLanguages())
-//     menu.add(language->displayName().value_or(u""), language->code());
+// ```cpp
+// NSMenu menu(u"Language");
+// for (const Ref<QNLocale>& language : QNLocale::preferedLanguages())
+//   menu.addItem(std::make_shared<NSMenuItem>(language->displayName().value_or(u"")));
+// ```
 //
 // The lists are made on first use and never again, so that a change of preferences counts from the next start on.
 // Dates are written in the language that the locale belongs to, whatever its region, and in the default time zone;

@@ -40,7 +40,9 @@ class LogMessage {
 //
 //   ERROR -[NSFileManager(QNExtensions) moveFileToTrash:]:49 - Can't move file at path: '/a.txt' to trash.
 //
-//   QNLogger::sharedLogger().warn(__LINE__, __FILE__, __func__, format(u"Can't move '%@'.", path));
+// ```cpp
+// QNLogger::sharedLogger().warn(__LINE__, __FILE__, __func__, format(u"Can't move '%@'.", path));
+// ```
 //
 // Apart from messages there are events, which go to the system log alone, when their kind is switched on.
 //

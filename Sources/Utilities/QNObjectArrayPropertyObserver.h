@@ -25,8 +25,18 @@ class KELVANE_EXPORT QNObjectArrayPropertyObserverDelegate {
 // Tells its delegate, with one plain call, when an array property of an object changes or a property of one of the
 // array's elements does:
 //
+// ```cpp
+// class Sidebar : public QNObjectArrayPropertyObserverDelegate {
+//  public:
+//   void objectArrayPropertyObserverPropertyChanged(QNObjectArrayPropertyObserver&) override { isCurrent = false; }
+//   bool isCurrent = false;
+// };
+//
+// void keepCurrent(const std::shared_ptr<Sidebar>& sidebar, QNObjectArrayPropertyObserver& observer) {
 //   observer.setDelegate(sidebar);
 //   observer.observerObject(document, u"items", u"name");
+// }
+// ```
 //
 // Observed object, delegate and array are not kept alive. It can begin anew after `removeObserver`; beginning twice
 // leaves the first registrations in place, whose notifications then count as nobody's. Main thread only.

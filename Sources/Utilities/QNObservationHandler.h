@@ -16,9 +16,13 @@ namespace kelvane {
 
 // Lets one target follow a property of every element of an array that hangs off a subject, while elements come and go:
 //
-//   handler.setTarget(this);
-//   handler.setSubject(document, u"items", &itemsContext);
-//   handler.setPropertyKeyPath(u"name", NSKeyValueObservingOptionNew, &nameContext);
+// ```cpp
+// char itemsContext, nameContext;
+// QNObservationHandler handler;
+// handler.setTarget(observer);
+// handler.setSubject(document.get(), u"items", &itemsContext);
+// handler.setPropertyKeyPath(u"name", NSKeyValueObservingOptionNew, &nameContext);
+// ```
 //
 // From then on the target's `observeValueForKeyPath` gets each change of an element's name under &nameContext and each
 // change of the array under &itemsContext, just as if it were registered itself.

@@ -12,10 +12,12 @@ namespace kelvane {
 // The markup tags that are open, for whoever writes markup: it gives the text that opens a tag, that closes one even
 // when others were opened within it, and that closes all. What is written in this way is always properly nested.
 //
-//   QNTagStack tags;
-//   Text html = tags.openTag(u"<b>") + u"bold " + tags.openTag(u"<i>") + u"both ";
-//   html += tags.closeTag(u"<b>") + u"italic" + tags.flushTags();
-//   // "<b>bold <i>both </i></b><i>italic</i>"
+// ```cpp
+// QNTagStack tags;
+// Text html = tags.openTag(u"<b>") + u"bold " + tags.openTag(u"<i>") + u"both ";
+// html += tags.closeTag(u"<b>") + u"italic" + tags.flushTags();
+// // "<b>bold <i>both </i></b><i>italic</i>"
+// ```
 //
 // An entry is an opening tag without attributes, such as "<font>"; entries are compared as text and never parsed. The
 // closing form of an entry has "/" behind its first code unit: "</font>".

@@ -8,6 +8,10 @@
 namespace kelvane {
 
 // Checks of what users type in. Any thread.
+//
+// ```cpp
+// const bool isAddress = QNValidationHelper::validateEmail(u"ann@example.org");
+// ```
 class KELVANE_EXPORT QNValidationHelper {
  public:
   // validateEmail:  Whether the whole text has the form of an e-mail address:

@@ -14,6 +14,12 @@
 namespace kelvane {
 
 // A picture of a nominal size in points, in one or several representations, in order. One thread at a time.
+//
+// ```cpp
+// const Ref<NSImage> dot = NSImage::imageWithSize({16, 16}, [] {
+//   NSBezierPathExtensions::bezierPathWithRoundedRect({0, 0, 16, 16}, 8).fill();
+// });
+// ```
 class KELVANE_EXPORT NSImage : public NSObject {
  public:
   // Without representations, of the size of the first one that is added.

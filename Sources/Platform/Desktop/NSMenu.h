@@ -73,6 +73,13 @@ class KELVANE_EXPORT NSMenuObserver {
 
 // A list of items, of which each may hold another menu. An item is in one menu at most and a menu in one item, so that
 // menus are trees: what would make a circle is refused. Main thread only.
+//
+// ```cpp
+// const auto menu = std::make_shared<NSMenu>(u"File");
+// const auto open = std::make_shared<NSMenuItem>(u"Open...", SEL(u"openDocument:"), u"o");
+// open->setHandler([](NSMenuItem& item) { std::cout << utf8(item.title()) << " was chosen\n"; });
+// menu->addItem(open);
+// ```
 class KELVANE_EXPORT NSMenu : public NSObject {
  public:
   // initWithTitle:

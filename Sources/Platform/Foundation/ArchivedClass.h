@@ -13,11 +13,29 @@
 // The classes whose objects can stand in archives. The library's own values, collections, fonts, colours and styled
 // texts do; a host adds its classes once, before it writes or reads:
 //
-//   registerArchivedClass<Person>(u"Person");      // Person names its properties, as NSObject.h shows
+// ```cpp
+// registerArchivedClass<Person>(u"Person");  // Person names its properties, as NSObject.h shows
+// ```
 //
 // or, where the properties do not tell all,
 //
-//   registerArchivedClass(typeid(Person), {u"Person", 1, encodePerson, decodePerson});
+// ```cpp
+// class Track : public NSObject {
+//  public:
+//   explicit Track(Text theTitle) : title(std::move(theTitle)) {}
+//   const Text title;
+// };
+//
+// void registerTrack() {
+//   registerArchivedClass(typeid(Track), {u"Track", 1,
+//                                         [](const NSObject& object, ArchiveEncoder& encoder) {
+//                                           encoder.encodeText(static_cast<const Track&>(object).title);
+//                                         },
+//                                         [](ArchiveDecoder& decoder) -> Ref<NSObject> {
+//                                           return std::make_shared<Track>(decoder.decodeText());
+//                                         }});
+// }
+// ```
 //
 // Any thread.
 namespace kelvane {

@@ -68,9 +68,11 @@ inline std::error_code writeFileAtomically(const std::string& path, std::string_
 
 // The same for bytes that come little by little:
 //
-//   AtomicFileWriter writer(path);
-//   while (...) writer.append(bytes);
-//   if (const auto error = writer.commit()) ...
+// ```cpp
+// AtomicFileWriter writer("/tmp/numbers");
+// for (int i = 0; i < 1'000'000; ++i) writer.append(std::to_string(i) + "\n");
+// if (const std::error_code error = writer.commit()) std::cerr << error.message() << '\n';
+// ```
 //
 // Until `commit` the file is as it was; without it, nothing is left behind. After an error nothing more is written, and
 // every call gives that error again. One thread at a time.

@@ -16,9 +16,12 @@
 
 // Plain values as objects, and back.
 //
-//   dictionary->setObject(box(u"Ann"), u"name");
-//   dictionary->setObject(box(30), u"age");
-//   const int age = unbox<int>(dictionary->objectForKey(u"age"));
+// ```cpp
+// NSMutableDictionary person;
+// person.setObject(box(u"Ann"), u"name");
+// person.setObject(box(30), u"age");
+// const int age = unbox<int>(person.objectForKey(u"age"));
+// ```
 //
 // Numbers, truth values, enumerations (as their numbers), text, geometry and ranges, objects that are held by value
 // (NSDate), references, and std::optional of all these, whose nothing is nil.

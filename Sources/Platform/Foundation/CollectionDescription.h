@@ -15,12 +15,16 @@ KELVANE_EXPORT void appendQuotedUnlessWord(Text& out, TextView text);
 
 // Writes the brackets and the starts of lines of one collection's description:
 //
-//   CollectionDescription lines(out, *this, within, u'(', u')');
-//   for (const auto& element : myElements) {
+// ```cpp
+// void appendDescription(Text& out, const NSArray& array, const DescriptionNesting& within) {
+//   CollectionDescription lines(out, array, within, u'(', u')');
+//   for (const Ref<NSObject>& element : array) {
 //     if (!lines.startLine()) break;
 //     element->appendDescription(out, lines.nesting());
 //   }
 //   lines.end();
+// }
+// ```
 //
 // One thread, within one description.
 class KELVANE_EXPORT CollectionDescription {

@@ -15,8 +15,10 @@
 
 // Messages built from a format and values, as in C:
 //
-//   format(u"Can't move '%@' to %@.", path, target)
-//   format(u"%s %s:%d - %@", label, method, line, message)
+// ```cpp
+// const Text message = format(u"Can't move '%@' to %@.", path, NSTemporaryDirectory());
+// const Text line = format(u"%s %s:%d - %@", "WARN", __func__, __LINE__, message);
+// ```
 //
 // A format is always a literal, and is checked against its arguments when compiled: their number, their kinds, and that
 // every "%" begins a conversion. Text from elsewhere can only be an argument. The result is the same in every locale.

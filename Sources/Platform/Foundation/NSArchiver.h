@@ -10,8 +10,13 @@
 
 // Object archives: whole graphs of objects as bytes, for documents, pasteboards and preferences.
 //
-//   const ArchivedData archived = NSArchiver::archivedDataWithRootObject(document);
+// ```cpp
+// const ArchivedData archived = NSArchiver::archivedDataWithRootObject(document);
+// if (archived.data) {
 //   const UnarchivedObject read = NSUnarchiver::unarchiveObjectWithData(*archived.data);
+//   std::cout << read.object->isEqual(*document) << '\n';  // 1
+// }
+// ```
 //
 // What comes out is equal to what went in, class by class, and an object that several others refer to is one again.
 // ArchivedClass.h tells which classes can be archived. Graphs in which an object leads back to itself cannot.

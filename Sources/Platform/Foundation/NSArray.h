@@ -10,7 +10,14 @@ namespace kelvane {
 
 // Objects in an order. Elements are never nil (NSNull::null() stands for it): giving nil raises std::invalid_argument,
 // an index beyond the end std::out_of_range. Two arrays are equal when their elements are, one by one. Immutable (its
-// mutable form is not); the elements are shared, not copied.
+// mutable form is not); the elements are shared, not copied. Boxing.h makes objects of plain values.
+//
+// ```cpp
+// const auto names = std::make_shared<NSMutableArray>();
+// names->addObject(box(u"Ann"));
+// names->addObject(box(u"Bob"));
+// std::cout << names->indexOfObject(box(u"Bob")) << '\n';  // 1
+// ```
 class KELVANE_EXPORT NSArray : public NSObject {
  public:
   NSArray() = default;

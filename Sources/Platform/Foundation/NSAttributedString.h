@@ -12,9 +12,12 @@
 
 // Styled text: text whose stretches carry dictionaries of attributes.
 //
-//   NSMutableAttributedString text(u"Read this");
-//   text.addAttribute(NSLinkAttributeName, box(u"https://example.org"), {5, 4});
-//   for (const AttributeRun run : text.runs()) draw(text.string(), run.range, run.attributes);
+// ```cpp
+// NSMutableAttributedString text(u"Read this");
+// text.addAttribute(NSLinkAttributeName, box(u"https://example.org"), {5, 4});
+// for (const AttributeRun run : text.runs())
+//   std::cout << run.range.location << ": " << utf8(run.attributes->description()) << '\n';
+// ```
 namespace kelvane {
 
 // The attributes that the library reads and writes. A host may use any names of its own.

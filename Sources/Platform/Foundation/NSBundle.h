@@ -11,6 +11,10 @@ namespace kelvane {
 
 // An application's folder and what it says of itself: "X.app" (or any folder) around "Contents", where
 // "Contents/Info.plist" is the information dictionary. Immutable.
+//
+// ```cpp
+// const std::optional<Text> page = NSBundle::mainBundle().pathForResource(u"Welcome", u"html");
+// ```
 class KELVANE_EXPORT NSBundle {
  public:
   // The running program's bundle: the folder around the "Contents" that the executable lies in, else the executable's

@@ -13,7 +13,12 @@ namespace kelvane {
 // Objects under text keys, in ascending order of the keys' code units, so that everything made from a dictionary comes
 // out the same in every run. Values are never nil: giving nil raises std::invalid_argument. Two dictionaries are equal
 // when they have equal values under the same keys. Immutable (its mutable form is not); the values are shared, not
-// copied.
+// copied. Boxing.h makes objects of plain values.
+//
+// ```cpp
+// const auto person = NSDictionary::dictionaryWithEntries({{u"name", box(u"Ann")}, {u"age", box(30)}});
+// for (const auto& [key, value] : *person) std::cout << utf8(key) << ": " << utf8(value->description()) << '\n';
+// ```
 class KELVANE_EXPORT NSDictionary : public NSObject {
  public:
   using Entries = std::map<Text, Ref<NSObject>, TextOrder>;

@@ -13,8 +13,10 @@ namespace kelvane {
 // the order of the file system. Links are given and not followed; folders that cannot be read, and items that vanish,
 // are passed over. Memory for the names of one folder and those above it. One thread at a time.
 //
-//   NSDirectoryEnumerator walk(u"/usr/share/icons");
-//   while (const auto path = walk.nextObject()) use(*path);
+// ```cpp
+// NSDirectoryEnumerator walk(u"/usr/share/icons");
+// while (const std::optional<Text> path = walk.nextObject()) std::cout << utf8(*path) << '\n';
+// ```
 class KELVANE_EXPORT NSDirectoryEnumerator {
  public:
   // enumeratorAtPath:  A link at `path` is followed. A walk that cannot begin gives nothing.

@@ -19,6 +19,11 @@ inline constexpr TextView NSFilePathErrorKey = u"NSFilePath";
 inline constexpr TextView NSUnderlyingErrorKey = u"NSUnderlyingError";
 
 // What went wrong: a domain, a code within it, and a dictionary of details. Immutable.
+//
+// ```cpp
+// Ref<NSError> error;
+// if (!NSFileManager().removeItemAtPath(path, &error)) std::cerr << utf8(error->localizedDescription()) << '\n';
+// ```
 class KELVANE_EXPORT NSError : public NSObject {
  public:
   // `userInfo` may be nil.

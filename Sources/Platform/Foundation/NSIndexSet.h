@@ -12,6 +12,11 @@ namespace kelvane {
 // A set of indexes, in ascending order. It holds ranges, so that a set of many neighbours is as small and quick as one
 // of few. Indexes go up to 2^63 - 2; one beyond raises std::out_of_range. Two sets are equal when they hold the same
 // indexes. Immutable (its mutable form is not).
+//
+// ```cpp
+// const NSIndexSet selection(NSRange{10, 3});
+// std::cout << selection.count() << ' ' << selection.lastIndex() << '\n';  // 3 12
+// ```
 class KELVANE_EXPORT NSIndexSet : public NSObject {
  public:
   // What stands for an index where there is none.

@@ -11,7 +11,9 @@ namespace kelvane {
 
 // An array property as an array to be changed, so that its observers hear what happened where:
 //
-//   notebook->mutableArrayValueForKey(u"notes").addObject(note);
+// ```cpp
+// notebook->mutableArrayValueForKey(u"notes").addObject(note);
+// ```
 //
 // Each operation is one change: an insertion, removal, replacement or setting. Where the property holds a mutable
 // array, that very one is changed; where it holds an immutable one, or nil, a changed copy is set in its place. The

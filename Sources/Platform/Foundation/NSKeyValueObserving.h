@@ -12,15 +12,17 @@
 
 // Observing: an object hears when a property of another changes.
 //
-//   class Window : public NSObject {
-//    public:
-//     explicit Window(Note& note) { note.addObserver(*this, u"title", NSKeyValueObservingOptionNew, nullptr); }
-//     ~Window() override { stopObserving(); }
-//     void observeValueForKeyPath(TextView keyPath, NSObject& object, const NSKeyValueChange& change,
-//                                 void* context) override {
-//       setTitle(change.newValueAs<Text>());
-//     }
-//   };
+// ```cpp
+// class Greeter : public NSObject {
+//  public:
+//   explicit Greeter(Person& person) { person.addObserver(*this, u"name", NSKeyValueObservingOptionNew, nullptr); }
+//   ~Greeter() override { stopObserving(); }
+//   void observeValueForKeyPath(TextView keyPath, NSObject& object, const NSKeyValueChange& change,
+//                               void* context) override {
+//     std::cout << "Hello, " << utf8(change.newValueAs<Text>()) << '\n';
+//   }
+// };
+// ```
 //
 // What can be observed. Every property of a class (Properties.h). It is heard when it is set by key, when a setter uses
 // `setField`, when an array property is changed through `mutableArrayValueForKey`, and when the class says so between

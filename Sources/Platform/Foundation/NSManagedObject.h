@@ -14,10 +14,12 @@ namespace kelvane {
 // one, names a property for it, which then stands before the attribute of that name. The primitive accessors go to the
 // stored value itself and tell nobody.
 //
-//   class Note : public NSManagedObject {
-//    public:
-//     Note() : NSManagedObject({u"title", u"text"}) {}
-//   };
+// ```cpp
+// class Note : public NSManagedObject {
+//  public:
+//   Note() : NSManagedObject({u"title", u"text"}) {}
+// };
+// ```
 //
 // A store that fetches values when they are needed, or wants to know what was changed, overrides the two hooks. One
 // thread at a time.

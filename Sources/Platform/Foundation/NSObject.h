@@ -45,20 +45,22 @@ struct DescriptionNesting {
 //
 // A class of the host joins in by deriving from NSObject and naming its properties once (Properties.h):
 //
-//   class Person : public NSObject {
-//    public:
-//     const Text& name() const { return myName; }
-//     void setName(Text name) { setField(myName, std::move(name)); }
-//     const PropertyTable& propertyTable() const override {
-//       static const PropertyTable table(NSObject::propertyTable(),
-//                                        {property(u"name", &Person::myName), property(u"age", &Person::myAge)});
-//       return table;
-//     }
+// ```cpp
+// class Person : public NSObject {
+//  public:
+//   const Text& name() const { return myName; }
+//   void setName(Text name) { setField(myName, std::move(name)); }
+//   const PropertyTable& propertyTable() const override {
+//     static const PropertyTable table(NSObject::propertyTable(),
+//                                      {property(u"name", &Person::myName), property(u"age", &Person::myAge)});
+//     return table;
+//   }
 //
-//    private:
-//     Text myName;
-//     int myAge = 0;
-//   };
+//  private:
+//   Text myName;
+//   int myAge = 0;
+// };
+// ```
 //
 // One thread at a time, unless a class says otherwise.
 class KELVANE_EXPORT NSObject : public std::enable_shared_from_this<NSObject> {

@@ -11,8 +11,10 @@ namespace kelvane {
 // The loop of a thread, on which background work calls back. Each thread has one; the library runs none of them: a host
 // does, where it has time to wait.
 //
-//   post.postAndNotify(form);
-//   NSRunLoop::currentRunLoop().run();   // returns when the post, and whatever else was going on, has come to its end
+// ```cpp
+// post.postAndNotify(form);
+// NSRunLoop::currentRunLoop().run();  // returns when the post, and whatever else was going on, has come to its end
+// ```
 //
 // A host with an event loop of its own gives that to `setEventLoop`, and need not run this one.
 //

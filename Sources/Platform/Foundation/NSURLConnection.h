@@ -33,6 +33,15 @@ class KELVANE_EXPORT NSURLConnectionDelegate {
 
 // A request on its way. Its thread's run loop drives it, connections to servers are kept for the thread's next
 // requests. Answers are not unpacked, cookies not kept. For the thread that started it.
+//
+// ```cpp
+// Ref<NSError> error;
+// const NSURLRequest request{.URL = NSURL::URLWithString(u"https://example.org/")};
+// if (const Ref<NSData> page = NSURLConnection::sendSynchronousRequest(request, &error))
+//   std::cout << page->length() << " bytes\n";
+// else
+//   std::cerr << utf8(error->localizedDescription()) << '\n';
+// ```
 class KELVANE_EXPORT NSURLConnection {
  public:
   // sendSynchronousRequest:returningResponse:error:  Sends the request and waits for the whole answer: its body. Nil

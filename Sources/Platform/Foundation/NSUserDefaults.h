@@ -15,6 +15,14 @@ class SystemCalls;
 
 // An application's preferences: property-list values under text keys, kept in one XML property list.
 //
+// ```cpp
+// NSUserDefaults& preferences = NSUserDefaults::standardUserDefaults();
+// preferences.registerDefaults(*NSDictionary::dictionaryWithEntries({{u"fontSize", box(12)}}));
+// const int fontSize = unbox<int>(preferences.objectForKey(u"fontSize"));
+// preferences.setObject(box(fontSize + 1), u"fontSize");
+// preferences.synchronize();
+// ```
+//
 // Reading finds what was set, else what is registered as default. Setting changes the memory; `synchronize` makes it
 // durable. A save never loses what was there:
 //

@@ -11,19 +11,39 @@
 
 // How a class names its properties; NSObject.h shows it. A property may be of any type that Boxing.h lists.
 //
-//   property(u"age", &Person::myAge)                            a data member
-//   property(u"age", &Person::myAge, &Person::setAge)           a data member with a setter of its own
-//   property(u"name", &Person::name)                            a getter: can only be read
-//   property(u"name", &Person::name, &Person::setName)          a getter and a setter
-//   property(u"isOpen", &Door::isOpen, &Door::setIsOpen<bool>)  a setter that takes nothing but a bool is a template
+// ```cpp
+// class Door : public NSObject {
+//  public:
+//   int width() const { return myWidth; }
+//   const Text& label() const { return myLabel; }
+//   void setLabel(Text label) { setField(myLabel, std::move(label)); }
+//   void setHeight(int height) { setField(myHeight, std::max(height, 0)); }
+//   bool isOpen() const { return myIsOpen; }
+//   void setIsOpen(std::same_as<bool> auto flag) { setField(myIsOpen, flag); }
+//   const PropertyTable& propertyTable() const override {
+//     static const PropertyTable table(
+//         NSObject::propertyTable(),
+//         {
+//             property(u"colour", &Door::myColour),                       // a data member
+//             property(u"height", &Door::myHeight, &Door::setHeight),     // one with a setter of its own
+//             property(u"width", &Door::width),                           // a getter: can only be read
+//             property(u"label", &Door::label, &Door::setLabel),          // a getter and a setter
+//             property(u"isOpen", &Door::isOpen, &Door::setIsOpen<bool>)  // one that takes nothing but a bool
+//         });
+//     return table;
+//   }
+//
+//  private:
+//   Text myColour = u"green", myLabel;
+//   int myWidth = 90, myHeight = 200;
+//   bool myIsOpen = false;
+// };
+// ```
 //
 // Properties are observable by the same names (NSKeyValueObserving.h). Setting one by key is always heard; for a setter
-// to be heard it sets the field with `setField`:
-//
-//   void setAge(int age) { setField(myAge, age); }
-//
-// This works for data members and for getters that return a reference to one, each being one property's. What has no
-// such field is changed between willChangeValueForKey and didChangeValueForKey.
+// to be heard it sets the field with `setField`. This works for data members and for getters that return a reference to
+// one, each being one property's. What has no such field is changed between willChangeValueForKey and
+// didChangeValueForKey.
 //
 // Setters may take text as Text, const Text&, TextView or std::optional<TextView>. What fits none of these is given by
 // functions of its own: {u"key", [](const NSObject& object) { ... }, [](NSObject& object, const Ref<NSObject>& value) {

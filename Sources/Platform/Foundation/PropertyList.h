@@ -18,6 +18,14 @@
 //   <date>                 YYYY-MM-DDTHH:MM:SSZ, years 0001 to 9999            NSDate
 //   <data>                 base64, white space anywhere                        NSData
 //
+// ```cpp
+// const PropertyList list = readPropertyList(bytes);
+// if (list.root)
+//   std::cout << writePropertyList(*list.root).bytes;
+// else
+//   std::cerr << "line " << list.line << ": " << utf8(list.error) << '\n';
+// ```
+//
 // What is written reads back as an equal object with numbers of the kinds above, except that dates lose the fraction of
 // their second. All of it may be called on any thread; the writer needs the tree not to change meanwhile.
 namespace kelvane {

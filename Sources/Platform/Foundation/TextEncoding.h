@@ -8,6 +8,11 @@
 #include "Platform/Foundation/Text.h"
 
 // Text to bytes and back. All of these are pure functions that run in one pass and may be called on any thread.
+//
+// ```cpp
+// const Text name = textFromUTF8(bytes);  // at the door
+// std::cout << utf8(name) << '\n';
+// ```
 namespace kelvane {
 
 // The UTF-8 form of `text`. An unpaired surrogate becomes U+FFFD (EF BF BD).

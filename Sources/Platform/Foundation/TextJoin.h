@@ -10,7 +10,9 @@
 namespace kelvane {
 
 // The parts one after another.
-//   concatenate({folder, u"/", name.substr(1)})
+// ```cpp
+// const Text target = concatenate({folder, u"/", name.substr(1)});
+// ```
 KELVANE_EXPORT Text concatenate(std::initializer_list<TextView> parts);
 
 // componentsJoinedByString:  The components with the separator between them.

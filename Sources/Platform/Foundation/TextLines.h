@@ -20,7 +20,9 @@ inline bool completesPair(TextView text, std::size_t place, std::size_t start) {
 
 // The lines of a text, one at a time and without copying: the library's one line splitter.
 //
-//   for (TextView line : Lines(text)) ...
+// ```cpp
+// for (const TextView line : Lines(text)) std::cout << utf8(line) << '\n';
+// ```
 //
 // Lines come without their terminators. A text that ends with a terminator has an empty last line, and the empty text
 // has no line at all:

@@ -11,7 +11,11 @@
 
 // Walks over all places of a text where something stands, in ascending order:
 //
-//   for (UnitPlaces places(text, quotes); places.next() != text.size();) ...
+// ```cpp
+// const UnitSet quotes{u'"', u'\''};
+// UnitPlaces places(text, quotes);
+// for (std::size_t place = places.next(); place != text.size(); place = places.next()) std::cout << place << '\n';
+// ```
 //
 // Where what is looked for stands close together this is several times as fast as `findAnyOf` time and again: a stretch
 // of text is marked at once, a bit for each code unit, and then only the bits are walked over. Walks view what they are

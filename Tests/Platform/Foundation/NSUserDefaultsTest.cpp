@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <iostream>
 #include <random>
 #include <stdexcept>
 
@@ -221,6 +222,7 @@ TEST_F(NSUserDefaultsTest, NoFaultOfASaveLosesAnything) {
     }
   }
   EXPECT_GT(runs, 300);
+  std::cout << runs << " saves with a fault\n";
 }
 
 TEST_F(NSUserDefaultsTest, FourProcessesSaveAtOnce) {
