@@ -7,6 +7,10 @@
 namespace kelvane {
 
 // Random numbers. They come from the system's source and need no seed. Any thread, except for `initRandom`.
+//
+// ```cpp
+// const std::int64_t die = QNMathUtilities::randomValueBetween(1, 6);
+// ```
 class KELVANE_EXPORT QNMathUtilities {
  public:
   QNMathUtilities() = delete;

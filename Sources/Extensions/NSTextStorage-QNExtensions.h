@@ -5,6 +5,11 @@
 
 // The fonts of styled text. Runs without a font stay as they are, the other attributes of all runs too. Both return the
 // receiver, and take time for its runs. One thread at a time.
+//
+// ```cpp
+// NSTextStorage page(attributedStringWithHTML(u"Read <b>this</b>"));
+// scaleAttributedStringUsingFactor(page, 1.5);
+// ```
 namespace kelvane {
 
 // scaleAttributedStringUsingFactor:  Each font in its own face at the size times the factor, rounded down to whole

@@ -9,6 +9,10 @@ namespace kelvane {
 
 // Questions to be asked before work on the network. Nothing is sent to the hosts that they are about; they wait only
 // for names to be looked up. Any thread.
+//
+// ```cpp
+// if (QNNetworkUtilities::isReachable(NSURL::URLWithString(u"https://example.org/"))) post.postAndNotify(form);
+// ```
 class KELVANE_EXPORT QNNetworkUtilities {
  public:
   // isOnline  Whether one of three well-known sites is reachable; they are tried in order until one is.
