@@ -132,7 +132,7 @@ TEST(AtomicFile, SavesWhicheverCallFails) {
     }
   }
   EXPECT_GT(runs, 3000);
-  std::cout << runs << " saves with a fault\n";
+  std::cout << runs << " saves, with a fault at each system call in turn\n";
 }
 
 TEST(AtomicFile, ReadsWhicheverCallFails) {

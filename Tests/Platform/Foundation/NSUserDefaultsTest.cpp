@@ -222,7 +222,7 @@ TEST_F(NSUserDefaultsTest, NoFaultOfASaveLosesAnything) {
     }
   }
   EXPECT_GT(runs, 300);
-  std::cout << runs << " saves with a fault\n";
+  std::cout << runs << " saves, with a fault at each system call in turn\n";
 }
 
 TEST_F(NSUserDefaultsTest, FourProcessesSaveAtOnce) {
