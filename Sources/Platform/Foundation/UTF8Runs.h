@@ -25,8 +25,8 @@ std::size_t decodeThreeByteRun(std::string_view bytes, char16_t* out);
 std::size_t encodeThreeByteRun(TextView text, char* out);
 
 // Encodes the beginning of `text`, of whatever kinds of characters but for surrogates, and moves `out` behind what it
-// wrote, as far as the machine does it fast by vectors (most cannot, and encode nothing). Returns how many code units it
-// took; it leaves the last ones of a text.
+// wrote, as far as the machine does it fast by vectors (most cannot, and encode nothing). Returns how many code units
+// it took; it leaves the last ones of a text.
 std::size_t encodeByVectors(TextView text, char*& out);
 
 // At least as many bytes as the text takes in UTF-8; exact but for pairs of surrogates, which take four of six.
