@@ -14,6 +14,13 @@ namespace {
 
 constexpr bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
+std::size_t skipBlanks(TextView text) {
+  const NSCharacterSet& blanks = NSCharacterSet::whitespaceAndNewlineCharacterSet();
+  std::size_t place = 0;
+  while (place < text.size() && blanks.characterIsMember(text[place])) ++place;
+  return place;
+}
+
 // Where the text goes on behind white space and a sign.
 struct Sign {
   std::size_t end = 0;
@@ -21,9 +28,7 @@ struct Sign {
 };
 
 Sign readSign(TextView text) {
-  const NSCharacterSet& blanks = NSCharacterSet::whitespaceAndNewlineCharacterSet();
-  Sign sign;
-  while (sign.end < text.size() && blanks.characterIsMember(text[sign.end])) ++sign.end;
+  Sign sign{skipBlanks(text)};
   if (sign.end < text.size() && (text[sign.end] == u'-' || text[sign.end] == u'+')) {
     sign.isNegative = text[sign.end] == u'-';
     ++sign.end;
@@ -121,9 +126,11 @@ double doubleValue(TextView text) {
 float floatValue(TextView text) { return static_cast<float>(doubleValue(text)); }
 
 bool boolValue(TextView text) {
+  const std::size_t start = skipBlanks(text);
+  if (start < text.size() && TextView(u"YyTt").contains(text[start])) return true;
   std::size_t place = readSign(text).end;
   while (place < text.size() && text[place] == u'0') ++place;
-  return place < text.size() && TextView(u"YyTt123456789").contains(text[place]);
+  return place < text.size() && isDigit(text[place]);
 }
 
 Text shortestDecimal(double number) { return shortest(number); }

@@ -19,8 +19,9 @@ KELVANE_EXPORT std::int64_t integerValue(TextView text);
 KELVANE_EXPORT double doubleValue(TextView text);
 // The double rounded to single precision; what lies beyond that becomes infinity.
 KELVANE_EXPORT float floatValue(TextView text);
-// True when, behind white space, a sign and zeros, there is a digit 1...9 or one of Y, y, T, t.
-//   u"YES" => true      u" -010" => true      u"true" => true      u"on" => false      u"0" => false
+// True when, behind white space, Y, y, T or t comes first, or a digit 1...9, which may have a sign and zeros before it.
+//   u"YES" => true      u" -010" => true      u"true" => true      u"on" => false      u"0" => false      u"0Y" =>
+//   false
 KELVANE_EXPORT bool boolValue(TextView text);
 
 // The shortest decimal that reads back as the same number: u"3", u"0.1", u"1e+300", u"-0", u"inf", u"nan".

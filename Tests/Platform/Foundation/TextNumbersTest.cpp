@@ -55,9 +55,10 @@ TEST(TextNumbers, ReadsDoublesAsC) {
 }
 
 TEST(TextNumbers, ReadsTruth) {
-  for (const TextView text : {u"YES", u" -010", u"true", u"y", u"T", u"+9", u"\t00Y"})
+  for (const TextView text : {u"YES", u" -010", u"true", u"y", u"T", u"+9", u"\tY", u"\xA0-1"})
     EXPECT_TRUE(boolValue(text)) << utf8(text);
-  for (const TextView text : {u"", u"on", u"0", u"NO", u"false", u"0.1", u"-", u"--1", u"\x661", u"\x174"})
+  for (const TextView text :
+       {u"", u"on", u"0", u"NO", u"false", u"0.1", u"-", u"--1", u"00Y", u"-t", u"\x661", u"\x174"})
     EXPECT_FALSE(boolValue(text)) << utf8(text);
 }
 
