@@ -48,7 +48,8 @@ struct PropertyList {
 //
 // The bytes are UTF-8, UTF-16 (with a byte-order mark, or evidently so) or, where the XML declaration says it,
 // ISO-8859-1; other encodings are refused. Ill-formed parts become U+FFFD. Line ends within text become LF, as XML
-// wants it. Comments and processing instructions are skipped and attributes ignored.
+// wants it. Comments and processing instructions are skipped and attributes ignored, except for the writer's "utf16" as
+// long as it still belongs to the text beside it.
 //
 // Refused, with nothing read: more than the limits above; NUL and whatever else XML 1.0 has no character for; DOCTYPE
 // with an internal subset; references other than the five of XML and numbers of XML characters; unknown elements, stray
@@ -71,10 +72,12 @@ struct PropertyListBytes {
 // numbers as the shortest decimal that reads back as the same double (nan, +infinity, -infinity), dates in UTC with the
 // fraction of the second cut toward the past. CR becomes "&#13;", since readers turn a bare one into LF.
 //
-// Refused: objects of other classes, also deep within; in text and keys the characters that XML 1.0 does not have
-// (control characters other than TAB, LF and CR; unpaired surrogates; U+FFFE and U+FFFF); dates outside the years 1 to
-// 9999; more than the limits above, and so containers that hold themselves. Subclasses of the classes above are written
-// as these.
+// Text may hold anything. Where it holds what XML 1.0 has no character for (control characters other than TAB, LF and
+// CR; unpaired surrogates; U+FFFE and U+FFFF), that is U+FFFD for other readers, and the attribute "utf16" of the
+// element has the whole text: base64 of its code units, the higher byte of each first.
+//
+// Refused: objects of other classes, also deep within; such characters in keys; dates outside the years 1 to 9999; more
+// than the limits above, and so containers that hold themselves. Subclasses of the classes above are written as these.
 //
 // One pass, and no memory but that of the result.
 KELVANE_EXPORT PropertyListBytes writePropertyList(const NSObject& root);

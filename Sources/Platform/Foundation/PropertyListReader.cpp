@@ -223,6 +223,16 @@ bool hasInternalSubset(std::string_view doctype) {
 
 bool isText(pugi::xml_node node) { return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata; }
 
+// The text of a <string> of which `shown` is what XML can hold. What stands in the attribute counts as long as it still
+// belongs to that, and nobody has changed it since.
+Text wholeText(pugi::xml_node node, Text shown) {
+  const pugi::xml_attribute attribute = node.attribute("utf16");
+  if (!attribute) return shown;
+  const auto bytes = bytesFromBase64(attribute.value());
+  std::optional<Text> whole = bytes ? textFromUTF16Bytes(*bytes) : std::nullopt;
+  return whole && replacingNonXML(*whole) == shown ? *std::move(whole) : shown;
+}
+
 class Reader {
  public:
   PropertyList read(std::string_view bytes);
@@ -424,7 +434,7 @@ bool Reader::readScalar(pugi::xml_node node, Element element) {
   std::string_view text;
   if (!content(node, text)) return false;
   if (element == Element::String) {
-    deliver(std::make_shared<NSString>(textFromUTF8(text)));
+    deliver(std::make_shared<NSString>(wholeText(node, textFromUTF8(text))));
   } else if (element == Element::Integer) {
     const std::optional<NSNumber> number = integerFrom(text);
     if (!number) return failValue(node, text, u"integer of 64 bits");

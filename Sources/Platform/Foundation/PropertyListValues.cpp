@@ -35,6 +35,34 @@ bool takeBase64Group(std::string_view& text, std::uint8_t*& out, unsigned& paddi
 
 }  // namespace
 
+Text replacingNonXML(TextView text) {
+  Text replaced(text);
+  for (std::size_t i = 0; i < text.size();) {
+    const std::size_t length = xmlCharacterLength(text, i);
+    if (length == 0) replaced[i] = u'\xFFFD';
+    i += std::max<std::size_t>(length, 1);
+  }
+  return replaced;
+}
+
+std::vector<std::uint8_t> utf16Bytes(TextView text) {
+  std::vector<std::uint8_t> bytes;
+  bytes.reserve(2 * text.size());
+  for (const char16_t unit : text) {
+    bytes.push_back(static_cast<std::uint8_t>(unit >> 8U));
+    bytes.push_back(static_cast<std::uint8_t>(unit & 0xFFU));
+  }
+  return bytes;
+}
+
+std::optional<Text> textFromUTF16Bytes(std::span<const std::uint8_t> bytes) {
+  if (bytes.size() % 2 != 0) return std::nullopt;
+  Text text;
+  text.reserve(bytes.size() / 2);
+  for (std::size_t i = 0; i < bytes.size(); i += 2) text += static_cast<char16_t>(bytes[i] << 8U | bytes[i + 1]);
+  return text;
+}
+
 std::string_view trimmedXML(std::string_view text) {
   while (!text.empty() && isXMLSpace(text.front())) text.remove_prefix(1);
   while (!text.empty() && isXMLSpace(text.back())) text.remove_suffix(1);

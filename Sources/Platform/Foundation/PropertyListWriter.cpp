@@ -18,6 +18,7 @@
 #include "Platform/Foundation/NSNumber.h"
 #include "Platform/Foundation/NSString.h"
 #include "Platform/Foundation/PropertyList.h"
+#include "Platform/Foundation/PropertyListValues.h"
 
 namespace kelvane {
 namespace {
@@ -51,15 +52,6 @@ Kind kindOf(const NSObject& object) {
   return as<NSNumber>(&object) ? Kind::Number : Kind::Other;
 }
 
-constexpr bool isHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
-constexpr bool isLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
-constexpr bool isSurrogate(char16_t unit) { return (unit & 0xF800) == 0xD800; }
-
-// Whether XML has the unit as a character, surrogates left aside.
-constexpr bool isXMLCharacter(char16_t unit) {
-  return unit >= 0x20 ? unit < 0xFFFE : unit == u'\t' || unit == u'\n' || unit == u'\r';
-}
-
 // Bytes that grow at the end, in place of a string's own appending: whoever writes many short pieces asks for room
 // once.
 class Output {
@@ -81,6 +73,8 @@ class Output {
   }
 
   std::size_t size() const { return mySize; }
+  // Takes back what was written behind the first `size` bytes.
+  void cutTo(std::size_t size) { mySize = size; }
   std::string take() {
     myBytes.resize(mySize);
     return std::move(myBytes);
@@ -153,18 +147,16 @@ std::optional<char16_t> appendEscaped(Output& output, TextView text) {
         i += eight;
         continue;
       }
-      const char16_t unit = text[i++];
-      if (!isXMLCharacter(unit)) return unit;
-      if (unit < 0x80) {
+      const char16_t unit = text[i];
+      const std::size_t length = xmlCharacterLength(text, i);
+      if (length == 0) return unit;
+      if (unit < 0x80)
         out = putASCII(out, unit);
-        continue;
-      }
-      char32_t character = unit;
-      if (isSurrogate(unit)) {
-        if (!isHighSurrogate(unit) || i == text.size() || !isLowSurrogate(text[i])) return unit;
-        character = 0x10000U + ((unit & 0x3FFU) << 10U) + (text[i++] & 0x3FFU);
-      }
-      out = putCharacter(out, character);
+      else if (length == 1)
+        out = putCharacter(out, unit);
+      else
+        out = putCharacter(out, 0x10000U + ((unit & 0x3FFU) << 10U) + (text[i + 1] & 0x3FFU));
+      i += length;
     }
     output.used(out);
   }
@@ -193,7 +185,8 @@ class Writer {
   bool fits();
   bool writeObject(const NSObject* object);
   bool writeNext();
-  bool writeText(std::string_view opening, TextView text, std::string_view closing, TextView what);
+  bool writeKey(TextView key);
+  void writeText(TextView text);
   bool writeNumber(const NSNumber& number);
   bool writeDate(const NSDate& date);
   void writeData(const NSData& data);
@@ -242,7 +235,7 @@ bool Writer::writeNext() {
   }
   const auto& [key, value] = *container.nextEntry++;
   myOutput.indent(myContainers.size());
-  return writeText("<key>", key, "</key>\n", u"key") && writeObject(value.get());
+  return writeKey(key) && writeObject(value.get());
 }
 
 bool Writer::writeObject(const NSObject* object) {
@@ -250,7 +243,8 @@ bool Writer::writeObject(const NSObject* object) {
   myOutput.indent(myContainers.size());
   switch (kindOf(*object)) {
     case Kind::String:
-      return writeText("<string>", static_cast<const NSString*>(object)->text(), "</string>\n", u"text");
+      writeText(static_cast<const NSString*>(object)->text());
+      return true;
     case Kind::Number:
       return writeNumber(*static_cast<const NSNumber*>(object));
     case Kind::Date:
@@ -287,12 +281,27 @@ void Writer::close() {
   myOutput.append(isArray ? "</array>\n" : "</dict>\n");
 }
 
-bool Writer::writeText(std::string_view opening, TextView text, std::string_view closing, TextView what) {
-  myOutput.append(opening);
-  if (const std::optional<char16_t> unit = appendEscaped(myOutput, text))
-    return fail(place(what) + format(u" holds U+%04X, which XML cannot hold.", static_cast<unsigned>(*unit)));
-  myOutput.append(closing);
+bool Writer::writeKey(TextView key) {
+  myOutput.append("<key>");
+  if (const std::optional<char16_t> unit = appendEscaped(myOutput, key))
+    return fail(place(u"key") + format(u" holds U+%04X, which XML cannot hold.", static_cast<unsigned>(*unit)));
+  myOutput.append("</key>\n");
   return true;
+}
+
+// Text that XML cannot hold is written twice: as far as it can, for everybody, and whole, for our own reader.
+void Writer::writeText(TextView text) {
+  const std::size_t start = myOutput.size();
+  myOutput.append("<string>");
+  if (appendEscaped(myOutput, text)) {
+    myOutput.cutTo(start);
+    myOutput.append("<string utf16=\"");
+    const std::vector<std::uint8_t> bytes = utf16Bytes(text);
+    myOutput.used(encodeBase64(bytes, myOutput.room(base64Length(bytes.size()))));
+    myOutput.append("\">");
+    appendEscaped(myOutput, replacingNonXML(text));
+  }
+  myOutput.append("</string>\n");
 }
 
 bool Writer::writeNumber(const NSNumber& number) {
@@ -387,9 +396,7 @@ Text Writer::path() const {
     }
   }
   // What cannot be written cannot be shown either.
-  std::replace_if(
-      text.begin(), text.end(), [](char16_t unit) { return !isXMLCharacter(unit); }, u'\xFFFD');
-  return text;
+  return replacingNonXML(text);
 }
 
 }  // namespace
