@@ -13,8 +13,11 @@
 #include <vector>
 
 #include "Platform/Foundation/AtomicFile.h"
+#include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSBundle.h"
+#include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSLog.h"
+#include "Platform/Foundation/NSString.h"
 #include "Platform/Foundation/PropertyList.h"
 #include "Platform/Foundation/Raise.h"
 #include "Platform/Foundation/StandardFolders.h"
@@ -41,13 +44,31 @@ void createFoldersAbove(const std::string& file, SystemCalls& calls) {
     calls.mkdir(file.substr(0, slash).c_str(), 0700);
 }
 
-// A copy of all that is in `entries`, however deep, so that what the caller changes later is no change to the
-// preferences: written and read back. With its key each, so that one that XML cannot hold is refused as well. The
-// writer's reason says where the trouble is.
-Ref<NSDictionary> deepCopy(const NSDictionary& entries, std::string_view operation) {
+// Raises where a save would fail. With its key each, so that one that XML cannot hold is refused as well. The writer's
+// reason says where the trouble is.
+void requirePropertyList(const NSDictionary& entries, std::string_view operation) {
   const PropertyListBytes written = writePropertyList(entries);
   if (!written.error.empty()) raiseInvalidArgument(operation, utf8(written.error));
-  return as<NSDictionary>(readPropertyList(written.bytes).root);
+}
+
+// A copy of a value that can be saved, so that what the caller changes later is no change to the preferences. Not by
+// way of its written form, which lacks fractions of seconds and tells floating numbers of both widths alike. Property
+// lists are not deep (maximumPropertyListDepth).
+Ref<NSObject> deepCopy(const Ref<NSObject>& value) {
+  if (const auto* text = as<NSString>(value.get())) return std::make_shared<NSString>(text->text());
+  if (const auto* date = as<NSDate>(value.get())) return std::make_shared<NSDate>(*date);
+  if (const auto* array = as<NSArray>(value.get())) {
+    std::vector<Ref<NSObject>> objects;
+    objects.reserve(array->count());
+    for (const Ref<NSObject>& object : *array) objects.push_back(deepCopy(object));
+    return std::make_shared<NSArray>(std::move(objects));
+  }
+  if (const auto* dictionary = as<NSDictionary>(value.get())) {
+    NSDictionary::Entries entries;
+    for (const auto& [key, object] : *dictionary) entries.emplace_hint(entries.end(), key, deepCopy(object));
+    return std::make_shared<NSDictionary>(std::move(entries));
+  }
+  return value->copy();
 }
 
 Ref<NSMutableDictionary> mutableDictionary(NSDictionary& onlyReference) {
@@ -144,7 +165,8 @@ void NSUserDefaults::setObject(const Ref<NSObject>& object, TextView key) {
   Ref<NSObject> kept;
   if (object) {
     const NSDictionary entry(NSDictionary::Entries{{Text(key), object}});
-    kept = deepCopy(entry, "setObject:forKey:")->objectForKey(key);
+    requirePropertyList(entry, "setObject:forKey:");
+    kept = deepCopy(object);
   }
   std::vector<Store::Change> changes;
   {
@@ -159,10 +181,12 @@ void NSUserDefaults::setObject(const Ref<NSObject>& object, TextView key) {
 
 void NSUserDefaults::registerDefaults(const NSDictionary& defaults) {
   std::vector<Store::Change> changes;
-  const Ref<NSDictionary> copy = deepCopy(defaults, "registerDefaults:");
+  requirePropertyList(defaults, "registerDefaults:");
+  NSDictionary::Entries copies;
+  for (const auto& [key, value] : defaults) copies.emplace_hint(copies.end(), key, deepCopy(value));
   {
     const std::lock_guard lock(myStore->mutex);
-    for (const auto& [key, value] : *copy) {
+    for (const auto& [key, value] : copies) {
       Ref<NSObject> before = myStore->valueOf(key);
       myStore->defaults.setObject(value, key);
       Ref<NSObject> now = myStore->valueOf(key);

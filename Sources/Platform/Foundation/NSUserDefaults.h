@@ -62,7 +62,8 @@ class KELVANE_EXPORT NSUserDefaults {
 
   // setObject:forKey:  Keeps a copy of `object` under the key; nil removes what was set, so that the default shows
   // again. std::invalid_argument for what no property list can hold: other objects, also within arrays and
-  // dictionaries, and text with characters that XML has no way to write.
+  // dictionaries, and keys with characters that XML has no way to write. A date that is read from the file again has
+  // lost the fraction of its second.
   void setObject(const Ref<NSObject>& object, TextView key);
   void removeObjectForKey(TextView key) { setObject(nullptr, key); }
 

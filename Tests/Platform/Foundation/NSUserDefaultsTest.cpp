@@ -10,6 +10,7 @@
 #include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/NSArray.h"
+#include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSKeyValueObserving.h"
 #include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/NSUserDefaults.h"
@@ -68,10 +69,31 @@ TEST_F(NSUserDefaultsTest, KeepsCopiesAndRefusesWhatCannotBeSaved) {
   list->addObject(inner);
   defaults.setObject(list, u"list");
   inner->addObject(box(1));
-  for (const Ref<NSObject>& object : {Ref<NSObject>(NSNull::null()), Ref<NSObject>(box(Text(u"a\0b", 3))),
-                                      Ref<NSObject>(NSArray::arrayWithObjects({NSNull::null()}))})
+  for (const Ref<NSObject>& object :
+       {Ref<NSObject>(NSNull::null()), Ref<NSObject>(NSArray::arrayWithObjects({NSNull::null()}))})
     EXPECT_THROW(defaults.setObject(object, u"list"), std::invalid_argument);
   EXPECT_THROW(defaults.setObject(box(1), u"\x01"), std::invalid_argument);
+  EXPECT_EQ(as<NSArray>(as<NSArray>(defaults.objectForKey(u"list"))->firstObject())->count(), 0U);
+}
+
+// What the file cannot hold is only lost with the process.
+TEST_F(NSUserDefaultsTest, ValuesAreReadAsTheyWereSet) {
+  NSUserDefaults defaults(path);
+  const struct {
+    Ref<NSObject> value;
+    Text reread;
+  } rows[] = {{box(NSDate::dateWithTimeIntervalSince1970(0.75)), u"1970-01-01 00:00:00 +0000"},
+              {box(0.1F), u"0.10000000149011612"},
+              {box(Text(u"a\0\v\xD800z", 5)), Text(u"a\0\v\xD800z", 5)}};
+  for (const auto& row : rows) {
+    for (const Ref<NSObject>& value : {row.value, Ref<NSObject>(NSArray::arrayWithObjects({row.value}))}) {
+      defaults.setObject(value, u"key");
+      EXPECT_TRUE(isEqual(defaults.objectForKey(u"key"), value)) << utf8(description(value));
+    }
+    EXPECT_EQ(description(as<NSArray>(defaults.objectForKey(u"key"))->firstObject()), description(row.value));
+    ASSERT_TRUE(defaults.synchronize());
+    EXPECT_EQ(description(as<NSArray>(saved()->objectForKey(u"key"))->firstObject()), row.reread);
+  }
 }
 
 TEST_F(NSUserDefaultsTest, ObserversHearEachChangeOnce) {
