@@ -1,7 +1,6 @@
 #include "Application/Session.h"
 
 #include <filesystem>
-#include <stdexcept>
 #include <system_error>
 
 #include "Extensions/NSFileManager-QNExtensions.h"
@@ -25,12 +24,7 @@ constexpr kelvane::TextView lastFolderKey = u"lastReportFolder";
 void keepFolder(const std::string& folder) {
   std::error_code ignored;
   const std::string absolute = std::filesystem::absolute(folder, ignored).lexically_normal().native();
-  try {
-    setString(standardUserDefaults(), kelvane::textFromFileSystem(absolute), lastFolderKey);
-  } catch (const std::invalid_argument&) {
-    // A name that is no text, which preferences cannot hold: the next time it has to be given again.
-    return;
-  }
+  setString(standardUserDefaults(), kelvane::textFromFileSystem(absolute), lastFolderKey);
   kelvane::Ref<kelvane::NSError> error;
   if (!standardUserDefaults().save(nullptr, &error))
     QNLogger::sharedLogger().warn(__LINE__, __FILE__, __func__,

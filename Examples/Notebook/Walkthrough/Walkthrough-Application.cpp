@@ -20,8 +20,6 @@
 
 namespace notebook {
 
-using kelvane::TextView;
-
 void Walkthrough::followLinks() {
   step("has the pages of the web site in its Help menu", [this]() -> Outcome {
     // Pages are not to be opened in a browser here.
@@ -76,14 +74,6 @@ void Walkthrough::changePreferences() {
     const bool isZoomed = myWindow->pane().zoom() == 1.5 && before != 1.5;
     setPrefersDarkTheme(false);
     return isDark && isZoomed ? QString() : QStringLiteral("the window is as it was");
-  });
-}
-
-void Walkthrough::refusePreference() {
-  step("leaves out what preferences can't hold", []() -> Outcome {
-    const auto before = preferredSite();
-    keepText(TextView(u"\xFFFE", 1), siteKey);
-    return preferredSite() == before ? QString() : QStringLiteral("there is a web site now");
   });
 }
 

@@ -60,7 +60,6 @@ bool Walkthrough::run() {
   followLinks();
   sendFeedback();
   changePreferences();
-  refusePreference();
   keepPlaces();
   showFatalAlert();
   meetAnotherProgram();

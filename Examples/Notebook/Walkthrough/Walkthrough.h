@@ -54,7 +54,6 @@ class Walkthrough {
   void followLinks();
   void sendFeedback();
   void changePreferences();
-  void refusePreference();
   void keepPlaces();
   void showFatalAlert();
 

@@ -2,15 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <stdexcept>
 #include <utility>
 
 #include "Extensions/NSUserDefaultsController-OSCompatibility.h"
 #include "Platform/Foundation/Boxing.h"
-#include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/NSKeyValueObserving.h"
 #include "Platform/Foundation/NSUserDefaults.h"
-#include "Utilities/QNLogger.h"
 
 namespace notebook {
 namespace {
@@ -41,14 +38,6 @@ void setPreferredZoom(double zoom) {
 std::optional<Text> preferredSite() {
   auto site = stringForKey(standardUserDefaults(), siteKey);
   return site && site->empty() ? std::nullopt : std::move(site);
-}
-
-void keepText(TextView text, TextView key) {
-  try {
-    setString(standardUserDefaults(), text, key);
-  } catch (const std::invalid_argument& exception) {
-    kelvane::QNLogger::sharedLogger().warn(__LINE__, __FILE__, __func__, kelvane::format(u"%s", exception.what()));
-  }
 }
 
 bool prefersDarkTheme() { return boolForKey(standardUserDefaults(), darkThemeKey); }

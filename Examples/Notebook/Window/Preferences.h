@@ -24,9 +24,6 @@ std::optional<kelvane::Text> preferredSite();
 bool prefersDarkTheme();
 void setPrefersDarkTheme(bool isDark);
 
-// Keeps the text under the key. What preferences cannot hold, as the name of a file may be, is logged and left out.
-void keepText(kelvane::TextView text, kelvane::TextView key);
-
 // Calls back whenever one of the preferences above is another one, whoever has changed it.
 class PreferenceFollower : public kelvane::NSObject {
  public:

@@ -50,7 +50,8 @@ PreferencesDialog::PreferencesDialog(QWidget* parent)
   connect(myDarkTheme, &QCheckBox::toggled, this, [](bool isDark) { setPrefersDarkTheme(isDark); });
   connect(myLogLevel, &QComboBox::currentIndexChanged, this,
           [](int level) { setInteger(standardUserDefaults(), level, logLevelKey); });
-  connect(mySite, &QLineEdit::editingFinished, this, [this] { keepText(viewOf(mySite->text().trimmed()), siteKey); });
+  connect(mySite, &QLineEdit::editingFinished, this,
+          [this] { setString(standardUserDefaults(), viewOf(mySite->text().trimmed()), siteKey); });
 }
 
 }  // namespace notebook

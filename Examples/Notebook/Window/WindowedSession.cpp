@@ -90,7 +90,7 @@ int runWithWindows(int& count, char** arguments, const std::optional<std::string
       endSession(false);
       return 1;
     }
-    keepText(notes, folderKey);
+    setString(standardUserDefaults(), notes, folderKey);
     window.show();
     status = QApplication::exec();
   }
