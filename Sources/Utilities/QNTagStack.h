@@ -37,8 +37,8 @@ class KELVANE_EXPORT QNTagStack {
   std::int64_t count() const { return static_cast<std::int64_t>(myStack.size()); }
   // peek  The top entry; nil when there is none.
   std::optional<Text> peek() const;
-  // stack  The entries, bottom first.
-  const std::vector<Text>& stack() const { return myStack; }
+  // stack  A copy of the entries, bottom first.
+  std::vector<Text> stack() const { return myStack; }
 
   // push:  Puts the tag on top, whether or not there is an equal one.
   void push(std::optional<TextView> tag);
