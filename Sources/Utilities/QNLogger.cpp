@@ -93,9 +93,7 @@ void QNLogger::openLogFile(std::optional<TextView> path, bool emptyLogFirst) {
   // A path with NUL would open another file.
   const bool isPath = myLogFilePath->find(u'\0') == Text::npos;
   myLogFile = isPath ? std::fopen(fileSystemRepresentation(*myLogFilePath).c_str(), "ae") : nullptr;
-  if (!myLogFile) return NSLog(u"Can't open log file!");
-  // A system call for each 4 KiB would take more time than all else.
-  std::setvbuf(myLogFile, nullptr, _IOFBF, 32768);
+  if (!myLogFile) NSLog(u"Can't open log file!");
 }
 
 void QNLogger::clearLogFile() {

@@ -19,14 +19,17 @@ enum class QNLogLevel : std::uint32_t { Debug = 0, Info = 1, Warn = 2, Error = 3
 enum class QNLogEvent : std::uint32_t { Binding = 1, Database = 2, Memory = 4, Transport = 8, Ui = 16, Verbose = 32 };
 
 // A message on its way into the logger, made in silence from what is one. It views what it is made from; how long a
-// literal is, is only counted when the message is written.
+// literal is, is only counted when the message is written. A null pointer is written as "(null)".
 class LogMessage {
  public:
   LogMessage(const char16_t* text) : myText(text) {}
   LogMessage(TextView text) : myText(text.data()), myLength(text.size()) {}
   LogMessage(const Text& text) : LogMessage(TextView(text)) {}
 
-  TextView view() const { return myLength == unknown ? TextView(myText) : TextView(myText, myLength); }
+  TextView view() const {
+    if (myLength != unknown) return TextView(myText, myLength);
+    return myText ? TextView(myText) : TextView(u"(null)");
+  }
 
  private:
   static constexpr std::size_t unknown = static_cast<std::size_t>(-1);
@@ -131,15 +134,18 @@ class KELVANE_EXPORT QNLogger {
   // thread, which must be the calling one unless the desktop goes there itself, as Qt's does. Below the threshold
   // neither. The alert reads the message as a format without arguments: "%%" gives "%", any other conversion nothing. A
   // level above 4 has an empty label.
+  template <std::same_as<bool> Truth = bool>
   void message(QNLogLevel logLevel, int lineNumber, const char* fileName, const char* methodName, LogMessage message,
-               const NSException* withException = nullptr) {
-    this->message(logLevel, lineNumber, fileName, methodName, message, withException, false);
-  }
-  void message(QNLogLevel logLevel, int lineNumber, const char* fileName, const char* methodName, LogMessage message,
-               const NSException* withException, std::same_as<bool> auto showDialog) {
+               const NSException* withException = nullptr, Truth showDialog = false) {
     if (myLogLevel > static_cast<std::uint32_t>(logLevel)) return;
     writeMessage(logLevel, lineNumber, fileName, methodName, message.view(), withException);
     if (showDialog) showAlert(message.view());
+  }
+  template <std::same_as<bool> Truth = bool>
+  void message(std::uint32_t logLevel, int lineNumber, const char* fileName, const char* methodName, LogMessage message,
+               const NSException* withException = nullptr, Truth showDialog = false) {
+    this->message(static_cast<QNLogLevel>(logLevel), lineNumber, fileName, methodName, message, withException,
+                  showDialog);
   }
 
   // lineNumber:fileName:methodName:event:message:  Writes an event to the system log, whatever the threshold, when a

@@ -68,12 +68,12 @@ TEST_F(QNLoggerTest, EveryEntryWritesItsLine) {
   logger.nsError(6, "f", method, nullptr);
   logger.logNSError(error.get());
   logger.fatal(-7, "f", method, u"g", false);
-  logger.message(static_cast<QNLogLevel>(9), 9, "f", method, u"i");
+  logger.message(9, 9, "f", method, static_cast<const char16_t*>(nullptr));
   EXPECT_EQ(
       systemLog.take(),
       (LogLines{u"DEBUG -[Host work]:1 - a", u"INFO -[Host work]:2 - b", u"WARN -[Host work]:3 - d - Exception: why",
                 u"ERROR -[Host work]:5 - f %@ - Exception: (null)", u"ERROR -[Host work]:6 - broken (NSError)",
-                u"FATAL -[Host work]:-7 - g", u" -[Host work]:9 - i"}));
+                u"FATAL -[Host work]:-7 - g", u" -[Host work]:9 - (null)"}));
 }
 
 TEST_F(QNLoggerTest, ThresholdAlsoHoldsBackTheAlert) {
