@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <charconv>
+#include <cmath>
 #include <map>
 #include <string>
 #include <system_error>
@@ -134,9 +135,12 @@ std::optional<double> scanNumber(TextView text) {
   const bool isHexadecimal = bytes.starts_with("0x") || bytes.starts_with("0X");
   if (isHexadecimal || !isDigitAt(text.starts_with(u'.') ? 1 : 0)) {
     const char* const start = bytes.data() + (isHexadecimal ? 2 : 0);
+    const char* const end = bytes.data() + bytes.size();
     const auto format = isHexadecimal ? std::chars_format::hex : std::chars_format::general;
-    const bool isRead = std::from_chars(start, bytes.data() + bytes.size(), number, format).ec == std::errc();
-    if (bytes.starts_with('-') || (!isRead && !isHexadecimal)) return std::nullopt;
+    const auto [behind, error] = std::from_chars(start, end, number, format);
+    if (*start == '-' || error != std::errc() || (isHexadecimal && !std::isfinite(number))) return std::nullopt;
+    // What goes on like "infinity" has to be it.
+    if (std::isinf(number) && behind - start == 3 && (*behind | 0x20) == 'i') return std::nullopt;
   }
   return isNegative ? -number : number;
 }

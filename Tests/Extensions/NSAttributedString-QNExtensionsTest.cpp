@@ -94,6 +94,7 @@ TEST(StyledTextAsHTML, Reads) {
       {u"<font size=-12>a", u"a [-3]"},
       {u"<font size=inf>a<font size=1e999>b", u"ab [inf]"},
       {u"<font size=\"3\">a<font size=>b<font size=x>c<font size=--1>d<font sizes=3>e<font size=+x>f", u"abcdef [12]"},
+      {u"<font size=0x>a<font size=infin>b", u"ab [12]"},
       // References.
       {u"a &b", u"a &ampb [12]"},
       {u"a&&b", u"a&ampa&ampb [12]"},
