@@ -41,11 +41,24 @@ TEST_F(QNLocaleTest, TheListHoldsWhatUsersAskFor) {
 
 TEST_F(QNLocaleTest, LookUpByCode) {
   // What is asked for, and the code of the locale that is found; empty for none.
-  const std::pair<TextView, TextView> rows[] = {{u"en", u"en"},         {u"de_DE", u"de"},    {u"DE-de", u"de"},
-                                                {u"zh_TW", u"zh_Hant"}, {u"zh_CN", u"zh"},    {u"zh_Hant", u"zh_Hant"},
-                                                {u"pt_BR", u"pt"},      {u"en_US", u"en_US"}, {u"iw", u"he"},
-                                                {u"de_CH", u""},        {u"tlh", u""},        {u"", u""},
-                                                {u"not a code", u""},   {u"en_XX", u""},      {{u"en\0x", 4}, u""}};
+  const std::pair<TextView, TextView> rows[] = {{u"en", u"en"},
+                                                {u"de_DE", u"de"},
+                                                {u"DE-de", u"de"},
+                                                {u"zh_TW", u"zh_Hant"},
+                                                {u"zh_CN", u"zh"},
+                                                {u"zh_Hant", u"zh_Hant"},
+                                                {u"pt_BR", u"pt"},
+                                                {u"en_US", u"en_US"},
+                                                {u"iw", u"he"},
+                                                {u"nb_NO", u"nb"},
+                                                {u"zh_Hant_TW", u"zh_Hant"},
+                                                {u"sr_Latn_RS", u"sr_Latn"},
+                                                {u"de_CH", u""},
+                                                {u"tlh", u""},
+                                                {u"", u""},
+                                                {u"not a code", u""},
+                                                {u"en_XX", u""},
+                                                {{u"en\0x", 4}, u""}};
   for (const auto& [code, wanted] : rows) {
     const Ref<QNLocale> locale = QNLocale::localeByCode(code);
     EXPECT_EQ(locale ? locale->locale().code() : Text(), wanted);

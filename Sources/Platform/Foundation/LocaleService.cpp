@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -48,13 +49,35 @@ icu::Locale minimized(icu::Locale locale) {
   return locale;
 }
 
+// The code among `codes` of a locale that means the same as this one, and says no more than it must.
+std::optional<Text> plainerCode(const icu::Locale& locale, const std::set<Text>& codes) {
+  const icu::Locale full = maximized(locale);
+  for (const icu::Locale& candidate : {minimized(locale), icu::Locale(full.getLanguage(), full.getScript()), full}) {
+    Text name = textOf(candidate.getName());
+    // A script without region may stand for another region.
+    if (codes.contains(name) && maximized(candidate) == full) return name;
+  }
+  return std::nullopt;
+}
+
+// Without those that only say in more words what a plainer one says, such as "nb_NO" beside "nb", unless they are among
+// the first.
+std::set<Text> withoutDoubles(const std::set<Text>& codes) {
+  std::set<Text> kept;
+  for (const std::string_view code : firstCodes)
+    if (codes.contains(textFromUTF8(code))) kept.insert(textFromUTF8(code));
+  for (const Text& code : codes)
+    if (plainerCode(localeNamed(code), codes).value_or(code) == code) kept.insert(code);
+  return kept;
+}
+
 const std::set<Text>& collationCodes() {
   static const auto& codes = *[] {
     std::int32_t count = 0;
     const icu::Locale* locales = icu::Collator::getAvailableLocales(count);
-    auto* all = new std::set<Text>;
-    for (std::int32_t i = 0; i < count; ++i) all->insert(textOf(locales[i].getName()));
-    return all;
+    std::set<Text> all;
+    for (std::int32_t i = 0; i < count; ++i) all.insert(textOf(locales[i].getName()));
+    return new std::set<Text>(withoutDoubles(all));
   }();
   return codes;
 }
@@ -84,14 +107,9 @@ LocaleRef LocaleRef::fromCode(TextView code) {
   const icu::Locale locale = localeNamed(code);
   // Of no language, the likeliest would be English.
   if (*locale.getLanguage() == 0) return interned(textOf(locale.getName()));
-  const icu::Locale full = maximized(locale);
-  const icu::Locale candidates[] = {locale, minimized(locale), icu::Locale(full.getLanguage(), full.getScript()), full};
-  for (const icu::Locale& candidate : candidates) {
-    const Text name = textOf(candidate.getName());
-    // A script without region may stand for another region.
-    if (collationCodes().contains(name) && maximized(candidate) == full) return interned(name);
-  }
-  return interned(textOf(locale.getName()));
+  const Text name = textOf(locale.getName());
+  if (collationCodes().contains(name)) return interned(name);
+  return interned(plainerCode(locale, collationCodes()).value_or(name));
 }
 
 const std::vector<std::pair<LocaleRef, std::uint32_t>>& collationLocales() {

@@ -32,7 +32,8 @@ class KELVANE_EXPORT LocaleRef {
 };
 
 // The locales by which texts can be sorted, each with the variant of the operation (0 as yet). The order is ours and
-// the same in every run: those that most users ask for, then the other languages, then those with script or region.
+// the same in every run: those that most users ask for, then the other languages, then those with script or region, but
+// none that only says in more words what another one says ("nb_NO" beside "nb").
 KELVANE_EXPORT const std::vector<std::pair<LocaleRef, std::uint32_t>>& collationLocales();
 
 // The language part alone, "de" for "de_CH".
