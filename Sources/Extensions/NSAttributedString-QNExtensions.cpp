@@ -79,7 +79,7 @@ struct WordMarker {
     markAnyOfOrAbove(text.substr(from, count), blanks, 0x84, marks);
     const TextView stretch = text.substr(from, count + 1);
     if (stretch.size() < 2) return;
-    std::array<std::uint64_t, 4> doubled{};
+    std::array<std::uint64_t, markWords> doubled{};
     markEnds(stretch, u"  ", doubled.data());
     for (std::size_t word = 0; word * 64 < count; ++word) marks[word] |= doubled[word];
   }

@@ -25,7 +25,7 @@ struct SpecialMarker {
     markAnyOf(text.substr(from, count), special, marks);
     const TextView stretch = text.substr(from, count + 1);
     if (stretch.size() < 2) return;
-    std::array<std::uint64_t, 4> blanks{};
+    std::array<std::uint64_t, markWords> blanks{};
     markEnds(stretch, u"  ", blanks.data());
     for (std::size_t word = 0; word * 64 < count; ++word) marks[word] |= blanks[word];
   }

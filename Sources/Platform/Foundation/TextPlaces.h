@@ -22,7 +22,11 @@
 // given, sets included.
 namespace kelvane {
 
-// What a walk looks for: at how many places it may stand, and which of `count` places from `from` on to mark.
+// How many words of marks, of 64 places each, a walk has filled at a time.
+inline constexpr std::size_t markWords = 8;
+
+// What a walk looks for: at how many places it may stand, and which of `count` places from `from` on to mark. There are
+// at most markWords * 64 of them.
 struct UnitMarker {
   std::size_t size() const { return text.size(); }
   void mark(std::size_t from, std::size_t count, std::uint64_t* marks) const {
@@ -65,7 +69,7 @@ class MarkedPlaces {
   }
 
  private:
-  static constexpr std::size_t words = 8;
+  static constexpr std::size_t words = markWords;
   static constexpr std::size_t wordBits = 64;
 
   void markOn() {
@@ -88,7 +92,7 @@ class MarkedPlaces {
 // registers.
 template <class Marker, class Visit>
 void visitPlaces(const Marker& marker, Visit visit) {
-  constexpr std::size_t words = 8;
+  constexpr std::size_t words = markWords;
   std::array<std::uint64_t, words> marks{};
   for (std::size_t base = 0; base < marker.size(); base += words * 64) {
     const std::size_t count = std::min(words * 64, marker.size() - base);
