@@ -27,7 +27,7 @@ std::string contentsOf(const std::string& path) {
 ProcessResult runProcess(const std::vector<std::string>& arguments, const std::string& outputFile) {
   const TemporaryFolder folder;
   // Without `exec` the shell would write of a killed program to the standard error that is being collected.
-  std::string command = "exec timeout --signal=KILL 30";
+  std::string command = "exec timeout --signal=KILL 300";
   for (const std::string& argument : arguments) command += " " + quoted(argument);
   command += " </dev/null >" + quoted(outputFile.empty() ? folder.path("out") : outputFile);
   command += " 2>" + quoted(folder.path("err"));

@@ -13,8 +13,8 @@ struct ProcessResult {
 };
 
 // Runs a program without a standard input, waits for its end and collects what it prints. `arguments` begins with the
-// program's path. With `outputFile` its standard output goes there instead. A program that takes longer than half a
-// minute is killed.
+// program's path. With `outputFile` its standard output goes there instead. A program that takes longer than five
+// minutes is killed.
 ProcessResult runProcess(const std::vector<std::string>& arguments, const std::string& outputFile = {});
 
 }  // namespace kelvane::test
