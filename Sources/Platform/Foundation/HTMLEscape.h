@@ -36,11 +36,13 @@ class HTMLMarkup {
 
 // Escapes a text in the same way with markup between its pieces, at the speed of escaping it whole:
 //
-//   HTMLEscaper escaper(u"a < b");
-//   escaper.escapeTo(2);
-//   escaper.append(HTMLMarkup(u"<b>"));
-//   escaper.escapeTo(5);
-//   escaper.finish();  // "a <b>&lt; b"
+// ```cpp
+// HTMLEscaper escaper(u"a < b");
+// escaper.escapeTo(2);
+// escaper.append(HTMLMarkup(u"<b>"));
+// escaper.escapeTo(5);
+// escaper.finish();  // "a <b>&lt; b"
+// ```
 //
 // One thread at a time; `text` must stay as long as it is used.
 class HTMLEscaper {
