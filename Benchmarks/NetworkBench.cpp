@@ -33,9 +33,9 @@ constexpr std::uintmax_t fileBytes = std::uintmax_t{1} << 30U;
 
 [[noreturn]] void serve(int out) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
-  const test::RawServer server([](test::RawPeer& peer) {
+  const RawServer server([](RawPeer& peer) {
     std::uint64_t size = 0;
-    while (peer.discard(size) && peer.send(test::answer("200 OK", "done"))) {
+    while (peer.discard(size) && peer.send(answer("200 OK", "done"))) {
     }
   });
   const std::string base = server.base() + "\n";

@@ -1,16 +1,11 @@
 #include <atomic>
-#include <functional>
-#include <stdexcept>
 #include <thread>
 
 #include "Collections/QNIndexedObjectPool.h"
-#include "Support/CapturedSystemLog.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
-// Equal to a track of the same title.
 struct Track : NSObject {
   Track(std::int64_t theNumber, Text theTitle) : number(theNumber), title(std::move(theTitle)) {}
   bool isEqual(const NSObject& other) const override { return static_cast<const Track&>(other).title == title; }
@@ -26,8 +21,7 @@ using Pool = QNIndexedObjectPool<Ref<Track>>;
 Ref<Track> track(int number, Text title) { return std::make_shared<Track>(number, std::move(title)); }
 
 // Keeps what it hears, "+" for added and "-" for removed, and then does what it was told to.
-class Listener : public Pool::Delegate {
- public:
+struct Listener : Pool::Delegate {
   void didAddObject(const Ref<Track>& object, Pool& pool) override {
     heard += (pool.containsObject(object) ? u"+" : u"?") + object->title;
   }
@@ -41,8 +35,7 @@ class Listener : public Pool::Delegate {
   std::function<void(TextView title)> reaction;
 };
 
-class QNIndexedObjectPoolTest : public testing::Test {
- protected:
+struct QNIndexedObjectPoolTest : testing::Test {
   QNIndexedObjectPoolTest() { pool.setDelegate(&listener); }
 
   // The pool's own references are the only ones.
@@ -103,8 +96,7 @@ TEST_F(QNIndexedObjectPoolTest, ClearAndDestructionTellOldestFirst) {
     };
   }
   EXPECT_EQ(listener.takeHeard(), u"-x-y");
-  EXPECT_THAT(log.take(),
-              testing::ElementsAre(u"-[QNIndexedObjectPool dealloc]: an exception has been swallowed: no more"));
+  EXPECT_THAT(log.take(), ElementsAre(u"-[QNIndexedObjectPool dealloc]: an exception has been swallowed: no more"));
   listener.reaction = nullptr;
 }
 
@@ -125,28 +117,25 @@ TEST_F(QNIndexedObjectPoolTest, PurgeDropsWhatOnlyThePoolHolds) {
 }
 
 TEST_F(QNIndexedObjectPoolTest, DelegatesMayChangeThePoolDuringPurge) {
-  const struct {
-    TextView kept, trigger, removed;  // "*" stands for what a purge removes
-    TextView heard, left;
-  } rows[] = {
+  const std::tuple<TextView, TextView, TextView, TextView, TextView> rows[] = {
       {u"de", u"c", u"a", u"-c-a-b", u"de"},  // older ones: those that are still to come move
       {u"", u"e", u"a", u"-e-a-d-c-b", u""},
       {u"", u"d", u"abc", u"-e-d-a-b-c", u""},
       {u"", u"b", u"*", u"-e-d-c-b-a", u""},
   };
-  for (const auto& row : rows) {
+  for (const auto& [keptTitles, trigger, removedTitles, heard, left] : rows) {
     add(u"abcde");
     std::vector<Ref<Track>> kept;
     for (const auto& object : pool.objects())
-      if (row.kept.find(object->title) != TextView::npos) kept.push_back(object);
+      if (keptTitles.find(object->title) != TextView::npos) kept.push_back(object);
     listener.reaction = [&](TextView title) {
-      if (title != row.trigger) return;
-      if (row.removed == u"*") return pool.purge();
-      for (const char16_t removed : row.removed) pool.removeObject(track(0, Text(1, removed)));
+      if (title != trigger) return;
+      if (removedTitles == u"*") return pool.purge();
+      for (const char16_t removed : removedTitles) pool.removeObject(track(0, Text(1, removed)));
     };
     pool.purge();
-    EXPECT_EQ(listener.takeHeard(), row.heard);
-    EXPECT_EQ(titles(), row.left);
+    EXPECT_EQ(listener.takeHeard(), heard);
+    EXPECT_EQ(titles(), left);
     listener.reaction = nullptr;
     pool.clear();
     listener.takeHeard();
@@ -185,4 +174,3 @@ TEST_F(QNIndexedObjectPoolTest, ThreadsMayDoAnything) {
 }
 
 }  // namespace
-}  // namespace kelvane

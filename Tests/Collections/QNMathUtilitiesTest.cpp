@@ -2,27 +2,19 @@
 #include <unistd.h>
 
 #include <array>
-#include <cmath>
-#include <cstdlib>
-#include <limits>
 
 #include "Collections/QNMathUtilities.h"
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/RandomBytes.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 constexpr std::int64_t smallest = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
 
 TEST(QNMathUtilities, NumbersFollowFromTheDraw) {
-  const struct {
-    std::int64_t lower, upper;
-    std::uint32_t word;
-    std::int64_t number;
-  } rows[] = {
+  const std::tuple<std::int64_t, std::int64_t, std::uint32_t, std::int64_t> rows[] = {
       {0, 9, 123, 3},
       {-5, 5, 10, 5},
       {-5, 5, 11, -5},
@@ -32,9 +24,8 @@ TEST(QNMathUtilities, NumbersFollowFromTheDraw) {
       {largest, largest, 5, largest},
       {largest, smallest + 4, 8, smallest + 1},  // wraps around: a range of 6
   };
-  for (const auto& row : rows)
-    EXPECT_EQ(QNMathUtilities::valueBetween(row.lower, row.upper, row.word), row.number)
-        << row.lower << ' ' << row.upper << ' ' << row.word;
+  for (const auto& [lower, upper, word, number] : rows)
+    EXPECT_EQ(QNMathUtilities::valueBetween(lower, upper, word), number) << lower << ' ' << upper << ' ' << word;
 }
 
 TEST(QNMathUtilitiesDeathTest, NoNumberEndsTheProcess) {
@@ -61,31 +52,24 @@ TEST(QNMathUtilities, SeedsTheClassicGeneratorsFromTheClock) {
   QNMathUtilities::initRandom();
   const unsigned after = now();
   const long drawn = random();
-  bool isSeeded = false;
-  for (unsigned seed = before; seed <= after; ++seed) {
-    srandom(seed);
-    isSeeded |= random() == drawn;
-  }
-  EXPECT_TRUE(isSeeded);
+  std::vector<long> possible;
+  for (unsigned seed = before; seed <= after; ++seed) srandom(seed), possible.push_back(random());
+  EXPECT_THAT(possible, testing::Contains(drawn));
 }
 
 TEST(RandomBytes, AForkedProcessDrawsItsOwn) {
-  static_cast<void>(randomWord());
+  const auto drawn = [] { return std::uint64_t{randomWord()} << 32U | randomWord(); };
+  drawn();
   int ends[2];
   ASSERT_EQ(pipe(ends), 0);
-  const pid_t child = fork();
-  if (child == 0) {
-    const std::uint32_t words[2] = {randomWord(), randomWord()};
-    _exit(write(ends[1], words, sizeof words) == sizeof words ? 0 : 1);
+  if (fork() == 0) {
+    const std::uint64_t itsOwn = drawn();
+    _exit(write(ends[1], &itsOwn, sizeof itsOwn) == sizeof itsOwn ? 0 : 1);
   }
-  const std::uint32_t ours[2] = {randomWord(), randomWord()};
-  std::uint32_t words[2];
-  ASSERT_EQ(read(ends[0], words, sizeof words), static_cast<ssize_t>(sizeof words));
-  EXPECT_FALSE(words[0] == ours[0] && words[1] == ours[1]);
-  waitpid(child, nullptr, 0);
-  close(ends[0]);
-  close(ends[1]);
+  std::uint64_t itsOwn = 0;
+  ASSERT_EQ(read(ends[0], &itsOwn, sizeof itsOwn), ssize_t{sizeof itsOwn});
+  EXPECT_NE(itsOwn, drawn());
+  wait(nullptr);
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,46 +1,23 @@
 #include <fcntl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <regex>
-#include <stdexcept>
-#include <string>
-#include <string_view>
-#include <vector>
 
 #include "Support/Process.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-using kelvane::test::ProcessResult;
-using kelvane::test::runProcess;
 using testing::EndsWith;
-using testing::HasSubstr;
-using testing::Not;
-using testing::StartsWith;
-
 using namespace std::string_literals;
 
 ProcessResult reportOn(const fs::path& folder, const std::string& outputFile = {}) {
   return runProcess({KELVANE_NOTEBOOK, "--report", folder.native()}, outputFile);
 }
 
-std::string bytesOf(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 // Each test works in a folder of its own, and the Notebook keeps its preferences and its log in another.
-class NotebookTest : public testing::Test {
- protected:
+struct NotebookTest : testing::Test {
   NotebookTest() {
     ::setenv("XDG_CONFIG_HOME", mySettings.path().c_str(), 1);
     ::setenv("XDG_DATA_HOME", mySettings.path().c_str(), 1);
@@ -48,18 +25,14 @@ class NotebookTest : public testing::Test {
     ::setenv("TMPDIR", mySettings.path().c_str(), 1);
   }
 
-  // What every report begins with.
   std::string summary() const {
     return "app-name: Notebook\nlibrary-app-support: " + mySettings.path() + "/Notebook\n\n";
   }
 
-  void write(const std::string& name, std::string_view bytes) const {
-    fs::create_directories((myFolder / name).parent_path());
-    std::ofstream(myFolder / name, std::ios::binary) << bytes;
-  }
+  void write(const std::string& name, std::string_view bytes) const { myDocuments.write(name, bytes); }
 
-  kelvane::TemporaryFolder myDocuments;
-  kelvane::TemporaryFolder mySettings;
+  TemporaryFolder myDocuments;
+  TemporaryFolder mySettings;
   fs::path myFolder = myDocuments.path();
 };
 
@@ -121,11 +94,7 @@ TEST_F(NotebookTest, readsAndWritesNotesInHTML) {
 }
 
 TEST_F(NotebookTest, tellsWhatFilesHold) {
-  const struct {
-    const char* name;
-    std::string bytes;
-    std::string report;
-  } rows[] = {
+  const std::tuple<std::string, std::string, std::string> rows[] = {
       {"1-empty", "", "empty\n"},
       {"2-binary", "PK\x03\x04\0\0"s, "binary, 6 bytes\n"},
       {"3-late-nul", std::string(9000, 'x') + '\0',
@@ -147,13 +116,13 @@ TEST_F(NotebookTest, tellsWhatFilesHold) {
       {"g-table.conf", "# x\nkey\tvalue\na\tb", "3 lines, longest 9 in line 2, table of 1 row in 2 columns\n"},
   };
   std::size_t bytes = 0;
-  for (const auto& row : rows) {
-    write(row.name, row.bytes);
-    if (row.report.find("binary") == std::string::npos) bytes += row.bytes.size();
+  for (const auto& [name, contents, report] : rows) {
+    write(name, contents);
+    if (report.find("binary") == std::string::npos) bytes += contents.size();
   }
   const ProcessResult result = reportOn(myFolder);
   EXPECT_EQ(result.status, 0);
-  for (const auto& row : rows) EXPECT_THAT(result.out, HasSubstr(row.name + "\n    "s + row.report));
+  for (const auto& [name, contents, report] : rows) EXPECT_THAT(result.out, HasSubstr(name + "\n    " + report));
   EXPECT_EQ(totals(result), "Totals\n    12 texts in 1 folder: 36 lines, " + std::to_string(bytes) + R"( bytes
     2 texts not in UTF-8
     2 tables with 3 rows
@@ -298,17 +267,17 @@ TEST_F(NotebookTest, keepsItsLastFolderAndALog) {
   const std::string preferences = mySettings.path("Notebook.plist");
   const ProcessResult first = reportOn(myFolder);
   EXPECT_EQ(first.status, 0);
-  EXPECT_EQ(bytesOf(log), "");
+  EXPECT_EQ(bytesOfFile(log), "");
   EXPECT_TRUE(fs::exists(mySettings.path("tmp/Notebook")) && !fs::exists(left));
   const ProcessResult again = runProcess({KELVANE_NOTEBOOK, "--report"});
   EXPECT_EQ(again.out, first.out);
   EXPECT_EQ(again.err, "");
 
-  std::string settings = bytesOf(preferences);
+  std::string settings = bytesOfFile(preferences);
   settings.insert(settings.find("<dict>") + 6, "<key>QNLogger_logLevel</key><integer>1</integer>");
-  std::ofstream(preferences, std::ios::binary) << settings;
+  mySettings.write("Notebook.plist", settings);
   EXPECT_THAT(runProcess({KELVANE_NOTEBOOK, "--report"}).err, HasSubstr("INFO beginSession:"));
-  EXPECT_THAT(bytesOf(log), HasSubstr(" - Report on " + myFolder.native() + "\nINFO endSession:"));
+  EXPECT_THAT(bytesOfFile(log), HasSubstr(" - Report on " + myFolder.native() + "\nINFO endSession:"));
 
   // Neither can be written: that is told, and the report is as whole as before.
   mySettings.clear();

@@ -1,20 +1,14 @@
 #include <fstream>
-#include <initializer_list>
-#include <random>
-#include <stdexcept>
 
 #include "Extensions/NSAttributedString-QNExtensions.h"
-#include "Platform/Foundation/Boxing.h"
+#include "Extensions/NSTextStorage-QNExtensions.h"
 #include "Platform/Foundation/NSColor.h"
 #include "Platform/Foundation/NSFont.h"
 #include "Platform/Foundation/NSURL.h"
-#include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/TextNumbers.h"
 #include "Support/Process.h"
-#include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 using namespace std::literals;
@@ -186,33 +180,12 @@ TEST(StyledTextAsHTML, WritesTheSameForSharedDictionariesAsForCopies) {
   EXPECT_LT(failures, 390U);
 }
 
-// A first pass may lose blanks behind tags. A second one loses breaks and sizes too, as they are not written the way
-// they are read, and with them maybe the tag that the text ended with; so with these it is the third.
-TEST(StyledTextAsHTML, IsAFixedPointFromTheSecondPassOn) {
-  NSAttributedStringExtensions::didLoad();
-  constexpr TextView pieces[] = {
-      u"<b>", u"</b>",       u"<i>", u"</i>", u"<u>",           u"</u>",           u"word", u" ",
-      u"\n",  u"two words ", u"'",   u"<p>",  u"<font size=5>", u"<font size=+1>", u"<br>", u"</font>"};
-  constexpr std::size_t fastSettling = 11;
-  std::mt19937 random(8);
-  for (int round = 0; round < 4000; ++round) {
-    const bool isFast = round % 2 == 0;
-    Text html;
-    for (int i = 0; i < 20; ++i) html += pieces[random() % (isFast ? fastSettling : std::size(pieces))];
-    Text written;
-    for (int pass = 0; pass < (isFast ? 2 : 3); ++pass)
-      written = htmlString(attributedStringWithHTML(pass == 0 ? html : written));
-    ASSERT_EQ(htmlString(attributedStringWithHTML(written)), written) << testing::PrintToString(html);
-  }
-}
-
-// As UnRTF has it, in HTML.
 std::string throughUnRTF(const NSAttributedString& text) {
   const TemporaryFolder folder;
   const std::string path = folder.path("text.rtf");
   const std::vector<std::uint8_t> bytes = rtf(text);
   std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), std::ssize(bytes));
-  return test::runProcess({KELVANE_UNRTF, "--nopict", "--html", path}).out;
+  return runProcess({KELVANE_UNRTF, "--nopict", "--html", path}).out;
 }
 
 TEST(StyledTextAsRTF, OpensInAnotherProgram) {
@@ -239,5 +212,51 @@ TEST(StyledTextAsRTF, IsWrittenInASCII) {
             "c\\line\n\\page\n\\u-10179?\\u-8704?\\u127?}{\\f0\\fs1 d}}}\n}\n");
 }
 
+Ref<NSDictionary> attributesOf(const NSFont& font) {
+  return dictionaryOf({{Text(NSFontAttributeName), box(font)}, {u"mark", box(1)}});
+}
+
+std::vector<Text> fontsOf(const NSTextStorage& text) {
+  std::vector<Text> fonts;
+  for (const AttributeRun run : text.runs()) fonts.push_back(description(run.attributes->objectForKey(u"NSFont")));
+  return fonts;
+}
+
+TEST(NSTextStorageExtensions, ScalesFacesAndSetsPlainOnes) {
+  const auto sans = NSFont::fontWithName(u"DejaVu Sans", 13);
+  const auto bold = NSFont::fontWithName(u"DejaVu Sans Bold", 20);
+  ASSERT_TRUE(sans && bold);
+  NSTextStorage text;
+  const auto unstyled = dictionaryOf({{u"mark", box(2)}});
+  text.appendString(u"plain", attributesOf(*sans));
+  text.appendString(u"none", unstyled);
+  text.appendString(u"bold", attributesOf(*bold));
+  text.appendString(u"lost", attributesOf(NSFont::fontWithFamily(u"No Such", NSItalicFontMask, 5, 10)));
+  text.appendString(u"small", attributesOf(sans->fontWithSize(1)));
+  const NSTextStorage before = text;
+  EXPECT_EQ(&setFontSize(scaleAttributedStringUsingFactor(text, 0), 0), &text);
+  EXPECT_TRUE(text.isEqual(before));
+
+  scaleAttributedStringUsingFactor(text, 1.5);
+  EXPECT_THAT(fontsOf(text), ElementsAre(u"DejaVu Sans 19", u"(null)", u"DejaVu Sans Bold 30", u"No Such Italic 15",
+                                         u"DejaVu Sans 1"));
+  EXPECT_EQ(text.attributesAtIndex(5), unstyled);
+  EXPECT_TRUE(isEqual(text.attribute(u"mark", 0), box(1)));
+  // 0.5 points would be none, which leaves the run.
+  scaleAttributedStringUsingFactor(text, 0.5);
+  EXPECT_EQ(fontsOf(text).back(), u"DejaVu Sans 1");
+
+  setFontSize(text, 18.5);
+  EXPECT_THAT(fontsOf(text),
+              ElementsAre(u"DejaVu Sans 18.5", u"(null)", u"DejaVu Sans 18.5", u"No Such 18.5", u"DejaVu Sans 18.5"));
+  scaleAttributedStringUsingFactor(text, NaN);
+  EXPECT_TRUE(std::isnan(as<NSFont>(text.attribute(NSFontAttributeName, 0))->pointSize()));
+}
+
+TEST(NSTextStorageExtensions, ARunThatComesToEqualTheNextIsScaledOnce) {
+  NSTextStorage text;
+  for (const double size : {12, 24}) text.appendString(u"ab", attributesOf(NSFont::fontWithFamily(u"A", 0, 5, size)));
+  EXPECT_THAT(fontsOf(scaleAttributedStringUsingFactor(text, 2)), ElementsAre(u"A 24", u"A 48"));
+}
+
 }  // namespace
-}  // namespace kelvane

@@ -1,8 +1,7 @@
 #include "Extensions/NSBezierPath-QNExtensions.h"
-#include "Support/RecordingDesktop.h"
+#include "Support/PathText.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 using namespace NSBezierPathExtensions;
@@ -38,29 +37,20 @@ TEST(NSBezierPathExtensions, CornersOfEachMask) {
 TEST(NSBezierPathExtensions, DegenerateRoundedRectangles) {
   const char* const plain = "M0,0 L40,0 L40,20 L0,20 Z";
   const char* const ends = "M20,20 C0,20>0,0r10 C0,0>40,0r10 C40,0>40,20r10 C40,20>0,20r10 Z";
-  const struct {
-    CGRect rect;
-    double radius;
-    const char* elements;
-  } rows[] = {
+  const std::tuple<CGRect, double, const char*> rows[] = {
       {{0, 0, 40, 20}, 50, ends},  {{0, 0, 40, 20}, infinity, ends}, {{0, 0, 40, 20}, 0, plain},
-      {{0, 0, 40, 20}, -5, plain}, {{0, 0, 40, 20}, nan, plain},     {{0, 0, 40, 0}, 5, ""},
+      {{0, 0, 40, 20}, -5, plain}, {{0, 0, 40, 20}, NaN, plain},     {{0, 0, 40, 0}, 5, ""},
       {{0, 0, 0, 20}, 5, ""},      {{40, 0, -40, 20}, 5, ""},        {{0, 20, 40, -20}, 0, ""},
-      {{0, 0, nan, 20}, 5, ""},    {{0, 0, 40, nan}, nan, ""},
+      {{0, 0, NaN, 20}, 5, ""},    {{0, 0, 40, NaN}, NaN, ""},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(shown(bezierPathWithRoundedRect(row.rect, row.radius).elements()), row.elements);
-    EXPECT_EQ(shown(bezierPathWithRoundedRect(row.rect, row.radius, 15).elements()), row.elements);
+  for (const auto& [rect, radius, elements] : rows) {
+    EXPECT_EQ(shown(bezierPathWithRoundedRect(rect, radius).elements()), elements);
+    EXPECT_EQ(shown(bezierPathWithRoundedRect(rect, radius, 15).elements()), elements);
   }
 }
 
 TEST(NSBezierPathExtensions, Plates) {
-  const struct {
-    CGRect rect;
-    const char* plate;
-    const char* left;
-    const char* right;
-  } rows[] = {
+  const std::tuple<CGRect, const char*, const char*, const char*> rows[] = {
       {{0, 0, 100, 20},
        "M10,20 A10,10r10:90-270 A90,10r10:270-90 Z",
        "M10,20 A10,10r10:90-270 L100,0 L100,20 Z",
@@ -72,25 +62,13 @@ TEST(NSBezierPathExtensions, Plates) {
        "M15,25 L5,25 L5,5 A5,15r10:270-90 Z"},
       {{0, 0, 100, 0}, "", "", ""},
       {{0, 0, 100, -20}, "", "", ""},
-      {{0, 0, 100, nan}, "", "", ""},
+      {{0, 0, 100, NaN}, "", "", ""},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(shown(bezierPathWithPlateInRect(row.rect).elements()), row.plate);
-    EXPECT_EQ(shown(bezierPathWithLeftPlateInRect(row.rect).elements()), row.left);
-    EXPECT_EQ(shown(bezierPathWithRightPlateInRect(row.rect).elements()), row.right);
+  for (const auto& [rect, plate, left, right] : rows) {
+    EXPECT_EQ(shown(bezierPathWithPlateInRect(rect).elements()), plate);
+    EXPECT_EQ(shown(bezierPathWithLeftPlateInRect(rect).elements()), left);
+    EXPECT_EQ(shown(bezierPathWithRightPlateInRect(rect).elements()), right);
   }
 }
 
-// Tests/Qt sees what is drawn.
-TEST(NSBezierPathExtensions, StrokingInsideDoublesTheLineWidthForGood) {
-  NSBezierPath path;
-  strokeInside(path);
-  EXPECT_EQ(path.lineWidth(), 2);
-  RecordingContext context;
-  const CurrentContextScope scope(&context);
-  strokeInsideWithinRect(path, {1, 1, 2, 2});
-  EXPECT_EQ(path.lineWidth(), 4);
-}
-
 }  // namespace
-}  // namespace kelvane

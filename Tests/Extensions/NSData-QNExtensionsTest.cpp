@@ -1,14 +1,10 @@
 #include <array>
-#include <random>
-#include <string_view>
 
 #include "Extensions/NSData-QNExtensions.h"
 #include "Extensions/NSString-QNExtensions.h"
 #include "Platform/Foundation/Base64.h"
-#include "Platform/Foundation/TextEncoding.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 using namespace NSDataExtensions;
@@ -18,7 +14,7 @@ constexpr TextView alphabet = u"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuv
 
 Bytes bytesOf(std::string_view text) { return {text.begin(), text.end()}; }
 
-// --- The plain way, which judges the fast one: each rule by itself and in its order.
+// The plain way, which judges the fast one; for decoding, Base64Fuzz has one.
 
 Text plainEncoding(const Bytes& bytes) {
   Text text;
@@ -34,50 +30,12 @@ Text plainEncoding(const Bytes& bytes) {
   return text;
 }
 
-Bytes plainDecoding(TextView text) {
-  const std::string source = utf8(stringByRemovingWhitespace(text));
-  const std::size_t p = std::min(source.find('='), source.size());
-  std::size_t e = 0;
-  while (p + e < source.size() && source[p + e] == '=') ++e;
-  const std::size_t q = (p + e) / 4;
-  if (e >= 3 || p == 0 || 3 * q < e) return {};
-  Bytes bytes;
-  for (std::size_t i = 0; i < q; ++i) {
-    std::uint64_t group = 0;
-    for (const char c : source.substr(4 * i, 4)) {
-      if (const std::size_t digit = alphabet.find(static_cast<unsigned char>(c)); digit != TextView::npos)
-        group = group * 64 + digit;
-      else if (c == '=')
-        group *= 64;
-    }
-    for (const unsigned shift : {16U, 8U, 0U}) bytes.push_back(static_cast<std::uint8_t>(group >> shift));
-  }
-  bytes.resize(3 * q - e);
-  return bytes;
-}
-
-TEST(Base64Test, EncodesTheStandardsVectors) {
-  // RFC 4648, section 10.
-  const std::pair<std::string_view, TextView> rows[] = {{"", u""},
-                                                        {"f", u"Zg=="},
-                                                        {"fo", u"Zm8="},
-                                                        {"foo", u"Zm9v"},
-                                                        {"foob", u"Zm9vYg=="},
-                                                        {"fooba", u"Zm9vYmE="},
-                                                        {"foobar", u"Zm9vYmFy"}};
-  for (const auto& [plain, encoded] : rows) {
-    EXPECT_EQ(encodeDataToBase64(bytesOf(plain)), encoded);
-    EXPECT_EQ(decodeDataFromBase64(encoded), bytesOf(plain));
-  }
-}
-
-TEST(Base64Test, AllShortInputsThereAndBack) {
-  for (unsigned number = 0; number < 0x10100; ++number) {
-    Bytes bytes{static_cast<std::uint8_t>(number)};
-    if (number >= 0x100) bytes.push_back(static_cast<std::uint8_t>((number - 0x100) >> 8U));
-    const Text text = *encodeDataToBase64(bytes);
-    ASSERT_EQ(text, plainEncoding(bytes));
-    ASSERT_EQ(decodeDataFromBase64(text), bytes);
+TEST(Base64Test, EncodesTheStandardsVectors) {  // RFC 4648, section 10
+  const TextView encoded[] = {u"", u"Zg==", u"Zm8=", u"Zm9v", u"Zm9vYg==", u"Zm9vYmE=", u"Zm9vYmFy"};
+  for (std::size_t length = 0; length < std::size(encoded); ++length) {
+    const Bytes plain = bytesOf(std::string_view("foobar").substr(0, length));
+    EXPECT_EQ(encodeDataToBase64(plain), encoded[length]);
+    EXPECT_EQ(decodeDataFromBase64(encoded[length]), plain);
   }
 }
 
@@ -96,7 +54,6 @@ TEST(Base64Test, EveryLengthThereAndBack) {
       ASSERT_EQ(lines, wanted) << length << " bytes in lines of " << width;
       ASSERT_EQ(decodeDataFromBase64(lines), bytes);
     }
-    // The forms of the floor below.
     std::string narrow(base64Length(length), ' ');
     ASSERT_EQ(encodeBase64(bytes, narrow.data()), narrow.data() + narrow.size());
     ASSERT_EQ(textFromUTF8(narrow), text);
@@ -105,10 +62,7 @@ TEST(Base64Test, EveryLengthThereAndBack) {
 }
 
 TEST(Base64Test, DecodesLeniently) {
-  const struct {
-    TextView text;
-    std::string_view bytes;
-  } rows[] = {
+  const std::tuple<TextView, std::string_view> rows[] = {
       {u"QUJD", "ABC"},
       {u" Q\tU\nJ\x2029\x00A0"
        u"D\x3000",
@@ -126,53 +80,8 @@ TEST(Base64Test, DecodesLeniently) {
         "ABC",
         6}},  // two bytes, and so two places
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(decodeDataFromBase64(row.text), bytesOf(row.bytes)) << utf8(row.text);
-    EXPECT_EQ(decodeDataFromBase64(row.text), plainDecoding(row.text)) << utf8(row.text);
-  }
-}
-
-// Lines of one length go a way of their own, until one is different.
-TEST(Base64Test, TroubleAnywhereInLines) {
-  for (const std::size_t width : {32UL, 64UL, 76UL, 84UL, 128UL, 140UL}) {
-    for (const TextView end : {u"\n", u"\r\n", u"\r\n "}) {
-      Text text;
-      for (std::size_t i = 0; i < 5 * width; ++i) {
-        text += alphabet[i * 7 % 64];
-        if ((i + 1) % width == 0) text += end;
-      }
-      ASSERT_EQ(decodeDataFromBase64(text), plainDecoding(text)) << width;
-      for (std::size_t place = 0; place < text.size(); ++place) {
-        for (const char16_t unit : {u'*', u'=', u' ', u'A', u'\x20AC', u'\x0141'}) {
-          Text troubled = text;
-          troubled[place] = unit;
-          ASSERT_EQ(decodeDataFromBase64(troubled), plainDecoding(troubled)) << width << ", " << place;
-          troubled.insert(place, 1, unit);
-          ASSERT_EQ(decodeDataFromBase64(troubled), plainDecoding(troubled)) << width << ", " << place;
-        }
-      }
-    }
-  }
-}
-
-// A text of clean stretches with trouble in between: more or less of it, from few or many kinds.
-Text randomText(std::mt19937& random) {
-  constexpr TextView trouble = u"\n\n\r\n \t=*-_\x80\x85\xA0\xE9\x2028\x20AC\xD83D\xDE00\xDC00\xFFFF";
-  const std::size_t length = random() % (random() % 16 == 0 ? 400 : 24);
-  const unsigned rarity = 1U << (random() % 8);
-  Text text;
-  while (text.size() < length)
-    text += random() % rarity == 0 ? trouble[random() % (random() % trouble.size() + 1)] : alphabet[random() % 64];
-  if (random() % 2 == 0) text.append(random() % 3, u'=');
-  return text;
-}
-
-TEST(Base64Test, AMillionRandomTextsAgainstThePlainWay) {
-  std::mt19937 random(2);
-  for (int i = 0; i < 1000000; ++i) {
-    const Text text = randomText(random);
-    const Bytes wanted = plainDecoding(text);
-    if (decodeDataFromBase64(text) != wanted) FAIL() << testing::PrintToString(text);
+  for (const auto& [text, bytes] : rows) {
+    EXPECT_EQ(decodeDataFromBase64(text), bytesOf(bytes)) << utf8(text);
   }
 }
 
@@ -187,4 +96,3 @@ TEST(Base64Test, DecodesAQuantum) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,29 +1,19 @@
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
-
-#include <filesystem>
-#include <set>
 
 #include "Extensions/NSBundle-QNExtensions.h"
 #include "Extensions/NSFileManager-QNExtensions.h"
 #include "Extensions/NSFileManager-ThreadSafeManager.h"
 #include "Extensions/NSURL-QNExtensions.h"
 #include "Platform/Foundation/PathText.h"
-#include "Platform/Foundation/TextEncoding.h"
-#include "Support/CapturedSystemLog.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/Process.h"
 #include "Support/Testing.h"
 #include "Utilities/QNFileSystemUtilities.h"
 #include "Utilities/QNLogger.h"
 
-namespace kelvane {
 namespace {
 
-namespace fs = std::filesystem;
-
-class FileExtensionsTest : public testing::Test {
- protected:
+struct FileExtensionsTest : testing::Test {
   FileExtensionsTest() {
     for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "TMPDIR"}) setenv(variable, folder.path().c_str(), 1);
     setenv("XDG_DATA_HOME", folder.path("data").c_str(), 1);
@@ -36,7 +26,6 @@ class FileExtensionsTest : public testing::Test {
     for (const std::string& name : names) folder.write(name, name);
   }
   bool exists(const std::string& name) const { return fs::exists(fs::symlink_status(folder.path(name))); }
-  // The messages so far without what the logger puts before them.
   std::vector<Text> logged() {
     std::vector<Text> messages = log.take();
     for (Text& message : messages) message.erase(0, message.find(u" - ") + 3);
@@ -124,7 +113,6 @@ TEST_F(FileExtensionsTest, RemovesWhatMatchesAtEveryDepth) {
   EXPECT_THAT(log.take(), ElementsAre());
 }
 
-// As somebody who may not do everything.
 TEST_F(FileExtensionsTest, TellsWhatCouldNotBeRemoved) {
   write({"t/locked/in/a", "t/unreadable/b", "t/c", "sticky/d"});
   ASSERT_EQ(chmod(folder.path("t/locked/in").c_str(), 0500), 0);
@@ -226,15 +214,10 @@ TEST_F(FileExtensionsTest, GivesTemporaryNames) {
 }
 
 TEST_F(FileExtensionsTest, SixtyFourProcessesGetNamesOfTheirOwn) {
-  constexpr std::size_t processes = 64;
-  constexpr std::size_t names = 16;
-  for (std::size_t i = 0; i < processes; ++i) {
-    if (fork() != 0) continue;
-    for (std::size_t k = 0; k < names; ++k) createUniqueFileAtPath(files, path(), u"report", u"pdf");
-    _exit(0);
-  }
-  while (wait(nullptr) > 0) continue;
-  EXPECT_EQ(folder.names().size(), processes * names);
+  EXPECT_TRUE(runInProcesses(64, [&](int) {
+    for (int i = 0; i < 16; ++i) createUniqueFileAtPath(files, path(), u"report", u"pdf");
+  }));
+  EXPECT_EQ(folder.names().size(), 64U * 16);
 }
 
 TEST_F(FileExtensionsTest, FindsResources) {
@@ -255,4 +238,3 @@ TEST_F(FileExtensionsTest, FindsResources) {
 }
 
 }  // namespace
-}  // namespace kelvane

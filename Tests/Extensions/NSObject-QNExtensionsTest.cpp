@@ -1,26 +1,16 @@
-#include <memory>
-#include <stdexcept>
-#include <vector>
-
 #include "Extensions/NSDictionary-QNExtensions.h"
 #include "Extensions/NSObject-QNExtensions.h"
 #include "Platform/Foundation/ArchivedClass.h"
-#include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSArchiver.h"
-#include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSAttributedString.h"
 #include "Platform/Foundation/NSColor.h"
 #include "Platform/Foundation/NSManagedObject.h"
 #include "Platform/Foundation/Properties.h"
-#include "Support/CapturedSystemLog.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
-// Counts what its store hears of.
-class Note : public NSManagedObject {
- public:
+struct Note : NSManagedObject {
   Note() : NSManagedObject({u"title", u"body", u"color"}) {}
   const PropertyTable& propertyTable() const override {
     static const PropertyTable table(NSManagedObject::propertyTable(),
@@ -36,7 +26,6 @@ class Note : public NSManagedObject {
   void willAccessValueForKey(TextView) const override { ++accesses; }
   void didChangeValueForKey(TextView) override { ++changes; }
 
- private:
   int myPages = 0;
 };
 
@@ -113,4 +102,3 @@ TEST(NSDictionaryExtensions, ApplyValuesAsPropertiesToObject) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,15 +1,7 @@
-#include <cmath>
-#include <cstdlib>
-#include <limits>
-
 #include "Extensions/NSSplitView-QNExtensions.h"
-#include "Platform/Foundation/Boxing.h"
-#include "Platform/Foundation/NSUserDefaults.h"
 #include "Support/FakeDesktop.h"
-#include "Support/TemporaryFolder.h"
-#include "Support/Testing.h"
+#include "Support/PreferencesTest.h"
 
-namespace kelvane {
 namespace {
 
 struct FakeSplitView : FakeViewOf<NSSplitView> {
@@ -26,17 +18,7 @@ struct FakeSplitView : FakeViewOf<NSSplitView> {
   bool myIsVertical;
 };
 
-class NSSplitViewTest : public testing::Test {
- protected:
-  NSSplitViewTest() { setenv("XDG_CONFIG_HOME", folder.path().c_str(), 1); }
-
-  Ref<NSObject> kept(TextView key) const { return NSUserDefaults::standardUserDefaults().objectForKey(key); }
-  void keep(const Ref<NSObject>& object, TextView key) {
-    NSUserDefaults::standardUserDefaults().setObject(object, key);
-  }
-
-  TemporaryFolder folder;
-};
+using NSSplitViewTest = PreferencesTest;
 
 TEST_F(NSSplitViewTest, ExtentsComeBackInSinglePrecision) {
   using Sizes = std::vector<CGSize>;
@@ -56,24 +38,20 @@ TEST_F(NSSplitViewTest, ExtentsComeBackInSinglePrecision) {
 }
 
 TEST_F(NSSplitViewTest, PanesAreRestoredEachForItself) {
-  const struct {
-    const char* name;
-    Ref<NSObject> first, second;
-    double width1, width2;
-  } rows[] = {
-      {"first alone", box(8), nullptr, 8, 3},
-      {"second alone", nullptr, box(8.5), 1, 8.5},
-      {"collapsed counts as not kept", box(0.0F), box(8), 1, 8},
-      {"beyond measure", box(1e300), box(-1e300), 1, 3},
+  const std::tuple<Ref<NSObject>, Ref<NSObject>, double, double> rows[] = {
+      {box(8), nullptr, 8, 3},
+      {nullptr, box(8.5), 1, 8.5},
+      {box(0.0F), box(8), 1, 8},  // collapsed counts as not kept
+      {box(1e300), box(-1e300), 1, 3},
   };
-  for (const auto& row : rows) {
-    keep(row.first, u"K");
-    keep(row.second, u"K.frame2");
+  for (const auto& [first, second, width1, width2] : rows) {
+    keep(first, u"K");
+    keep(second, u"K.frame2");
     FakeSplitView splitView(true, {{1, 2}, {3, 4}});
     loadDividerPosition(splitView, u"K");
-    EXPECT_EQ(splitView.sizes(), (std::vector<CGSize>{{row.width1, 2}, {row.width2, 4}})) << row.name;
+    EXPECT_EQ(splitView.sizes(), (std::vector<CGSize>{{width1, 2}, {width2, 4}})) << utf8(description(first));
   }
-  keep(box(std::numeric_limits<double>::quiet_NaN()), u"K");
+  keep(box(NaN), u"K");
   FakeSplitView splitView(true, {{1, 2}});
   keep(box(1), u"K.frame2");
   EXPECT_THROW(loadDividerPosition(splitView, u"K"), std::out_of_range);  // the second one is not there
@@ -83,11 +61,9 @@ TEST_F(NSSplitViewTest, PanesAreRestoredEachForItself) {
 TEST_F(NSSplitViewTest, MissingPanesRaise) {
   const FakeSplitView one(true, {{200, 50}});
   EXPECT_EQ(firstSubview(one), one.mySubviews[0]);
-  EXPECT_THAT([&] { firstSubview(FakeSplitView(true, {})); },
-              ThrowsMessage<std::out_of_range>(HasSubstr("firstSubview")));
-  EXPECT_THAT([&] { saveDividerPosition(one, u"K"); }, ThrowsMessage<std::out_of_range>(HasSubstr("secondSubview")));
+  EXPECT_THAT([&] { firstSubview(FakeSplitView(true, {})); }, isBeyond("firstSubview"));
+  EXPECT_THAT([&] { saveDividerPosition(one, u"K"); }, isBeyond("secondSubview"));
   EXPECT_EQ(description(kept(u"K")), u"200");  // kept before it came to that
 }
 
 }  // namespace
-}  // namespace kelvane

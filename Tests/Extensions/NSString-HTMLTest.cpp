@@ -1,5 +1,4 @@
 #include "Extensions/NSString-HTML.h"
-#include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSAttributedString.h"
 #include "Platform/Foundation/NSColor.h"
 #include "Platform/Foundation/NSFont.h"
@@ -7,10 +6,8 @@
 #include "Support/Testing.h"
 #include "Support/TextBeforeAGap.h"
 
-namespace kelvane {
 namespace {
 
-// One unit after the other.
 Text plainlyEscaped(TextView text) {
   Text out;
   for (const char16_t unit : text) {
@@ -89,4 +86,3 @@ TEST(Hyperlink, CarriesItsAttributesOverAllOfIt) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,15 +1,7 @@
-#include <functional>
-#include <random>
-#include <set>
-
-#include "Extensions/NSOutlineView-QNExtensions.h"
 #include "Extensions/NSTreeController-QNExtensions.h"
-#include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/Properties.h"
-#include "Support/FakeDesktop.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 // A model object; equal to others of the same name. What it has under "leaf" is a script: one value for each reading,
@@ -71,7 +63,7 @@ TEST(NSTreeController, FindsEqualObjectsInOrder) {
   } listener;
   tree->addControllerObserver(listener);
   tree->rearrangeObjects();
-  setSelectedObjects(*tree, NSArray::arrayWithObjects({node(u"E"), node(u"F"), node(u"B"), node(u"E")}));
+  setSelectedObjects(*tree, arrayOf({node(u"E"), node(u"F"), node(u"B"), node(u"E")}));
   Text selection;
   for (const auto& selected : tree->selectionIndexPaths()) selection += selected->description();
   EXPECT_EQ(selection, u"(2)(0, 0)(2)");
@@ -96,55 +88,10 @@ TEST(NSTreeController, CountsUnderTheLeafKeyPath) {
   EXPECT_EQ(search({box(0), box(1)}, u"count", u"C"), u"(null)");
   EXPECT_EQ(search({box(0), box((std::int64_t{1} << 32) + 2)}, u"count", u"C"), u"(0, 1)");
   EXPECT_THROW(search({box(0), box(3)}, u"count", u"D"), std::out_of_range);
-  EXPECT_THROW(search({NSArray::arrayWithObjects({})}, std::nullopt, u"B"), std::invalid_argument);
+  EXPECT_THROW(search({arrayOf({})}, std::nullopt, u"B"), std::invalid_argument);
 }
 
-// An outline whose rows hold one item for each object that expanded objects show.
-struct FakeOutlineView : FakeViewOf<NSOutlineView> {
-  FakeOutlineView(Ref<NSTreeController> theTree, std::function<bool(const Node&)> isExpanded)
-      : tree(std::move(theTree)) {
-    addRows(*tree->content(), isExpanded);
-  }
-  void addRows(const NSArray& objects, const std::function<bool(const Node&)>& isExpanded) {
-    for (const Ref<NSObject>& object : objects) {
-      const auto model = as<Node>(object);
-      rows.push_back(std::make_shared<NSObject>());
-      if (!isExpanded(*model)) continue;
-      expanded.insert(rows.back());
-      addRows(*model->children, isExpanded);
-    }
-  }
-
-  std::int64_t numberOfRows() const override { return static_cast<std::int64_t>(rows.size()); }
-  Ref<NSObject> itemAtRow(std::int64_t row) const override { return rows.at(static_cast<std::size_t>(row)); }
-  bool isItemExpanded(const Ref<NSObject>& item) const override { return expanded.contains(item); }
-  Ref<NSDictionary> infoForBinding(TextView binding) const override {
-    if (!tree || binding != u"contentAttributeKey") return nullptr;
-    return NSDictionary::dictionaryWithEntries({{Text(NSObservedObjectKey), tree}});
-  }
-
-  Ref<NSTreeController> tree;
-  std::vector<Ref<NSObject>> rows;
-  std::set<Ref<NSObject>> expanded;
-};
-
-TEST(NSOutlineView, FindsWhatRowsShow) {
-  const auto tree = controller({node(u"A", {node(u"a"), node(u"b"), node(u"c")}), node(u"B"), node(u"C")});
-  FakeOutlineView open(tree, [](const Node&) { return true; });
-  Text names;
-  for (const Ref<NSObject>& row : open.rows) {
-    const auto model = as<Node>(realItemForOpaqueItem(open, row));
-    names += model ? model->name : u"-";
-  }
-  // The children of an expanded row are held against one row too early, and the last of their rows against none.
-  EXPECT_EQ(names, u"Abc-BC");
-  EXPECT_EQ(_treeController(open), tree);
-  open.tree = nullptr;
-  EXPECT_EQ(_treeController(open), nullptr);
-  EXPECT_EQ(realItemForOpaqueItem(open, open.rows[0]), nullptr);
-}
-
-// The searches as one would write them down.
+// The search as one would write it down.
 Ref<NSIndexPath> plainPath(const NSArray& children, const NSObject& wanted, const NSIndexPath& base) {
   for (std::size_t i = 0; i < children.count(); ++i) {
     const auto child = as<Node>(children.objectAtIndex(i));
@@ -155,20 +102,7 @@ Ref<NSIndexPath> plainPath(const NSArray& children, const NSObject& wanted, cons
   return nullptr;
 }
 
-Ref<NSObject> plainItem(const NSOutlineView& view, const Ref<NSObject>& opaque, std::int64_t& row,
-                        const NSArray& items) {
-  for (const Ref<NSObject>& model : items) {
-    if (row >= view.numberOfRows()) return nullptr;
-    const Ref<NSObject> rowItem = view.itemAtRow(row);
-    if (rowItem == opaque) return model;
-    if (view.isItemExpanded(rowItem))
-      if (const auto below = plainItem(view, opaque, row, *as<Node>(model)->children)) return below;
-    ++row;
-  }
-  return nullptr;
-}
-
-TEST(NSOutlineView, SearchesRandomTreesAsThePlainOnesDo) {
+TEST(NSTreeController, SearchesRandomTreesAsThePlainSearchDoes) {
   std::mt19937 random(23);
   for (int round = 0; round < 300; ++round) {
     std::vector<Ref<NSObject>> nodes{node(u"root")};
@@ -179,21 +113,12 @@ TEST(NSOutlineView, SearchesRandomTreesAsThePlainOnesDo) {
     }
     const Ref<NSArray> content = as<Node>(nodes[0])->children;
     const auto tree = controller({content->begin(), content->end()});
-    const std::uint_fast32_t open = static_cast<std::uint_fast32_t>(random());
-    const FakeOutlineView view(tree, [&](const Node& model) { return (open >> (model.name[0] % 32) & 1) != 0; });
     for (const Ref<NSObject>& wanted : nodes)
       EXPECT_TRUE(isEqual(indexPathToObject(*tree, wanted), plainPath(*content, *wanted, NSIndexPath())));
-    std::vector<Ref<NSObject>> items = view.rows;
-    items.push_back(nullptr);
-    for (const Ref<NSObject>& item : items) {
-      std::int64_t row = 0, plainRow = 0;
-      EXPECT_EQ(_realItemForOpaqueItem(view, item, row, content), plainItem(view, item, plainRow, *content));
-      EXPECT_EQ(row, plainRow);
-    }
   }
 }
 
-TEST(NSOutlineView, TreesMayBeDeepOrEndless) {
+TEST(NSTreeController, TreesMayBeDeepOrEndless) {
   std::vector<Ref<Node>> chain{node(u"0")};
   for (int i = 1; i < 100000; ++i) {
     chain.push_back(node(Text(1, u'x')));
@@ -209,11 +134,7 @@ TEST(NSOutlineView, TreesMayBeDeepOrEndless) {
   const auto tree = controller({endless, node(u"C")});
   EXPECT_EQ(path(*tree, u"C"), u"(1)");
   EXPECT_EQ(path(*tree, u"D"), u"(null)");
-  FakeOutlineView view(tree, [](const Node&) { return false; });
-  view.expanded.insert(view.rows[0]);
-  EXPECT_EQ(realItemForOpaqueItem(view, node(u"D")), nullptr);
   endless->children->removeAllObjects();
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,28 +1,15 @@
-#include <cstdlib>
-#include <filesystem>
-
 #include "Extensions/NSURL-QNExtensions.h"
 #include "Platform/Foundation/AtomicFile.h"
 #include "Platform/Foundation/NSURLError.h"
-#include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/URLContents.h"
-#include "Support/CapturedSystemLog.h"
 #include "Support/RawServer.h"
-#include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
-namespace fs = std::filesystem;
-using test::answer;
-using test::RawPeer;
-using test::RawRequest;
-using test::RawServer;
 using testing::EndsWith;
 
-class DownloadTest : public testing::Test {
- protected:
+struct DownloadTest : testing::Test {
   DownloadTest() {
     fs::create_directory(temporary);
     fs::permissions(temporary, fs::perms::owner_all);
@@ -42,7 +29,7 @@ TEST_F(DownloadTest, PutsContentsIntoANewFile) {
   const RawServer server([&](RawPeer& peer) {
     RawRequest request;
     while (peer.read(request)) {
-      EXPECT_THAT(request.head, testing::StartsWith("GET /%C3%A9?a=%20 "));
+      EXPECT_THAT(request.head, StartsWith("GET /%C3%A9?a=%20 "));
       peer.send(answer("200 OK", contents));
     }
   });
@@ -71,24 +58,21 @@ TEST_F(DownloadTest, LeavesNothingBehindAFailure) {
     peer.send(isMissing ? answer("404 Not Found", "no") : "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhalf");
   });
   const auto stop = [](const URLProgress&) { return false; };
-  const struct {
-    Ref<NSURL> url;
-    URLProgressCall progress;
-  } rows[] = {{url(server.base() + "/cut"), nullptr},    {url(server.base() + "/missing"), nullptr},
-              {url(server.base() + "/stopped"), stop},   {url(test::refusingBase()), nullptr},
-              {url("ftp://127.0.0.1/x"), nullptr},       {url("file:///missing"), nullptr},
-              {url("file://" + folder.path()), nullptr}, {nullptr, nullptr}};
-  for (const auto& [url, progress] : rows) {
-    EXPECT_EQ(qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(url, u"x", progress), nullptr);
+  const std::pair<Ref<NSURL>, URLProgressCall> rows[] = {
+      {url(server.base() + "/cut"), nullptr},    {url(server.base() + "/missing"), nullptr},
+      {url(server.base() + "/stopped"), stop},   {url(refusingBase()), nullptr},
+      {url("ftp://127.0.0.1/x"), nullptr},       {url("file:///missing"), nullptr},
+      {url("file://" + folder.path()), nullptr}, {nullptr, nullptr}};
+  for (const auto& [address, progress] : rows) {
+    EXPECT_EQ(qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(address, u"x", progress), nullptr);
     const auto logged = log.take();
-    ASSERT_EQ(logged.size(), 1U) << utf8(description(url));
-    EXPECT_THAT(utf8(logged[0]), EndsWith("Can't download contents of URL: " + utf8(description(url))));
+    ASSERT_EQ(logged.size(), 1U) << utf8(description(address));
+    EXPECT_THAT(utf8(logged[0]), EndsWith("Can't download contents of URL: " + utf8(description(address))));
     EXPECT_THAT(left(), IsEmpty());
   }
-  // A folder that is not there cannot be written to.
   EXPECT_EQ(qn_downloadContentsOfURLToTemporaryFolderUsingFileExtension(NSURL::fileURLWithPath(u"/etc/passwd"), u"a/b"),
             nullptr);
-  EXPECT_THAT(utf8(log.take().at(0)), testing::HasSubstr("Can't write contents to URL: file://"));
+  EXPECT_THAT(utf8(log.take().at(0)), HasSubstr("Can't write contents to URL: file://"));
 }
 
 TEST_F(DownloadTest, LimitsHoldForFilesToo) {
@@ -101,4 +85,3 @@ TEST_F(DownloadTest, LimitsHoldForFilesToo) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -160,61 +160,43 @@ void replaceKeys(TextView text) {
   replaceAllTextFromDictionary(text, replacements, options);
 }
 
+// What has no other effect is not optimised away.
+[[maybe_unused]] volatile std::size_t kept;
+
 void readTable(TextView text) {
   const TSVTable table = arrayFromTSV(text);
   std::size_t cells = 0;
   for (const TSVRow row : table)
     for (const auto& [name, cell] : row) cells += name.size() + cell.size();
-  [[maybe_unused]] static volatile std::size_t kept;
   kept = cells;
 }
 
-void readNumbers(TextView text) {
-  integerValue(text);
-  doubleValue(text);
-  floatValue(text);
-  boolValue(text);
-}
-
-void readBase64(TextView text) { NSDataExtensions::decodeDataFromBase64(text); }
-
-void readURL(TextView text) {
-  if (const Ref<NSURL> url = NSURL::URLWithString(text)) url->path();
-}
-
-void readGeometry(TextView text) {
-  NSPointFromString(text);
-  NSRectFromString(text);
-}
-
-void readAndWriteList(std::string_view bytes) {
+const auto readNumbers = [](TextView t) { integerValue(t), doubleValue(t), floatValue(t), boolValue(t); };
+const auto readBase64 = [](TextView t) { NSDataExtensions::decodeDataFromBase64(t); };
+const auto readGeometry = [](TextView t) { NSPointFromString(t), NSRectFromString(t); };
+const auto readPage = [](TextView html) { flattenHTML(html); };
+const auto readLines = [](TextView t) { componentsSeparatedByLineSeparators(t), numberOfLines(t); };
+const auto readURL = [](TextView t) {
+  if (const Ref<NSURL> url = NSURL::URLWithString(t)) url->path();
+};
+const auto readAndWriteList = [](std::string_view bytes) {
   const PropertyList list = readPropertyList(bytes);
   if (list.root) writePropertyList(*list.root);
-}
-
-void readPage(TextView html) { flattenHTML(html); }
-
-void readAndWriteStyles(TextView html) {
+};
+const auto readAndWriteStyles = [](TextView html) {
   rtf(NSAttributedString(attributedStringWithHTML(htmlString(attributedStringWithHTML(html)))));
-}
-
-void scaleFonts(const NSTextStorage& input) {
+};
+const auto scaleFonts = [](const NSTextStorage& input) {
   NSTextStorage text(input);
   scaleAttributedStringUsingFactor(text, 1.5);
   setFontSize(text, 12);
-}
-
-void readLines(TextView text) {
-  componentsSeparatedByLineSeparators(text);
-  numberOfLines(text);
-}
+};
 
 // Shows that the check can fail.
 void compareAllPairs(TextView text) {
   std::size_t pairs = 0;
   for (const char16_t a : text)
     for (const char16_t b : text.substr(0, text.size() / 64)) pairs += a == b;
-  [[maybe_unused]] static volatile std::size_t kept;
   kept = pairs;
 }
 

@@ -1,11 +1,7 @@
-#include <cmath>
-
 #include "Math/QNGeometryUtilities.h"
 #include "Platform/Desktop/Desktop.h"
-#include "Support/CapturedSystemLog.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 using G = QNGeometryUtilities;
@@ -28,18 +24,17 @@ static_assert(G::scaleFactorForInputSize({100, 50}, {200, 200}) == 4);
 TEST(QNGeometryUtilities, NoNumberFlowsThrough) {
   const auto shown = [](const CGRect& rect) { return NSStringFromRect(rect); };
   EXPECT_EQ(G::fitRectWithHWRatio(0, {0, 0, 100, 100}), CGRect(0, 0, 100, 0));
-  EXPECT_EQ(shown(G::fitRectWithHWRatio(nan, {0, 0, 100, 100})), u"{{nan, 0}, {nan, 100}}");
+  EXPECT_EQ(shown(G::fitRectWithHWRatio(NaN, {0, 0, 100, 100})), u"{{nan, 0}, {nan, 100}}");
   EXPECT_EQ(shown(G::cropRectForInputSize({400, 300}, {0, 0})), u"{{nan, 0}, {nan, 300}}");
-  EXPECT_EQ(shown(G::alignImageRectToScreenGrid({nan, 0.5, 1, infinity})), u"{{nan, 0}, {nan, inf}}");
-  const CGSize unlimited = G::limitMaxWidthHeight({nan, 3}, {2, 2});
+  EXPECT_EQ(shown(G::alignImageRectToScreenGrid({NaN, 0.5, 1, infinity})), u"{{nan, 0}, {nan, inf}}");
+  const CGSize unlimited = G::limitMaxWidthHeight({NaN, 3}, {2, 2});
   EXPECT_TRUE(std::isnan(unlimited.width) && std::isnan(unlimited.height));
   EXPECT_EQ(G::scaleDownFactorForInputSize({0, 0}, {100, 100}), 1);
   EXPECT_EQ(G::scaleFactorForInputSize({0, 50}, {200, 200}), infinity);
 }
 
 TEST(QNGeometryUtilities, ScreenGridAsksTheDesktop) {
-  class FineDesktop : public Desktop {
-   public:
+  struct FineDesktop : Desktop {
     double userSpaceScaleFactor() const override { return 2; }
     void runModalAlert(const ModalAlert&) override {}
   };
@@ -51,13 +46,7 @@ TEST(QNGeometryUtilities, ScreenGridAsksTheDesktop) {
 
 TEST(QNGeometryUtilities, ImagesCoverFrames) {
   CapturedSystemLog log;
-  const struct {
-    double ratio;
-    CGSize frame;
-    double overlap;
-    CGSize size;
-    TextView warning;
-  } rows[] = {
+  const std::tuple<double, CGSize, double, CGSize, TextView> rows[] = {
       {0.5, {100, 100}, 0, {200, 100}, u""},
       {2, {100, 50}, 0.1, {110, 220}, u""},
       {2, {50, 200}, 0, {100, 200}, u""},
@@ -66,20 +55,20 @@ TEST(QNGeometryUtilities, ImagesCoverFrames) {
       {2, {100, 100}, -0.5, {50, 100}, u"152 - Image does note scale well! 2"},
       {0.5, {50, 100}, -0.6, {80, 40}, u"161 - Image does note scale well! 3"},
       {1, {100, 100}, -0.5, {50, 50}, u"172 - Image does note scale well! 4"},
-      {nan, {100, 100}, 0, {nan, 100}, u""},
+      {NaN, {100, 100}, 0, {NaN, 100}, u""},
       {-1, {100, 50}, 0, {100, -100}, u"172 - Image does note scale well! 4"},
-      {0, {0, 0}, 0, {nan, 0}, u""},
+      {0, {0, 0}, 0, {NaN, 0}, u""},
       {0.5, {0, 0}, 0, {0, 0}, u""},
   };
-  for (const auto& row : rows) {
-    const CGSize size = G::fitImageWithRatio(row.ratio, {{7, 7}, row.frame}, row.overlap);
-    EXPECT_EQ(NSStringFromSize(size), NSStringFromSize(row.size)) << row.ratio;
+  for (const auto& [ratio, frame, overlap, wanted, warning] : rows) {
+    const CGSize size = G::fitImageWithRatio(ratio, {{7, 7}, frame}, overlap);
+    EXPECT_EQ(NSStringFromSize(size), NSStringFromSize(wanted)) << ratio;
     const std::vector<Text> messages = log.take();
-    if (row.warning.empty())
-      EXPECT_THAT(messages, IsEmpty()) << row.ratio;
+    if (warning.empty())
+      EXPECT_THAT(messages, IsEmpty()) << ratio;
     else
       EXPECT_THAT(messages, ElementsAre(u"WARN +[QNGeometryUtilities fitImageWithRatio:intoRect:overlapFactor:]:" +
-                                        Text(row.warning)));
+                                        Text(warning)));
   }
   // So large a ratio comes out 8 smaller.
   G::fitImageWithRatio(67007738e9, {0, 0, 9.8, 9.8}, 0);
@@ -95,4 +84,3 @@ TEST(QNGeometryUtilities, FillingCoversTheFrame) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -4,7 +4,6 @@
 #include "Network/QNNetworkUtilities.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 TEST(QNNetworkUtilities, FlagsMeanReachableWithoutAConnectionToBeMade) {
@@ -37,4 +36,3 @@ TEST(QNNetworkUtilities, WithoutANetworkNothingIsReachable) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,21 +1,61 @@
-#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <QApplication>
-#include <cstdlib>
-#include <string>
-#include <vector>
+#include <QImage>
+#include <QKeyEvent>
+#include <QWidget>
 
 #include "Extensions/NSApplication-QNExtensions.h"
+#include "Extensions/NSEvent-QNExtensions.h"
 #include "Platform/Desktop/Desktop.h"
-#include "Platform/Foundation/TextEncoding.h"
 #include "Qt/QtDesktop.h"
-#include "Support/TemporaryFolder.h"
+#include "Qt/QtEvents.h"
+#include "Qt/QtShadows.h"
+#include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
+
+// In the picture, where rows count downwards, a shadow to the upper right lies above the widget and right of it.
+TEST(QtShadows, FallWhereTheLibrarySays) {
+  QWidget window;
+  window.setPalette(QPalette(Qt::white));
+  window.resize(100, 100);
+  QWidget box(&window);
+  box.setGeometry(40, 40, 20, 20);
+  box.setAutoFillBackground(true);
+  box.setPalette(QPalette(Qt::white));
+  NSShadow shadow;
+  shadow.setShadowColor(NSColor::colorWithCalibratedWhite(0, 1));
+  shadow.setShadowOffset({10, 10});
+  setShadow(box, &shadow);
+  const QImage picture = window.grab().toImage();
+  EXPECT_LT(picture.pixelColor(65, 35).lightness(), 50);
+  EXPECT_GT(picture.pixelColor(35, 65).lightness(), 200);
+
+  shadow.setShadowOffset({NaN, infinity});
+  shadow.setShadowBlurRadius(NaN);
+  setShadow(box, &shadow);
+  EXPECT_GT(window.grab().toImage().pixelColor(65, 35).lightness(), 200);
+  setShadow(box, nullptr);
+  EXPECT_EQ(box.graphicsEffect(), nullptr);
+}
+
+TEST(QtEvents, ModifierKeysAreToldByWhatTheyAreFor) {
+  const std::tuple<Qt::KeyboardModifiers, std::uint64_t, bool> rows[] = {
+      {Qt::NoModifier, 0, false},
+      {Qt::ControlModifier, NSCommandKeyMask, true},
+      {Qt::MetaModifier | Qt::ShiftModifier, NSControlKeyMask | NSShiftKeyMask, true},
+      {Qt::AltModifier | Qt::KeypadModifier, NSAlternateKeyMask | NSNumericPadKeyMask, true},
+      {Qt::KeypadModifier, NSNumericPadKeyMask, false},
+  };
+  for (const auto& [held, flags, isCommand] : rows) {
+    const Ref<NSEvent> event = eventFrom(QKeyEvent(QEvent::KeyPress, Qt::Key_A, held));
+    EXPECT_EQ(event->modifierFlags(), flags);
+    EXPECT_EQ(isAnyCommandModificationKeyPressed(*event), isCommand);
+  }
+}
 
 TEST(QtDesktop, IsInstalledOnce) {
   Desktop* const installed = &Desktop::current();
@@ -40,11 +80,7 @@ TEST(QtDesktop, SaysWhyThereIsNoDisplay) {
   const std::string noCompositor =
       "The Wayland compositor at WAYLAND_DISPLAY \"wayland-0\" cannot be reached: see that it runs, and that "
       "XDG_RUNTIME_DIR is the user's.";
-  const struct {
-    const char *platform, *x11, *wayland;
-    std::vector<const char*> arguments;
-    std::string problem;
-  } cases[] = {
+  const std::tuple<const char*, const char*, const char*, std::vector<const char*>, std::string> cases[] = {
       {"", "", "", {}, "There is no display: neither DISPLAY nor WAYLAND_DISPLAY is set." + advice},
       {"xcb", "", "", {}, "There is no display: DISPLAY is not set." + advice},
       {"", ":4711", "", {}, noServer},
@@ -58,13 +94,13 @@ TEST(QtDesktop, SaysWhyThereIsNoDisplay) {
       {"xcb", ":4711", compositor.c_str(), {}, noServer},
   };
   setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
-  for (const auto& each : cases) {
-    setenv("QT_QPA_PLATFORM", each.platform, 1);
-    setenv("DISPLAY", each.x11, 1);
-    setenv("WAYLAND_DISPLAY", each.wayland, 1);
+  for (const auto& [platform, x11, wayland, words, problem] : cases) {
+    setenv("QT_QPA_PLATFORM", platform, 1);
+    setenv("DISPLAY", x11, 1);
+    setenv("WAYLAND_DISPLAY", wayland, 1);
     std::vector<const char*> arguments{"host"};
-    arguments.insert(arguments.end(), each.arguments.begin(), each.arguments.end());
-    EXPECT_EQ(utf8(displayProblem(static_cast<int>(arguments.size()), arguments.data()).value_or(u"")), each.problem);
+    arguments.insert(arguments.end(), words.begin(), words.end());
+    EXPECT_EQ(utf8(displayProblem(static_cast<int>(arguments.size()), arguments.data()).value_or(u"")), problem);
   }
   close(listening);
 }
@@ -75,4 +111,3 @@ TEST(X11Desktop, IsAskedBeforehand) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <QApplication>
@@ -8,17 +6,14 @@
 
 #include "Network/QNHTTPPost.h"
 #include "Platform/Foundation/NSRunLoop.h"
-#include "Platform/Foundation/TextEncoding.h"
 #include "Qt/QtDesktop.h"
 #include "Qt/Widgets/QtEventLoop.h"
-#include "Support/CapturedSystemLog.h"
 #include "Support/RawServer.h"
+#include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::HasSubstr;
 using Clock = EventLoop::Clock;
 
 NSRunLoop& mainLoop() { return NSRunLoop::currentRunLoop(); }
@@ -28,9 +23,9 @@ TEST(QtEventLoop, PostsInTheBackgroundFinishWhileTheApplicationRuns) {
     void postFinished(QNHTTPPost&) override { QCoreApplication::quit(); }
     void postFailed(QNHTTPPost&, const Ref<NSError>&) override { QCoreApplication::exit(1); }
   } delegate;
-  test::RawServer server([](test::RawPeer& peer) {
-    test::RawRequest request;
-    if (peer.read(request)) peer.drip(test::answer("200 OK", "thanks"), 1);
+  RawServer server([](RawPeer& peer) {
+    RawRequest request;
+    if (peer.read(request)) peer.drip(answer("200 OK", "thanks"), 1);
   });
   QNHTTPPost post(textFromUTF8(server.base()), &delegate);
   post.postAndNotify(nullptr);
@@ -61,7 +56,7 @@ TEST(QtEventLoop, CallsAreMadeWhileADialogIsOpen) {
   mainLoop().performBlock([&] { mainLoop().performBlock(note('c')); });
   mainLoop().performBlock(note('d'));
   mainLoop().run();
-  EXPECT_THAT(heard, testing::UnorderedElementsAre('a', 'b', 'c', 'd', '.'));
+  EXPECT_THAT(heard, UnorderedElementsAre('a', 'b', 'c', 'd', '.'));
   EXPECT_EQ(heard.back(), '.');
 }
 
@@ -109,7 +104,6 @@ TEST(QtEventLoop, GoesOnWithoutQt) {
   EXPECT_EQ(heard, "");
   while (loop.wait(Clock::time_point::max())) continue;
   EXPECT_EQ(heard, "srt");
-  // And with it again.
   loop.watch(pipe[0], EventLoop::Readable, [&](unsigned) { heard += 'R'; });
   loop.attach();
   while (heard.back() != 'R') QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
@@ -118,4 +112,3 @@ TEST(QtEventLoop, GoesOnWithoutQt) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,26 +1,17 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QTreeView>
-#include <memory>
 
 #include "Extensions/NSOutlineView-QNExtensions.h"
 #include "Extensions/NSTreeController-QNExtensions.h"
 #include "Platform/Foundation/Properties.h"
-#include "Platform/Foundation/TextEncoding.h"
 #include "Qt/QtOutlineView.h"
-#include "Support/CapturedSystemLog.h"
+#include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
-using testing::ElementsAre;
-
 // A model object, which counts how often all of its kind are asked for their children.
-class Folder : public NSObject {
- public:
+struct Folder : NSObject {
   explicit Folder(TextView name) : myName(name) {}
 
   const PropertyTable& propertyTable() const override {
@@ -46,8 +37,7 @@ class Folder : public NSObject {
   Ref<NSMutableArray> myChildren = std::make_shared<NSMutableArray>();
 };
 
-class QtOutlineViewTest : public testing::Test {
- protected:
+struct QtOutlineViewTest : testing::Test {
   QtOutlineViewTest() {
     a->add(u"a1");
     a->add(u"a2")->add(u"a2x");
@@ -62,7 +52,6 @@ class QtOutlineViewTest : public testing::Test {
   static std::string nameOf(const Ref<NSObject>& object) {
     return object ? utf8(static_cast<const Folder&>(*object).myName) : "nil";
   }
-  // The names of the objects in the rows, as they are painted.
   std::string rows() const {
     std::string result;
     QModelIndex index = tree->model()->index(0, 0);
@@ -116,7 +105,7 @@ TEST_F(QtOutlineViewTest, RowsAreItemsWithModelObjects) {
 TEST_F(QtOutlineViewTest, WhatIsStillThereStaysExpandedAndSelected) {
   const QAbstractItemModelTester tester(tree->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
   tree->expandAll();
-  setSelectedObjects(*controller, NSArray::arrayWithObjects({a->myChildren->objectAtIndex(1), b}));
+  setSelectedObjects(*controller, arrayOf({a->myChildren->objectAtIndex(1), b}));
   EXPECT_EQ(tree->selectionModel()->selectedRows().size(), 2);
   const Ref<NSObject> a1 = outline->itemAtRow(1);
   const Ref<NSObject> a2 = outline->itemAtRow(2);
@@ -127,8 +116,7 @@ TEST_F(QtOutlineViewTest, WhatIsStillThereStaysExpandedAndSelected) {
   EXPECT_EQ(outline->itemAtRow(2), a2);
   EXPECT_TRUE(outline->isItemExpanded(a2));
   EXPECT_THAT(selected(), ElementsAre("(0, 1)", "(1)"));
-  // Another content with an object of the old one, and without another.
-  controller->setContent(NSArray::arrayWithObjects({std::make_shared<Folder>(u"new"), a}));
+  controller->setContent(arrayOf({std::make_shared<Folder>(u"new"), a}));
   EXPECT_EQ(rows(), "new a a0 a2 a2x a1 ");
   EXPECT_THAT(selected(), ElementsAre("(1, 1)"));
   a->myChildren->removeAllObjects();
@@ -178,6 +166,48 @@ TEST_F(QtOutlineViewTest, HasChildrenAsTheKeyPathsSay) {
   EXPECT_EQ(hasChildren(u"size", u"isOpen"), std::pair(false, true));
 }
 
+// The search as one would write it down.
+Ref<NSObject> plainItem(const NSOutlineView& view, const Ref<NSObject>& opaque, std::int64_t& row,
+                        const NSArray& items) {
+  for (const Ref<NSObject>& model : items) {
+    if (row >= view.numberOfRows()) return nullptr;
+    const Ref<NSObject> rowItem = view.itemAtRow(row);
+    if (rowItem == opaque) return model;
+    if (view.isItemExpanded(rowItem))
+      if (const auto below = plainItem(view, opaque, row, *as<Folder>(model)->myChildren)) return below;
+    ++row;
+  }
+  return nullptr;
+}
+
+TEST_F(QtOutlineViewTest, SearchesRandomTreesAsThePlainSearchDoes) {
+  std::mt19937 random(23);
+  for (int round = 0; round < 50; ++round) {
+    std::vector<Ref<Folder>> folders{std::make_shared<Folder>(u"root")};
+    for (std::size_t i = 1 + random() % 30; i > 0; --i)
+      folders.push_back(folders[random() % folders.size()]->add(Text(1, static_cast<char16_t>(u'a' + random() % 20))));
+    controller->setContent(folders[0]->myChildren);
+    for (QModelIndex index = at({0}); index.isValid(); index = tree->indexBelow(index))
+      if (random() % 2 == 0) tree->expand(index);
+    for (std::int64_t i = 0; i <= outline->numberOfRows(); ++i) {
+      std::int64_t row = 0, plainRow = 0;
+      const Ref<NSObject> item = outline->itemAtRow(i);
+      EXPECT_EQ(_realItemForOpaqueItem(*outline, item, row, folders[0]->myChildren),
+                plainItem(*outline, item, plainRow, *folders[0]->myChildren));
+      EXPECT_EQ(row, plainRow);
+    }
+  }
+  // The children of an expanded row are held against one row too early, and the last of their rows against none.
+  for (const TextView name : {u"a3", u"a4"}) a->add(name);
+  a->myChildren->removeObjectAtIndex(1);
+  controller->setContent(top);
+  tree->expandAll();
+  std::string names;
+  for (std::int64_t row = 0; row < outline->numberOfRows(); ++row)
+    names += nameOf(realItemForOpaqueItem(*outline, outline->itemAtRow(row))) + " ";
+  EXPECT_EQ(names, "a a3 a4 nil b ");
+}
+
 TEST_F(QtOutlineViewTest, ManyRowsTakeLinearWork) {
   const auto big = std::make_shared<NSMutableArray>();
   constexpr int folders = 1000;
@@ -216,6 +246,7 @@ TEST_F(QtOutlineViewTest, TreesMayBeDeepAndWithoutEnd) {
   tree->expand(at({1}));
   tree->expand(at({1, 0}));
   EXPECT_EQ(rows(), "a b b b ");
+  EXPECT_EQ(realItemForOpaqueItem(*outline, std::make_shared<NSObject>()), nullptr);
   b->myChildren->removeAllObjects();
 }
 
@@ -256,4 +287,3 @@ TEST_F(QtOutlineViewTest, ViewsAndBindingsMayGo) {
 }
 
 }  // namespace
-}  // namespace kelvane

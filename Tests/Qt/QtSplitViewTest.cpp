@@ -1,24 +1,16 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QComboBox>
 #include <QMouseEvent>
 #include <QSplitter>
-#include <memory>
 
 #include "Extensions/NSPopUpButton-QNExtensions.h"
 #include "Extensions/NSSplitView-QNExtensions.h"
-#include "Platform/Foundation/NSNumber.h"
-#include "Platform/Foundation/NSUserDefaults.h"
 #include "Qt/QtDesktop.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/PreferencesTest.h"
 
-namespace kelvane {
 namespace {
 
-class QtSplitViewTest : public testing::Test {
- protected:
+struct QtSplitViewTest : PreferencesTest {
   // A window that is nothing but a splitter with so many panes.
   struct Window {
     explicit Window(int panes, Qt::Orientation orientation = Qt::Horizontal) : splitter(orientation) {
@@ -30,9 +22,8 @@ class QtSplitViewTest : public testing::Test {
       }
     }
     void show(const QSize& size) {
-      splitter.resize(size);
       splitter.show();
-      QCoreApplication::processEvents();
+      resize(size);
     }
     void resize(const QSize& size) {
       splitter.resize(size);
@@ -51,18 +42,11 @@ class QtSplitViewTest : public testing::Test {
     QSplitter splitter;
   };
 
-  QtSplitViewTest() { setenv("XDG_CONFIG_HOME", myFolder.path().c_str(), 1); }
-
   static void keep(double first, double second) {
-    NSUserDefaults::standardUserDefaults().setObject(std::make_shared<NSNumber>(first), u"k");
-    NSUserDefaults::standardUserDefaults().setObject(std::make_shared<NSNumber>(second), u"k.frame2");
+    PreferencesTest::keep(box(first), u"k");
+    PreferencesTest::keep(box(second), u"k.frame2");
   }
-
- private:
-  TemporaryFolder myFolder;
 };
-
-using testing::ElementsAre;
 
 TEST_F(QtSplitViewTest, DividersComeBackInAReopenedWindow) {
   for (const Qt::Orientation orientation : {Qt::Horizontal, Qt::Vertical}) {
@@ -159,12 +143,14 @@ TEST(QtPopUpButton, SelectsItems) {
   auto box = std::make_unique<QComboBox>();
   const Ref<NSPopUpButton> button = popUpButtonFor(*box);
   EXPECT_EQ(button->indexOfSelectedItem(), NSNotFound);
-  box->addItems({u"Open"_qs, u"Save"_qs, u"OPEN"_qs});
+  box->addItems({u"Open"_qs, u"Straße"_qs, u"OPEN"_qs});
   selectItemWithTitleIgnoreCase(*button, u"open");
-  EXPECT_EQ(button->indexOfSelectedItem(), 2U);
+  EXPECT_EQ(button->indexOfSelectedItem(), 2U) << "the last of several";
+  selectItemWithTitleIgnoreCase(*button, u"STRASSE");
+  EXPECT_EQ(button->indexOfSelectedItem(), 1U);
   button->selectItemAtIndex(7);
-  EXPECT_EQ(box->currentIndex(), 2);
-  EXPECT_EQ(button->itemTitleAtIndex(1), u"Save");
+  EXPECT_EQ(box->currentIndex(), 1);
+  EXPECT_EQ(button->itemTitleAtIndex(2), u"OPEN");
   box = nullptr;
   button->selectItemAtIndex(0);
   EXPECT_EQ(button->itemTitleAtIndex(0), u"");
@@ -172,4 +158,3 @@ TEST(QtPopUpButton, SelectsItems) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,18 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <QWidget>
-#include <limits>
-#include <memory>
-#include <optional>
 
 #include "Extensions/NSView-QNExtensions.h"
 #include "Qt/QtDesktop.h"
+#include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
-
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 // A parent of 400 x 300 with a child at (10, 20) of Qt's, 100 x 30.
 struct QtViews : testing::Test {
@@ -29,7 +21,7 @@ struct QtViews : testing::Test {
 TEST_F(QtViews, HaveOneAdapterEach) {
   EXPECT_EQ(viewFor(*myChild), myView);
   EXPECT_EQ(myView->superview(), viewFor(*myParent));
-  EXPECT_THAT(viewFor(*myParent)->subviews(), testing::ElementsAre(myView));
+  EXPECT_THAT(viewFor(*myParent)->subviews(), ElementsAre(myView));
   EXPECT_EQ(myView->window(), windowFor(*myParent));
   EXPECT_EQ(windowFor(*myChild)->contentView(), viewFor(*myParent));
 }
@@ -43,17 +35,28 @@ TEST_F(QtViews, CountUpwards) {
   myChild->setMaximumHeight(50);
   setFrameToSize(myView, {50, 500}, {100, 0}, {0, 300});
   EXPECT_EQ(myChild->geometry(), QRect(150, 0, 100, 50));
-  myView->setFrame({notANumber, 0, 10, 10});
-  myView->setFrameSize({10, std::numeric_limits<double>::infinity()});
+  myView->setFrame({NaN, 0, 10, 10});
+  myView->setFrameSize({10, infinity});
   EXPECT_EQ(myChild->geometry(), QRect(150, 0, 100, 50));
-  // Halves round up, on either axis.
+  const std::tuple<CGSize, CGSize, CGSize, CGSize> rows[] = {
+      {{50, 40}, {0, 0}, {0, 0}, {50, 40}},
+      {{50, 40}, {100, 45}, {60, 0}, {60, 45}},  // the maximum counts
+      {{50, 40}, {60, 0}, {0, 30}, {60, 30}},
+  };
+  for (const auto& [size, minimum, maximum, result] : rows) {
+    setFrameToSize(myView, size, minimum, maximum);
+    EXPECT_EQ(myView->frame().size, result);
+    myView->setFrameSize(size);
+    allignFrameToMinSize(myView, minimum, maximum);
+    EXPECT_EQ(myView->frame().size, result);
+  }
   myView->setFrame({0.5, 0.5, 10.4, 10.5});
   EXPECT_EQ(myView->frame(), CGRect(1, 1, 10, 11));
 }
 
 TEST_F(QtViews, CountDownwardsIfTheySaySo) {
   setViewFlipped(*myParent, true);
-  EXPECT_TRUE(coordinateOrigin(viewFor(*myParent)));
+  EXPECT_TRUE(coordinateOrigin(viewFor(*myParent)) && !coordinateOrigin(nullptr));
   EXPECT_EQ(myView->frame(), CGRect(10, 20, 100, 30));
   myView->setFrame({1, 2, 3, 4});
   EXPECT_EQ(myChild->geometry(), QRect(1, 2, 3, 4));
@@ -71,12 +74,21 @@ TEST_F(QtViews, ConvertBetweenEachOther) {
   centerOriginInBounds(myView);
   EXPECT_EQ(myView->bounds(), CGRect(-50, -15, 100, 30));
   EXPECT_EQ(myView->convertRect({10, 250, 5, 5}, parent), CGRect(-50, -15, 5, 5));
-  // The view itself has not moved.
-  EXPECT_EQ(myView->frame(), CGRect(10, 250, 100, 30));
+  EXPECT_EQ(myView->frame(), CGRect(10, 250, 100, 30)) << "the view itself has moved";
+  centerOriginInRect(myView, {1, 2, 3, 4});
+  EXPECT_EQ(myView->bounds(), CGRect(-52.5, -19, 100, 30));
+  // Its own frame, which its superview counts, as it sees that.
+  centerOriginInFrame(myView);
+  EXPECT_EQ(myView->bounds(), CGRect(-50, -15, 100, 30));
+  EXPECT_EQ(centerRect(myView, {7, 7, 10, 20}, {0, 0}), CGRect(-5, -10, 10, 20));
+  EXPECT_EQ(centerRect(nullptr, {1, 2, 3, 4}, {5, 6}), CGRectZero);
 }
 
 TEST_F(QtViews, AreTheHostsWhenTakenOut) {
+  QWidget another(myParent.get());
   removeAllSubviews(viewFor(*myParent));
+  removeAllSubviews(nullptr);
+  EXPECT_TRUE(viewFor(*myParent)->subviews().empty());
   const std::unique_ptr<QWidget> child(myChild);
   EXPECT_EQ(child->parentWidget(), nullptr);
   EXPECT_EQ(viewFor(*child), myView);
@@ -97,9 +109,7 @@ TEST_F(QtViews, OutliveTheirWidgets) {
     EXPECT_EQ(view->frame(), CGRect());
     EXPECT_EQ(view->bounds(), CGRect());
     EXPECT_EQ(view->convertRect({1, 2, 3, 4}, nullptr), CGRect());
-    EXPECT_EQ(view->superview(), nullptr);
-    EXPECT_EQ(view->window(), nullptr);
-    EXPECT_TRUE(view->subviews().empty());
+    EXPECT_TRUE(!view->superview() && !view->window() && view->subviews().empty());
   }
 }
 
@@ -122,4 +132,3 @@ TEST(QtViewsOfOnePlaceInMemory, AreOfTheWidgetThatIsThere) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -25,11 +25,11 @@ int main(int argc, char* argv[]) {
   // To list the tests takes no display.
   if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
   std::string& filter = testing::GTEST_FLAG(filter);
-  std::optional<kelvane::test::XServer> server;
-  std::optional<kelvane::test::Compositor> compositor;
+  std::optional<kelvane::XServer> server;
+  std::optional<kelvane::Compositor> compositor;
   if (filter.starts_with("X11")) server.emplace();
   if (filter.starts_with("Wayland")) {
-    if (!kelvane::test::Compositor::isInstalled()) {
+    if (!kelvane::Compositor::isInstalled()) {
       std::puts("[  SKIPPED ] weston is not installed");
       return 0;
     }

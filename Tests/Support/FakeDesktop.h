@@ -26,7 +26,7 @@ struct FakeScreen : NSScreen {
   CGRect myVisibleFrame;
 };
 
-// A view of any kind: FakeViewOf<NSSplitView> is a split view without its own say.
+// A view of any kind: FakeViewOf<NSSplitView> is a split view without its own say. It has no superview.
 template <class Base>
 struct FakeViewOf : Base {
   explicit FakeViewOf(const CGRect& frame = {}) : myFrame(frame) {}
@@ -34,44 +34,28 @@ struct FakeViewOf : Base {
   CGRect frame() const override { return myFrame; }
   void setFrame(const CGRect& frame) override { myFrame = frame; }
   void setFrameSize(const CGSize& size) override { myFrame.size = size; }
-  CGRect bounds() const override { return {myOrigin, myFrame.size}; }
-  bool isFlipped() const override { return myIsFlipped; }
+  CGRect bounds() const override { return {{0, 0}, myFrame.size}; }
+  bool isFlipped() const override { return false; }
   Ref<NSWindow> window() const override { return myWindow.lock(); }
-  Ref<NSView> superview() const override { return mySuperview.lock(); }
+  Ref<NSView> superview() const override { return nullptr; }
   std::vector<Ref<NSView>> subviews() const override { return mySubviews; }
-  void removeFromSuperview() override {
-    const auto parent = as<FakeViewOf<NSView>>(mySuperview.lock());
-    if (parent) std::erase(parent->mySubviews, this->shared_from_this());
-    mySuperview.reset();
-  }
-  // Of the superview's rectangles only: this one's own zero is at its frame's lower left corner, moved by the origin.
-  CGRect convertRect(const CGRect& rect, const Ref<NSView>& fromView) const override {
-    myConvertedFrom = fromView;
-    return {rect.origin.x - myFrame.origin.x + myOrigin.x, rect.origin.y - myFrame.origin.y + myOrigin.y,
-            rect.size.width, rect.size.height};
-  }
-  void translateOriginToPoint(const CGPoint& point) override {
-    myOrigin = {myOrigin.x - point.x, myOrigin.y - point.y};
-  }
+  void removeFromSuperview() override {}
+  CGRect convertRect(const CGRect& rect, const Ref<NSView>&) const override { return rect; }
+  void translateOriginToPoint(const CGPoint&) override {}
 
   CGRect myFrame;
-  CGPoint myOrigin;
-  bool myIsFlipped = false;
   std::weak_ptr<NSWindow> myWindow;
-  std::weak_ptr<NSView> mySuperview;
   std::vector<Ref<NSView>> mySubviews;
-  mutable Ref<NSView> myConvertedFrom;
 };
 
 using FakeView = FakeViewOf<NSView>;
 
 struct FakeToolbar : NSToolbar {
   bool isVisible() const override { return myIsVisible; }
-  std::vector<Ref<NSToolbarItem>> items() const override { return myItems; }
+  std::vector<Ref<NSToolbarItem>> items() const override { return {}; }
 
   bool myIsVisible = true;
   double myHeight = 40;
-  std::vector<Ref<NSToolbarItem>> myItems;
 };
 
 // A window with a title bar 20 high and borders of 2 at the sides and below. It writes down what it is told.
@@ -126,7 +110,6 @@ struct FakeDesktop : Desktop {
   std::vector<Ref<NSScreen>> screens() const override { return myScreens; }
   Ref<NSScreen> mainScreen() const override { return myScreens.empty() ? nullptr : myScreens.front(); }
   std::vector<Ref<NSWindow>> orderedWindows() const override { return myWindows; }
-  void popUpMenu(const MenuPopUp& popUp) override { myPopUps.push_back(popUp); }
   void runModalAlert(const ModalAlert&) override {}
 
   // Makes a new one the current desktop.
@@ -138,7 +121,6 @@ struct FakeDesktop : Desktop {
 
   std::vector<Ref<NSScreen>> myScreens;
   std::vector<Ref<NSWindow>> myWindows;
-  std::vector<MenuPopUp> myPopUps;
 };
 
 }  // namespace kelvane

@@ -25,9 +25,8 @@ bool FaultySystemCalls::fails(const char* name) noexcept {
 }
 
 void FaultySystemCalls::loseUnflushed() noexcept {
-  for (const Unflushed& file : myUnflushed) {
+  for (const Unflushed& file : myUnflushed)
     if (::ftruncate(file.duplicate, 0) < 0) ::abort();
-  }
 }
 
 int FaultySystemCalls::open(const char* path, int flags, mode_t mode) noexcept {
@@ -38,9 +37,8 @@ int FaultySystemCalls::open(const char* path, int flags, mode_t mode) noexcept {
 }
 
 int FaultySystemCalls::close(int descriptor) noexcept {
-  for (Unflushed& file : myUnflushed) {
+  for (Unflushed& file : myUnflushed)
     if (file.descriptor == descriptor) file.descriptor = -1;
-  }
   const int result = SystemCalls::close(descriptor);
   if (result == 0) --myOpenDescriptors;
   return fails("close") ? -1 : result;
@@ -72,48 +70,6 @@ int FaultySystemCalls::fsync(int descriptor) noexcept {
   std::erase_if(myUnflushed,
                 [&](const Unflushed& file) { return file.descriptor == descriptor && ::close(file.duplicate) == 0; });
   return 0;
-}
-
-int FaultySystemCalls::rename(const char* from, const char* to) noexcept {
-  return fails("rename") ? -1 : SystemCalls::rename(from, to);
-}
-
-int FaultySystemCalls::renameWithoutReplacing(const char* from, const char* to) noexcept {
-  return fails("renameWithoutReplacing") ? -1 : SystemCalls::renameWithoutReplacing(from, to);
-}
-
-int FaultySystemCalls::link(const char* from, const char* to) noexcept {
-  return fails("link") ? -1 : SystemCalls::link(from, to);
-}
-
-int FaultySystemCalls::unlink(const char* path) noexcept { return fails("unlink") ? -1 : SystemCalls::unlink(path); }
-
-int FaultySystemCalls::fstat(int descriptor, struct stat* status) noexcept {
-  return fails("fstat") ? -1 : SystemCalls::fstat(descriptor, status);
-}
-
-int FaultySystemCalls::lstat(const char* path, struct stat* status) noexcept {
-  return fails("lstat") ? -1 : SystemCalls::lstat(path, status);
-}
-
-ssize_t FaultySystemCalls::readlink(const char* path, char* buffer, std::size_t size) noexcept {
-  return fails("readlink") ? -1 : SystemCalls::readlink(path, buffer, size);
-}
-
-int FaultySystemCalls::fchmod(int descriptor, mode_t mode) noexcept {
-  return fails("fchmod") ? -1 : SystemCalls::fchmod(descriptor, mode);
-}
-
-int FaultySystemCalls::fchown(int descriptor, uid_t owner, gid_t group) noexcept {
-  return fails("fchown") ? -1 : SystemCalls::fchown(descriptor, owner, group);
-}
-
-int FaultySystemCalls::flock(int descriptor, int operation) noexcept {
-  return fails("flock") ? -1 : SystemCalls::flock(descriptor, operation);
-}
-
-int FaultySystemCalls::mkdir(const char* path, mode_t mode) noexcept {
-  return fails("mkdir") ? -1 : SystemCalls::mkdir(path, mode);
 }
 
 }  // namespace kelvane

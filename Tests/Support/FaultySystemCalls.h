@@ -40,17 +40,37 @@ class FaultySystemCalls : public SystemCalls {
   ssize_t read(int descriptor, void* buffer, std::size_t size) noexcept override;
   ssize_t write(int descriptor, const void* buffer, std::size_t size) noexcept override;
   int fsync(int descriptor) noexcept override;
-  int rename(const char* from, const char* to) noexcept override;
-  int renameWithoutReplacing(const char* from, const char* to) noexcept override;
-  int link(const char* from, const char* to) noexcept override;
-  int unlink(const char* path) noexcept override;
-  int fstat(int descriptor, struct stat* status) noexcept override;
-  int lstat(const char* path, struct stat* status) noexcept override;
-  ssize_t readlink(const char* path, char* buffer, std::size_t size) noexcept override;
-  int fchmod(int descriptor, mode_t mode) noexcept override;
-  int fchown(int descriptor, uid_t owner, gid_t group) noexcept override;
-  int flock(int descriptor, int operation) noexcept override;
-  int mkdir(const char* path, mode_t mode) noexcept override;
+  int rename(const char* from, const char* to) noexcept override {
+    return fails("rename") ? -1 : SystemCalls::rename(from, to);
+  }
+  int renameWithoutReplacing(const char* from, const char* to) noexcept override {
+    return fails("renameWithoutReplacing") ? -1 : SystemCalls::renameWithoutReplacing(from, to);
+  }
+  int link(const char* from, const char* to) noexcept override {
+    return fails("link") ? -1 : SystemCalls::link(from, to);
+  }
+  int unlink(const char* path) noexcept override { return fails("unlink") ? -1 : SystemCalls::unlink(path); }
+  int fstat(int descriptor, struct stat* status) noexcept override {
+    return fails("fstat") ? -1 : SystemCalls::fstat(descriptor, status);
+  }
+  int lstat(const char* path, struct stat* status) noexcept override {
+    return fails("lstat") ? -1 : SystemCalls::lstat(path, status);
+  }
+  ssize_t readlink(const char* path, char* buffer, std::size_t size) noexcept override {
+    return fails("readlink") ? -1 : SystemCalls::readlink(path, buffer, size);
+  }
+  int fchmod(int descriptor, mode_t mode) noexcept override {
+    return fails("fchmod") ? -1 : SystemCalls::fchmod(descriptor, mode);
+  }
+  int fchown(int descriptor, uid_t owner, gid_t group) noexcept override {
+    return fails("fchown") ? -1 : SystemCalls::fchown(descriptor, owner, group);
+  }
+  int flock(int descriptor, int operation) noexcept override {
+    return fails("flock") ? -1 : SystemCalls::flock(descriptor, operation);
+  }
+  int mkdir(const char* path, mode_t mode) noexcept override {
+    return fails("mkdir") ? -1 : SystemCalls::mkdir(path, mode);
+  }
 
  private:
   struct Unflushed {

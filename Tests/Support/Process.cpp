@@ -1,25 +1,19 @@
 #include "Support/Process.h"
 
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 
 #include "Support/TemporaryFolder.h"
 
-namespace kelvane::test {
+namespace kelvane {
 namespace {
 
 std::string quoted(const std::string& argument) {
   std::string result = "'";
   for (const char byte : argument) result += byte == '\'' ? "'\\''" : std::string(1, byte);
   return result + "'";
-}
-
-std::string contentsOf(const std::string& path) {
-  std::ifstream stream(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 }  // namespace
@@ -32,8 +26,29 @@ ProcessResult runProcess(const std::vector<std::string>& arguments, const std::s
   command += " </dev/null >" + quoted(outputFile.empty() ? folder.path("out") : outputFile);
   command += " 2>" + quoted(folder.path("err"));
   const int status = std::system(command.c_str());
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), contentsOf(folder.path("out")),
-          contentsOf(folder.path("err"))};
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), folder.bytes("out"), folder.bytes("err")};
 }
 
-}  // namespace kelvane::test
+pid_t childProcess(const std::function<void()>& work) {
+  const pid_t child = fork();
+  if (child != 0) return child;
+  try {
+    work();
+    _exit(0);
+  } catch (...) {
+    _exit(2);  // else the child would go on as a test program
+  }
+}
+
+bool runInProcesses(int count, const std::function<void(int)>& work) {
+  std::vector<pid_t> children;
+  for (int i = 0; i < count; ++i) children.push_back(childProcess([&] { work(i); }));
+  int failures = 0;
+  for (const pid_t child : children) {
+    int status = -1;
+    failures += ::waitpid(child, &status, 0) != child || status != 0;
+  }
+  return failures == 0;
+}
+
+}  // namespace kelvane

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <sys/types.h>
+
+#include <functional>
 #include <string>
 #include <vector>
 
-namespace kelvane::test {
+namespace kelvane {
 
 struct ProcessResult {
   // The exit status; minus the signal's number when a signal ended the program.
@@ -17,4 +20,9 @@ struct ProcessResult {
 // minutes is killed.
 ProcessResult runProcess(const std::vector<std::string>& arguments, const std::string& outputFile = {});
 
-}  // namespace kelvane::test
+// Runs `work` in a child process and gives its number; the child ends with status 0 unless it is killed or throws.
+pid_t childProcess(const std::function<void()>& work);
+// Runs `work` in so many processes at once, with the number of each, and tells whether all ended with status 0.
+bool runInProcesses(int count, const std::function<void(int)>& work);
+
+}  // namespace kelvane

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-namespace kelvane::test {
+namespace kelvane {
 namespace {
 
 // A socket bound to a free port of loopback.
@@ -150,4 +150,4 @@ std::string refusingBase() {
   return base;
 }
 
-}  // namespace kelvane::test
+}  // namespace kelvane

@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-namespace kelvane::test {
+namespace kelvane {
 
 // A request as it came: its head with the empty line, and as much of a body as the head announces.
 struct RawRequest {
@@ -82,4 +82,4 @@ std::string answer(std::string_view status, std::string_view body, std::string_v
 // An address on loopback at which nobody listens.
 std::string refusingBase();
 
-}  // namespace kelvane::test
+}  // namespace kelvane

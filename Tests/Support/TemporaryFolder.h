@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -7,6 +8,11 @@
 #include "Platform/Foundation/TextEncoding.h"
 
 namespace kelvane {
+
+namespace fs = std::filesystem;
+
+// What the file holds; empty for none.
+std::string bytesOfFile(const fs::path& path);
 
 // An empty folder that is removed at the end with all that is in it.
 class TemporaryFolder {
@@ -23,8 +29,7 @@ class TemporaryFolder {
   Text text(const std::string& name) const { return textFromFileSystem(path(name)); }
   // Writes a file, and makes the folders that it is to stand in.
   void write(const std::string& name, std::string_view bytes) const;
-  // What a file holds; empty for none.
-  std::string bytes(const std::string& name) const;
+  std::string bytes(const std::string& name) const { return bytesOfFile(path(name)); }
   // The names of what is in the folder, sorted.
   std::vector<std::string> names() const;
   // Removes all that is in the folder.

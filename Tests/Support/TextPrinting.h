@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "Platform/Foundation/Geometry.h"
 #include "Platform/Foundation/Text.h"
 #include "Platform/Foundation/TextEncoding.h"
 
@@ -33,6 +34,7 @@ inline void printText(TextView text, std::ostream& out) {
 inline void PrintTo(const NSRange& range, std::ostream* out) {
   *out << '{' << range.location << ", " << range.length << '}';
 }
+inline void PrintTo(const CGRect& rect, std::ostream* out) { *out << utf8(NSStringFromRect(rect)); }
 
 }  // namespace kelvane
 

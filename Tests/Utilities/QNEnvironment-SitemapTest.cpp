@@ -1,22 +1,12 @@
-#include "Platform/Foundation/Boxing.h"
-#include "Platform/Foundation/TextEncoding.h"
-#include "Support/CapturedSystemLog.h"
 #include "Support/RawServer.h"
 #include "Support/Testing.h"
 #include "Utilities/QNEnvironment.h"
 
-namespace kelvane {
 namespace {
-
-using test::answer;
-using test::RawPeer;
-using test::RawRequest;
-using test::RawServer;
 
 std::string plist(const std::string& root) { return "<plist version=\"1.0\">" + root + "</plist>"; }
 
-class SitemapTest : public testing::Test {
- protected:
+struct SitemapTest : testing::Test {
   // Gives each request the next of the answers, and the last one again and again.
   RawServer server{[this](RawPeer& peer) {
     RawRequest request;
@@ -54,35 +44,27 @@ TEST_F(SitemapTest, LooksKeysUpInWhatItFetchesOnce) {
   EXPECT_EQ(environment.linkFromSitemapForKey(u"missing"), std::nullopt);
   EXPECT_EQ(QNEnvironment().linkFromSitemapForKey(u"home"), u"http://h/") << "of the process";
   ASSERT_EQ(heads.size(), 6U);
-  EXPECT_THAT(heads[0],
-              testing::StartsWith("GET /sitemap/application.xml?product=MyApp&version=(null)&revision=(null) "));
+  EXPECT_THAT(heads[0], StartsWith("GET /sitemap/application.xml?product=MyApp&version=(null)&revision=(null) "));
   EXPECT_TRUE(log.take().empty());
 }
 
 TEST_F(SitemapTest, HugeDeepAndSlowOnesGiveTheDefault) {
   std::string deep;
   for (int i = 0; i < 100000; ++i) deep += "<dict><key>home</key>";
-  const RawServer slow([&](RawPeer& peer) {
-    RawRequest request;
-    peer.read(request);
-    peer.stall();
-  });
+  const RawServer slow([&](RawPeer& peer) { peer.stall(); });
   answers = {answer("200 OK", "<plist>" + deep),
              answer("200 OK", plist("<string>" + std::string(200000, 'x') + "</string>"))};
-  environment.setSitemapLimits({.idleTime = std::chrono::seconds(1), .receivedBytes = 5U << 20U});
-  environment.setSitemapServer(textFromUTF8(slow.base().substr(7)));
-  EXPECT_EQ(environment.linkFromSitemapForKey(u"home", fallback), u"fallback");
-  environment.setSitemapServer(textFromUTF8(server.base().substr(7)));
-  EXPECT_EQ(environment.linkFromSitemapForKey(u"home", fallback), u"fallback");
-  environment.setSitemapLimits({.receivedBytes = 100000});
-  EXPECT_EQ(environment.linkFromSitemapForKey(u"home", fallback), u"fallback");
-  EXPECT_EQ(heads.size(), 2U);
-  for (const TextView server_ : {u"no host", u"%", u""}) {
-    environment.setSitemapServer(server_);
-    EXPECT_EQ(environment.linkFromSitemapForKey(u"home", fallback), u"fallback");
+  const URLLimits patient = {.idleTime = std::chrono::seconds(1), .receivedBytes = 5U << 20U};
+  const std::pair<std::string, URLLimits> rows[] = {
+      {slow.base(), patient},      {server.base(), patient}, {server.base(), {.receivedBytes = 100000}},
+      {"http://no host", patient}, {"http://%", patient},    {"http://", patient}};
+  for (const auto& [base, limits] : rows) {
+    environment.setSitemapLimits(limits);
+    environment.setSitemapServer(textFromUTF8(base.substr(7)));
+    EXPECT_EQ(environment.linkFromSitemapForKey(u"home", fallback), u"fallback") << base;
   }
+  EXPECT_EQ(heads.size(), 2U);
   EXPECT_TRUE(log.take().empty());
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,22 +1,13 @@
-#include <filesystem>
-
 #include "Platform/Foundation/NSBundle.h"
 #include "Platform/Foundation/PathText.h"
-#include "Platform/Foundation/TextEncoding.h"
-#include "Support/CapturedSystemLog.h"
-#include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 #include "Utilities/QNEnvironment.h"
 
-namespace kelvane {
 namespace {
-
-namespace fs = std::filesystem;
 
 MATCHER_P(EndsWith, tail, "") { return TextView(arg).ends_with(tail); }
 
-class QNEnvironmentTest : public testing::Test {
- protected:
+struct QNEnvironmentTest : testing::Test {
   QNEnvironmentTest() {
     for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "TMPDIR"}) setenv(variable, folder.path().c_str(), 1);
     setenv("XDG_DATA_HOME", "/d", 1);
@@ -103,4 +94,3 @@ TEST_F(QNEnvironmentTest, MakesTheTemporaryFolderWhenAsked) {
 }
 
 }  // namespace
-}  // namespace kelvane

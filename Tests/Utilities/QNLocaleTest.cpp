@@ -1,24 +1,12 @@
-#include <cstdlib>
-#include <set>
-#include <stdexcept>
-
 #include "Extensions/NSUserDefaultsController-OSCompatibility.h"
-#include "Platform/Foundation/Boxing.h"
-#include "Platform/Foundation/NSArray.h"
-#include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/UserLanguages.h"
-#include "Support/CapturedSystemLog.h"
-#include "Support/TemporaryFolder.h"
-#include "Support/Testing.h"
+#include "Support/PreferencesTest.h"
 #include "Utilities/QNLocale.h"
 
-namespace kelvane {
 namespace {
 
-class QNLocaleTest : public testing::Test {
- protected:
+struct QNLocaleTest : PreferencesTest {
   QNLocaleTest() {
-    ::setenv("XDG_CONFIG_HOME", myFolder.path().c_str(), 1);
     for (const char* variable : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LC_TIME", "LANG"}) ::unsetenv(variable);
   }
 
@@ -27,7 +15,6 @@ class QNLocaleTest : public testing::Test {
               u"AppleLanguages");
   }
 
-  TemporaryFolder myFolder;
   CapturedSystemLog myLog;
 };
 
@@ -85,8 +72,7 @@ TEST_F(QNLocaleTest, NoPreferedLanguage) {
   prefer({});
   QNLocale::locales();
   myLog.take();
-  EXPECT_FALSE(QNLocale::preferedLanguage());
-  EXPECT_FALSE(QNLocale::englishLocale()->displayName());
+  EXPECT_FALSE(QNLocale::preferedLanguage() || QNLocale::englishLocale()->displayName());
   EXPECT_THAT(myLog.take(), ElementsAre(u"List of prefered locales is empty.", u"List of prefered locales is empty."));
 }
 
@@ -102,31 +88,25 @@ TEST_F(QNLocaleTest, WritesDates) {
 }
 
 TEST_F(QNLocaleTest, TheEnvironmentsLanguages) {
-  const struct {
-    const char* language;
-    const char* lang;
-    const char* time;
-    TextView languages;
-    TextView locale;
-  } rows[] = {{"", "", "", u"en", u"en"},
-              {"de:fr", "C.UTF-8", "", u"en", u"en"},
-              {"", "de_CH.UTF-8", "", u"de", u"de_CH"},
-              {"pt_BR:pt_PT::en", "pt_BR.UTF-8", "en_GB.UTF-8", u"pt en", u"en_GB"},
-              {"", "zh_TW", "", u"zh_Hant", u"zh_TW"},
-              {"", "sr_RS.UTF-8@latin", "C", u"sr_Latn", u"en"},
-              {"", "ca_ES@valencia", "", u"ca", u"ca_ES"}};
-  for (const auto& row : rows) {
-    ::setenv("LANGUAGE", row.language, 1);
-    ::setenv("LANG", row.lang, 1);
-    ::setenv("LC_TIME", row.time, 1);
+  const std::tuple<const char*, const char*, const char*, TextView, TextView> rows[] = {
+      {"", "", "", u"en", u"en"},
+      {"de:fr", "C.UTF-8", "", u"en", u"en"},
+      {"", "de_CH.UTF-8", "", u"de", u"de_CH"},
+      {"pt_BR:pt_PT::en", "pt_BR.UTF-8", "en_GB.UTF-8", u"pt en", u"en_GB"},
+      {"", "zh_TW", "", u"zh_Hant", u"zh_TW"},
+      {"", "sr_RS.UTF-8@latin", "C", u"sr_Latn", u"en"},
+      {"", "ca_ES@valencia", "", u"ca", u"ca_ES"}};
+  for (const auto& [languageVariable, langVariable, timeVariable, wanted, locale] : rows) {
+    ::setenv("LANGUAGE", languageVariable, 1);
+    ::setenv("LANG", langVariable, 1);
+    ::setenv("LC_TIME", timeVariable, 1);
     const auto defaults = languageDefaults();
     Text languages;
     for (const auto& language : *as<NSArray>(defaults->objectForKey(u"AppleLanguages")))
       languages += (languages.empty() ? u"" : u" ") + description(language);
-    EXPECT_EQ(languages, row.languages);
-    EXPECT_EQ(description(defaults->objectForKey(u"AppleLocale")), row.locale);
+    EXPECT_EQ(languages, wanted);
+    EXPECT_EQ(description(defaults->objectForKey(u"AppleLocale")), locale);
   }
 }
 
 }  // namespace
-}  // namespace kelvane

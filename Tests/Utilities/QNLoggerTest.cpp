@@ -2,56 +2,40 @@
 #include <sys/resource.h>
 
 #include <atomic>
-#include <cstdlib>
 #include <thread>
 
 #include "Extensions/NSFileManager-ThreadSafeManager.h"
 #include "Extensions/NSUserDefaultsController-OSCompatibility.h"
 #include "Platform/Desktop/Desktop.h"
-#include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/Format.h"
-#include "Platform/Foundation/NSArray.h"
-#include "Platform/Foundation/TextEncoding.h"
-#include "Support/CapturedSystemLog.h"
-#include "Support/TemporaryFolder.h"
-#include "Support/Testing.h"
+#include "Support/PreferencesTest.h"
 #include "Utilities/QNLogger.h"
 
-namespace kelvane {
 namespace {
 
 using LogLines = std::vector<Text>;
 constexpr const char* method = "-[Host work]";
 
-// Keeps the alerts that it was asked to show.
-class RecordingDesktop : public Desktop {
- public:
+struct RecordingDesktop : Desktop {
   void runModalAlert(const ModalAlert& alert) override { alerts.push_back(alert); }
   std::vector<ModalAlert> alerts;
 };
 
-class QNLoggerTest : public testing::Test {
- protected:
-  QNLoggerTest() { setenv("XDG_CONFIG_HOME", folder.path().c_str(), 1); }
-
+struct QNLoggerTest : PreferencesTest {
   std::string fileBytes() const { return folder.bytes("host.log"); }
 
-  TemporaryFolder folder;
   Text logPath = folder.text("host.log");
   CapturedSystemLog systemLog;
 };
 
 TEST_F(QNLoggerTest, ThresholdComesFromThePreference) {
   auto& preferences = NSUserDefaultsControllerExtensions::standardUserDefaults();
-  const struct {
-    Ref<NSObject> value;
-    std::uint32_t threshold;
-  } rows[] = {
+  const std::tuple<Ref<NSObject>, std::uint32_t> rows[] = {
       {nullptr, 0}, {box(4), 4}, {box(5), 2}, {box(-1), 2}, {box(u"3"), 3}, {box(u"x"), 0}, {box(1LL << 32), 0},
   };
-  for (const auto& row : rows) {
-    setObject(preferences, row.value, u"QNLogger_logLevel");
-    EXPECT_EQ(QNLogger().logLevel(), row.threshold) << utf8(description(row.value));
+  for (const auto& [value, threshold] : rows) {
+    setObject(preferences, value, u"QNLogger_logLevel");
+    EXPECT_EQ(QNLogger().logLevel(), threshold) << utf8(description(value));
   }
 }
 
@@ -178,4 +162,3 @@ TEST(NSFileManagerThreadSafeManager, IsEachThreadsOwn) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,12 +1,8 @@
-#include <random>
 #include <regex>
-#include <string>
 
-#include "Platform/Foundation/TextEncoding.h"
 #include "Support/Testing.h"
 #include "Utilities/QNValidationHelper.h"
 
-namespace kelvane {
 namespace {
 
 TEST(QNValidationHelper, ChecksTheFormOfEMailAddresses) {
@@ -41,4 +37,3 @@ TEST(QNValidationHelper, AgreesWithTheExpression) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -3,7 +3,6 @@
 #include "Platform/Desktop/NSIndexPath.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 TEST(NSAffineTransform, LaterStepsComeFirst) {
@@ -34,7 +33,7 @@ TEST(NSAffineTransform, InversesLeadBack) {
   NSAffineTransform back = there;
   back.invert();
   EXPECT_EQ(back.transformPoint(there.transformPoint({3, 5})), (CGPoint{3, 5}));
-  for (NSAffineTransform flat : {NSAffineTransform({1, 2, 2, 4, 0, 0}), NSAffineTransform({1, 0, 0, 1, nan, 0}),
+  for (NSAffineTransform flat : {NSAffineTransform({1, 2, 2, 4, 0, 0}), NSAffineTransform({1, 0, 0, 1, NaN, 0}),
                                  NSAffineTransform({1e-200, 0, 0, 1e-200, 0, 0})})
     EXPECT_THROW(flat.invert(), std::invalid_argument);
 }
@@ -48,9 +47,9 @@ TEST(NSGradient, ColoursFlow) {
   EXPECT_EQ(at(gradient, 0.125), u"NSCalibratedRGBColorSpace 0.75 0 0.25 1");
   EXPECT_EQ(at(gradient, 0.75), u"NSCalibratedRGBColorSpace 0.5 0.5 1 1");
   EXPECT_EQ(at(gradient, 7), u"NSCalibratedRGBColorSpace 1 1 1 1");
-  EXPECT_EQ(at(gradient, nan), at(gradient, 0));
+  EXPECT_EQ(at(gradient, NaN), at(gradient, 0));
   // A hard edge: of two at one place the later one goes on.
-  const NSGradient edge(std::vector<NSGradient::Stop>{{white, 9}, {red, 0.5}, {blue, 0.5}, {red, nan}});
+  const NSGradient edge(std::vector<NSGradient::Stop>{{white, 9}, {red, 0.5}, {blue, 0.5}, {red, NaN}});
   EXPECT_EQ(at(edge, 0.25), red.description());
   EXPECT_EQ(at(edge, 0.5), blue.description());
   EXPECT_THROW(NSGradient(std::vector<NSColor>()), std::invalid_argument);
@@ -68,4 +67,3 @@ TEST(NSIndexPath, OrdersPlacesInATree) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,16 +1,12 @@
+#include "Extensions/NSEvent-QNExtensions.h"
+#include "Extensions/NSMenu-QNExtensions.h"
+#include "Extensions/NSShadow-QNExtensions.h"
 #include "Platform/Desktop/NSMenu.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 Ref<NSMenuItem> item(TextView title) { return std::make_shared<NSMenuItem>(Text(title)); }
-
-TEST(SEL, NamesAreKeptOnce) {
-  const SEL open(Text(u"open:"));
-  EXPECT_EQ(open.name(), u"open:");
-  EXPECT_TRUE(open == SEL(u"open:") && !(open == SEL(u"Open:")) && SEL(u"") == SEL());
-}
 
 TEST(NSMenu, KnowsWhereItsItemsAre) {
   const auto submenu = std::make_shared<NSMenu>(u"below");
@@ -39,9 +35,7 @@ TEST(NSMenu, RefusesWhatIsNoTree) {
   top->addItem(first);
   first->setSubmenu(middle);
   middle->addItem(second);
-  const auto refused = [](auto work, const char* reason) {
-    EXPECT_THAT(work, ThrowsMessage<std::invalid_argument>(HasSubstr(reason)));
-  };
+  const auto refused = [](auto work, const char* reason) { EXPECT_THAT(work, refuses(reason)); };
   refused([&] { second->setSubmenu(top); }, "setSubmenu: the menu would open within itself 'top'");
   refused([&] { loose->setSubmenu(middle); }, "another item has the menu already 'middle'");
   loose->setSubmenu(top);
@@ -86,5 +80,63 @@ TEST(NSMenu, ObserversHearOfChanges) {
   EXPECT_EQ(second.heard, u"~A");
 }
 
+const SEL actionX(u"x:");
+const SEL actionY(u"y:");
+
+Ref<NSMenuItem> addItem(NSMenu& menu, TextView title, SEL action, std::int64_t tag = 0) {
+  menu.addItem(std::make_shared<NSMenuItem>(Text(title), action));
+  menu.items().back()->setTag(tag);
+  return menu.items().back();
+}
+
+// In the order in which searches go.
+Text titles(const NSMenu& menu) {
+  Text all;
+  for (const Ref<NSMenuItem>& each : menu.items())
+    all += each->title() + (each->submenu() ? u"(" + titles(*each->submenu()) + u")" : u"");
+  return all;
+}
+
+TEST(NSMenuExtensions, SearchGoesDownBeforeItGoesOn) {
+  NSMenu menu;
+  const auto submenu = std::make_shared<NSMenu>();
+  const auto holder = addItem(menu, u"a", SEL());
+  addItem(*submenu, u"b", actionX, 1);
+  addItem(*submenu, u"c", actionY);
+  holder->setSubmenu(submenu);
+  const auto last = addItem(menu, u"d", actionX, 2);
+
+  EXPECT_EQ(itemWithAction(menu, actionX)->title(), u"b");
+  EXPECT_EQ(itemWithAction(menu, SEL(u"x:"), 2), last);
+  EXPECT_EQ(itemWithAction(menu, actionX, 3), nullptr);
+  EXPECT_EQ(itemWithAction(menu, SEL()), holder);
+  EXPECT_TRUE(hasItemWithAction(menu, actionY));
+
+  changeItemTitle(menu, u"B", actionX);  // every one
+  EXPECT_EQ(titles(menu), u"a(Bc)B");
+  holder->setAction(actionY);
+  EXPECT_EQ(itemWithAction(menu, actionY), holder);  // before those that it opens
+  removeItemWithAction(menu, actionX);               // from the menu that holds it
+  EXPECT_EQ(titles(menu), u"a(c)B");
+  EXPECT_EQ(submenu->numberOfItems(), 1U);
+}
+
+TEST(NSShadow, FallsWhereTheAngleSays) {
+  OSShadow shadow;
+  setShadowAngle(shadow, 0, 4);
+  EXPECT_EQ(shadow.shadowOffset(), (CGSize{0, 4}));
+  EXPECT_EQ(shadow.shadowBlurRadius(), 4);
+  // A quarter turn is a little more than half of pi here.
+  setShadowAngle(shadow, 90, 4);
+  EXPECT_DOUBLE_EQ(shadow.shadowOffset().width, 4);
+  EXPECT_NEAR(shadow.shadowOffset().height, -9.282041333256967e-08, 1e-15);
+}
+
+TEST(NSEvent, KeysThatChangeCommands) {
+  for (unsigned bit = 0; bit < 64; ++bit) {
+    const bool changes = bit >= 17 && bit <= 23 && bit != 21 && bit != 22;
+    EXPECT_EQ(isAnyCommandModificationKeyPressed(NSEvent(std::uint64_t{1} << bit)), changes) << bit;
+  }
+}
+
 }  // namespace
-}  // namespace kelvane

@@ -1,11 +1,7 @@
-#include <cmath>
-#include <random>
-
 #include "Platform/Desktop/PathCurves.h"
-#include "Support/RecordingDesktop.h"
+#include "Support/PathText.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 CGPoint pointOn(const CGPoint& start, const PathCurve& curve, double t) {
@@ -20,37 +16,31 @@ CGPoint pointOn(const CGPoint& start, const PathCurve& curve, double t) {
 double distance(const CGPoint& a, const CGPoint& b) { return std::hypot(a.x - b.x, a.y - b.y); }
 
 TEST(PathCurves, ElementsWithoutArcsStayAndLeaveOutWhatIsNoNumber) {
-  const struct {
-    std::vector<PathElement> elements;
-    const char* curves;
-  } rows[] = {
+  const std::tuple<std::vector<PathElement>, const char*> rows[] = {
       {{PathMove{{1, 1}}, PathLine{{2, 1}}, PathCurve{{3, 3}, {2, 2}, {3, 2}}, PathClose{}}, "M1,1 L2,1 B3,3 Z"},
       {{PathCurve{{3, 3}, {2, 2}, {3, 2}}, PathClose{}, PathLine{{9, 9}}}, "M3,3 Z M3,3 L9,9"},
-      {{PathMove{{1, 1}}, PathLine{{nan, 1}}, PathLine{{2, infinity}}, PathLine{{5, 5}}}, "M1,1 L5,5"},
+      {{PathMove{{1, 1}}, PathLine{{NaN, 1}}, PathLine{{2, infinity}}, PathLine{{5, 5}}}, "M1,1 L5,5"},
       {{PathClose{}, PathCorner{{1, 2}, {3, 4}, 1}, PathLine{{2, 2}}}, "M1,2 L2,2"},
-      {{PathMove{{1, 1}}, PathArc{{1e308, 0}, 1e308, 0, 90}, PathArc{{0, 0}, nan, 0, 90},
-        PathCorner{{2, 2}, {3, 3}, nan}},
+      {{PathMove{{1, 1}}, PathArc{{1e308, 0}, 1e308, 0, 90}, PathArc{{0, 0}, NaN, 0, 90},
+        PathCorner{{2, 2}, {3, 3}, NaN}},
        "M1,1"},
       // Corners without an arc: no radius, sides on one line, no sides.
       {{PathMove{{0, 0}}, PathCorner{{4, 0}, {4, 4}, 0}}, "M0,0 L4,0"},
       {{PathMove{{0, 0}}, PathCorner{{4, 0}, {9, 0}, 1}, PathCorner{{6, 0}, {4, 0}, 1}}, "M0,0 L4,0 L6,0"},
       {{PathMove{{2, 0}}, PathArc{{1, 0}, 1, 0, 0}, PathArc{{0, 0}, 1, 0, 0}}, "M2,0 L1,0"},
   };
-  for (const auto& row : rows) EXPECT_EQ(shown(pathCurves(row.elements)), row.curves);
+  for (const auto& [elements, curves] : rows) EXPECT_EQ(shown(pathCurves(elements)), curves);
 }
 
 TEST(PathCurves, ArcsLieOnTheirCircle) {
-  const struct {
-    double start;
-    double end;
-    double turn;
-  } rows[] = {{90, 270, 180}, {270, 90, 180}, {0, 360, 360}, {360, 0, 360}, {-90, 0, 90},
-              {0, 1000, 360}, {10, 370, 360}, {350, 10, 20}, {0, -90, 270}, {1e6, 1e6 + 1, 1}};
-  for (const auto& row : rows) {
-    const std::vector<PathElement> curves = pathCurves({{PathArc{{5, -7}, 20, row.start, row.end}}});
+  const std::tuple<double, double, double> rows[] = {{90, 270, 180}, {270, 90, 180},   {0, 360, 360},  {360, 0, 360},
+                                                     {-90, 0, 90},   {0, 1000, 360},   {10, 370, 360}, {350, 10, 20},
+                                                     {0, -90, 270},  {1e6, 1e6 + 1, 1}};
+  for (const auto& [start, end, wantedTurn] : rows) {
+    const std::vector<PathElement> curves = pathCurves({{PathArc{{5, -7}, 20, start, end}}});
     CGPoint point = std::get<PathMove>(curves.front()).point;
-    const double radians = std::fmod(row.start, 360) * std::acos(-1) / 180;
-    EXPECT_LT(distance(point, {5 + 20 * std::cos(radians), -7 + 20 * std::sin(radians)}), 1e-9) << row.start;
+    const double radians = std::fmod(start, 360) * std::acos(-1) / 180;
+    EXPECT_LT(distance(point, {5 + 20 * std::cos(radians), -7 + 20 * std::sin(radians)}), 1e-9) << start;
     double turn = 0;
     for (std::size_t i = 1; i < curves.size(); ++i) {
       const PathCurve curve = std::get<PathCurve>(curves[i]);
@@ -62,7 +52,7 @@ TEST(PathCurves, ArcsLieOnTheirCircle) {
       }
       point = curve.point;
     }
-    EXPECT_NEAR(turn * 180 / std::acos(-1), row.turn, 0.2) << row.start << " to " << row.end;
+    EXPECT_NEAR(turn * 180 / std::acos(-1), wantedTurn, 0.2) << start << " to " << end;
   }
 }
 
@@ -92,4 +82,3 @@ TEST(PathCurves, CornersTouchBothSides) {
 }
 
 }  // namespace
-}  // namespace kelvane

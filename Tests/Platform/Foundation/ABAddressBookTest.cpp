@@ -1,11 +1,7 @@
-#include <cstdlib>
-
 #include "Extensions/ABAddressBook-QNExtensions.h"
 #include "Platform/Foundation/ABAddressBook.h"
-#include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 using Addresses = std::vector<Text>;
@@ -39,4 +35,3 @@ TEST(ABAddressBook, TheUsersOwnCardIsInTheDataFolder) {
 }
 
 }  // namespace
-}  // namespace kelvane

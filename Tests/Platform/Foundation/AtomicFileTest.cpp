@@ -3,21 +3,15 @@
 #include <unistd.h>
 
 #include <cstring>
-#include <filesystem>
-#include <functional>
 #include <iostream>
-#include <random>
-#include <set>
 
 #include "Platform/Foundation/AtomicFile.h"
 #include "Support/FaultySystemCalls.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/Process.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
-namespace fs = std::filesystem;
 using namespace std::string_literals;
 
 constexpr std::size_t noLimit = FaultySystemCalls::never;
@@ -35,19 +29,6 @@ void put(const std::string& path, const std::string& bytes, mode_t mode = 0640) 
   ASSERT_EQ(::chmod(path.c_str(), mode), 0);
 }
 
-// Runs `work` in a child process and gives its number; the child ends with status 0 unless it is killed.
-pid_t inChild(const std::function<void()>& work) {
-  const pid_t child = fork();
-  if (child != 0) return child;
-  try {
-    work();
-    _exit(0);
-  } catch (...) {
-    _exit(2);  // else the child would go on as a test program
-  }
-}
-
-// What there may be before a save of "file".
 struct Scene {
   const char* name;
   bool existed;
@@ -86,25 +67,17 @@ bool saveWithFault(const TemporaryFolder& folder, const Scene& scene, std::size_
   EXPECT_TRUE(isNew || isOld) << after.error << ", " << after.bytes.size() << " bytes";
   const bool flushOfFolder = isNew && faulty == "fsync" && fault != Fault::Interrupted;
   EXPECT_EQ(!error, flushOfFolder ? errorNumber == EINVAL : isNew) << error;
-  if (fault == Fault::Interrupted) {
-    EXPECT_EQ(!error, faulty != "rename") << error;
-  }
+  EXPECT_TRUE(fault != Fault::Interrupted || !error == (faulty != "rename")) << error;
   if (isNew && faulty == "close" && fault == Fault::Error) {
     EXPECT_EQ(calls.calls()[at - 1], "fsync");
     EXPECT_EQ(calls.calls()[at - 2], "rename") << "closing the file failed, and nobody was told";
   }
-  if (fault == Fault::Short) {
-    EXPECT_FALSE(error);
-  }
-  if (fault == Fault::Nothing) {
-    EXPECT_EQ(!error, faulty.empty());
-  }
+  EXPECT_TRUE(fault != Fault::Short || !error);
+  EXPECT_TRUE(fault != Fault::Nothing || !error == faulty.empty());
 
   // A system that says wrongly that there is nothing gets the link replaced; no other does.
   const bool staysLink = fs::is_symlink(folder.path("file"));
-  if (faulty != "lstat" || errorNumber != ENOENT) {
-    EXPECT_EQ(staysLink, isLink);
-  }
+  EXPECT_TRUE(staysLink == isLink || (faulty == "lstat" && errorNumber == ENOENT));
   std::vector<std::string> expected = before;
   if (isNew && !scene.existed && isLink == staysLink) expected.push_back(isLink ? "no" : "file");
   EXPECT_EQ(fault == Fault::Crash ? withoutTemporary(folder.names()) : folder.names(), expected);
@@ -118,8 +91,8 @@ TEST(AtomicFile, SavesWhicheverCallFails) {
   const Fault faults[] = {Fault::Error, Fault::Interrupted, Fault::Nothing, Fault::Short, Fault::Crash};
   TemporaryFolder folder;
   std::size_t runs = 0;
-  for (const Scene& scene : scenes) {
-    for (const Fault fault : faults) {
+  for (const Scene& scene : scenes)
+    for (const Fault fault : faults)
       for (const int number : errors) {
         bool more = true;
         for (std::size_t at = 0; more && !testing::Test::HasFailure(); ++at, ++runs) {
@@ -129,8 +102,6 @@ TEST(AtomicFile, SavesWhicheverCallFails) {
           more = saveWithFault(folder, scene, at, fault, number);
         }
       }
-    }
-  }
   EXPECT_GT(runs, 3000);
   std::cout << runs << " saves, with a fault at each system call in turn\n";
 }
@@ -180,24 +151,18 @@ TEST(AtomicFile, ReadsAndReplacesNothingButFiles) {
   }
 }
 
-TEST(AtomicFile, NewFilesAreForWhomTheyAreSaidToBe) {
-  const TemporaryFolder folder;
-  ::umask(027);
-  const std::string path = folder.path("document");
-  EXPECT_FALSE(writeFileAtomically(path, "new", NewFileAccess::Customary));
-  EXPECT_EQ(modeOf(path), 0640);
-  ASSERT_EQ(::chmod(path.c_str(), 0600), 0);
-  EXPECT_FALSE(writeFileAtomically(path, "newer", NewFileAccess::Customary));
-  EXPECT_EQ(modeOf(path), 0600);
-}
-
 TEST(AtomicFile, KeepsPermissionsOwnerAndGroup) {
   const TemporaryFolder folder;
   const std::string path = folder.path("file");
   const mode_t mask = ::umask(0777);
   EXPECT_FALSE(writeFileAtomically(path, "new"));
-  ::umask(mask);
   EXPECT_EQ(modeOf(path), 0600);
+  ::umask(027);
+  EXPECT_FALSE(writeFileAtomically(path, "newer", NewFileAccess::Customary));
+  EXPECT_EQ(modeOf(path), 0600);
+  EXPECT_FALSE(writeFileAtomically(folder.path("document"), "new", NewFileAccess::Customary));
+  EXPECT_EQ(modeOf(folder.path("document")), 0640);
+  ::umask(mask);
   for (const mode_t mode : {0400, 0664}) {
     ASSERT_EQ(::chmod(path.c_str(), mode), 0);
     EXPECT_FALSE(writeFileAtomically(path, "x"));
@@ -236,14 +201,12 @@ TEST(AtomicFile, FollowsLinks) {
     EXPECT_TRUE(fs::is_symlink(folder.path(link))) << link;
     EXPECT_EQ(readFile(folder.path("target"), 99).bytes, link);
   }
-  for (int i = 1; i <= 41; ++i) {
+  for (int i = 1; i <= 41; ++i)
     fs::create_symlink(i == 1 ? "target" : std::to_string(i - 1), folder.path(std::to_string(i)));
-  }
   EXPECT_FALSE(writeFileAtomically(folder.path("40"), "forty"));
   EXPECT_EQ(writeFileAtomically(folder.path("41"), "x"), std::errc::too_many_symbolic_link_levels);
   EXPECT_EQ(readFile(folder.path("target"), 99).bytes, "forty");
 
-  // In the working folder, too.
   ASSERT_EQ(::chdir(folder.path().c_str()), 0);
   EXPECT_FALSE(writeFileAtomically("absolute", "here"));
   EXPECT_FALSE(writeFileAtomically("plain", "here"));
@@ -258,7 +221,7 @@ TEST(AtomicFile, SurvivesKills) {
   std::mt19937 random(20260131);
   std::set<char> seen;
   for (int i = 0; i < 150; ++i) {
-    const pid_t child = inChild([&] {
+    const pid_t child = childProcess([&] {
       FaultySystemCalls quick;
       for (int letter = i;; ++letter)
         if (writeFileAtomically(path, contents(static_cast<char>('a' + letter % 26)), quick)) _exit(1);
@@ -281,24 +244,17 @@ TEST(AtomicFile, LockKeepsOthersOut) {
   const TemporaryFolder folder;
   const std::string path = folder.path("counter");
   put(path, "0");
-  std::vector<pid_t> children;
-  for (int i = 0; i < 4; ++i) {
-    children.push_back(inChild([&] {
-      for (int round = 0; round < 250; ++round) {
-        const FileLock lock(path + ".lock");
-        FaultySystemCalls quick;
-        const int count = std::stoi(readFile(path, 99).bytes);
-        if (lock.error() || writeFileAtomically(path, std::to_string(count + 1), quick)) _exit(1);
-        // Whoever removes the lock file, last thing, must not let two of the others in.
-        if (round % 10 == 9) ::unlink((path + ".lock").c_str());
-      }
-    }));
-  }
-  for (const pid_t child : children) {
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
-  }
+  const bool isWell = runInProcesses(4, [&](int) {
+    for (int round = 0; round < 250; ++round) {
+      const FileLock lock(path + ".lock");
+      FaultySystemCalls quick;
+      const int count = std::stoi(readFile(path, 99).bytes);
+      if (lock.error() || writeFileAtomically(path, std::to_string(count + 1), quick)) _exit(1);
+      // Whoever removes the lock file, last thing, must not let two of the others in.
+      if (round % 10 == 9) ::unlink((path + ".lock").c_str());
+    }
+  });
+  EXPECT_TRUE(isWell);
   EXPECT_EQ(readFile(path, 99).bytes, "1000");
 }
 
@@ -358,4 +314,3 @@ TEST(AtomicFile, WhatCannotBeSetAsideStays) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -4,21 +4,15 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <filesystem>
 #include <thread>
 
 #include "Platform/Foundation/FileRemoval.h"
-#include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
-namespace fs = std::filesystem;
-
 // In memory where that can be had: a disk would make the many rounds slow.
-class FileRemoval : public testing::Test {
- protected:
+struct FileRemoval : testing::Test {
   static const char* place() { return access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp"; }
 
   int myPlaceIsSet = setenv("TMPDIR", place(), 1);
@@ -99,7 +93,6 @@ TEST_F(FileRemoval, NeverLeavesTheTree) {
       if (renameat2(AT_FDCWD, link.c_str(), AT_FDCWD, victim.c_str(), RENAME_EXCHANGE) == 0) ++swaps;
   });
   for (int i = 0; i < 10000; ++i) {
-    // Whichever of the two it is now.
     removeTree(folder.path("link"));
     ASSERT_EQ(symlink(folder.path("outside").c_str(), folder.path("link").c_str()), 0);
     for (const char* name : {"tree", "tree/victim", "tree/victim/inner"}) mkdir(folder.path(name).c_str(), 0700);
@@ -113,4 +106,3 @@ TEST_F(FileRemoval, NeverLeavesTheTree) {
 }
 
 }  // namespace
-}  // namespace kelvane

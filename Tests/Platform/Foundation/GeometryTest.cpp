@@ -1,14 +1,5 @@
-#include <cmath>
-#include <limits>
-#include <ostream>
-#include <random>
-
 #include "Platform/Foundation/Geometry.h"
 #include "Support/Testing.h"
-
-namespace kelvane {
-
-static void PrintTo(const CGRect& rect, std::ostream* out) { *out << utf8(NSStringFromRect(rect)); }
 
 namespace {
 
@@ -49,15 +40,15 @@ TEST(Geometry, RectanglesCoverCells) {
 
 TEST(Geometry, EdgesNullAndNaN) {
   const CGRect square(0, 0, 2, 2);
-  EXPECT_FALSE(CGRectContainsPoint(square, {nan, 1}));
-  EXPECT_TRUE(CGRectIsEmpty({0, 0, 1, nan}));
+  EXPECT_FALSE(CGRectContainsPoint(square, {NaN, 1}));
+  EXPECT_TRUE(CGRectIsEmpty({0, 0, 1, NaN}));
   EXPECT_FALSE(CGRectIntersectsRect(square, {2, 0, 1, 1})) << "they only touch";
-  EXPECT_FALSE(CGRectIntersectsRect(square, {nan, 0, 1, 1}));
+  EXPECT_FALSE(CGRectIntersectsRect(square, {NaN, 0, 1, 1}));
   EXPECT_EQ(CGRectUnion({0, 0, 1, 1}, {3, 4, 0, 0}), CGRect(0, 0, 3, 4));
   EXPECT_EQ(CGRectUnion(CGRectNull, square), square);
   EXPECT_TRUE(CGRectIsNull(CGRectUnion(CGRectNull, CGRectNull)));
-  for (const CGRect& around : {CGRectUnion(square, {nan, 0, 1, 1}), CGRectUnion({nan, 0, 1, 1}, square),
-                               CGRectUnion(square, {0, 0, nan, 1}), CGRectUnion({0, 0, nan, 1}, square)})
+  for (const CGRect& around : {CGRectUnion(square, {NaN, 0, 1, 1}), CGRectUnion({NaN, 0, 1, 1}, square),
+                               CGRectUnion(square, {0, 0, NaN, 1}), CGRectUnion({0, 0, NaN, 1}, square)})
     EXPECT_TRUE(std::isnan(CGRectGetMaxX(around)));
   EXPECT_EQ(CGRectIntegral({0.5, -0.5, 1, 1}), CGRect(0, -1, 2, 2));
   EXPECT_EQ(CGRectIntegral({-1.5, 2.5, -1, -1}), CGRect(-3, 1, 2, 2));
@@ -66,7 +57,7 @@ TEST(Geometry, EdgesNullAndNaN) {
 TEST(Geometry, TextFormsReadBack) {
   EXPECT_EQ(NSStringFromPoint({0.1, -2}), u"{0.1, -2}");
   EXPECT_EQ(NSStringFromSize({1e300, infinity}), u"{1e+300, inf}");
-  EXPECT_EQ(NSStringFromRect({1, 2.5, nan, -0.0}), u"{{1, 2.5}, {nan, -0}}");
+  EXPECT_EQ(NSStringFromRect({1, 2.5, NaN, -0.0}), u"{{1, 2.5}, {nan, -0}}");
   const CGRect exact(1.0 / 3, -std::numeric_limits<double>::max(), infinity, std::numeric_limits<double>::denorm_min());
   EXPECT_EQ(NSRectFromString(NSStringFromRect(exact)), exact);
   EXPECT_EQ(NSPointFromString(u"\x3000{ \xA0 1 ,\x2028 2\r} "), (CGPoint{1, 2}));
@@ -80,4 +71,3 @@ TEST(Geometry, TextFormsReadBack) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,10 +1,7 @@
-#include <string>
-
 #include "Platform/Foundation/HTMLBytes.h"
 #include "Platform/Foundation/HTMLPlainText.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 using namespace std::literals;
@@ -75,4 +72,3 @@ TEST(HTMLPlainText, ReadsBytesInTheEncodingThatTheySay) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,14 +1,7 @@
-#include <limits>
-#include <memory>
-#include <stdexcept>
-#include <string>
 #include <typeinfo>
-#include <vector>
 
 #include "Platform/Foundation/ArchivedClass.h"
-#include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSArchiver.h"
-#include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSAttributedString.h"
 #include "Platform/Foundation/NSCalendarDate.h"
 #include "Platform/Foundation/NSColor.h"
@@ -21,7 +14,6 @@
 #include "Platform/Foundation/Properties.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 Ref<NSObject> thereAndBack(const Ref<NSObject>& object) {
@@ -33,7 +25,6 @@ Ref<NSObject> thereAndBack(const Ref<NSObject>& object) {
   return read.object;
 }
 
-// What archiving or unarchiving says.
 Text errorOf(const Ref<NSObject>& object) { return NSArchiver::archivedDataWithRootObject(object).error; }
 Text errorOf(const std::string& bytes) {
   const UnarchivedObject read =
@@ -59,8 +50,7 @@ std::string number(std::uint64_t value) {
 
 std::string ascii(const std::string& text) { return number(2 * text.size()) + text; }
 
-class Person : public NSObject {
- public:
+struct Person : NSObject {
   const PropertyTable& propertyTable() const override {
     static const PropertyTable table(NSObject::propertyTable(),
                                      {property(u"name", &Person::myName), property(u"friend", &Person::myFriend),
@@ -85,13 +75,13 @@ TEST(NSArchiver, RoundTripsEachKindOfValue) {
       box(std::numeric_limits<std::int64_t>::min()),
       box(std::numeric_limits<std::uint64_t>::max()),
       box(-0.0),
-      box(std::numeric_limits<double>::quiet_NaN()),
+      box(NaN),
       std::make_shared<NSCalendarDate>(NSDate::dateWithTimeIntervalSinceReferenceDate(1e8),
                                        NSTimeZone::timeZoneWithName(u"Europe/Zurich"), u"%d.%m.%Y %z"),
       std::make_shared<NSCalendarDate>(NSDate(), NSTimeZone::timeZoneForSecondsFromGMT(-12600)),
       std::make_shared<NSData>(std::vector<std::uint8_t>{0, 255}),
-      NSArray::arrayWithObjects({box(1), NSNull::null()}),
-      NSDictionary::dictionaryWithEntries({{u"a", box(1)}, {u"\u20AC", box(u"b")}}),
+      arrayOf({box(1), NSNull::null()}),
+      dictionaryOf({{u"a", box(1)}, {u"\u20AC", box(u"b")}}),
       std::make_shared<NSIndexSet>(NSRange{7, 3}),
       indexes,
       NSURL::URLWithString(u"https://example.org/?a#b"),
@@ -125,7 +115,7 @@ TEST(NSArchiver, KeepsIdentityAndTheHostsClasses) {
   ann->myName = u"Ann";
   bob->myName = u"Bob";
   bob->myFriend = ann;
-  const auto read = as<NSArray>(thereAndBack(NSArray::arrayWithObjects({bob, ann, bob})));
+  const auto read = as<NSArray>(thereAndBack(arrayOf({bob, ann, bob})));
   ASSERT_TRUE(read);
   const auto readBob = as<Person>(read->objectAtIndex(0));
   EXPECT_TRUE(readBob->myName == u"Bob" && readBob == read->objectAtIndex(2));
@@ -162,31 +152,31 @@ TEST(NSArchiver, KeepsIdentityAndTheHostsClasses) {
 TEST(NSArchiver, RefusesWhatCannotBeWritten) {
   class Stranger : public NSMutableArray {};
   EXPECT_EQ(errorOf(Ref<NSObject>()), u"There is no object to be archived.");
-  EXPECT_EQ(errorOf(NSArray::arrayWithObjects({std::make_shared<Stranger>()})),
+  EXPECT_EQ(errorOf(arrayOf({std::make_shared<Stranger>()})),
             u"Objects of class Stranger cannot be archived: the class is not registered.");
   EXPECT_EQ(errorOf(std::make_shared<NSValue>(NSValue::valueWithPointer(nullptr))),
             u"An address cannot be archived: it means nothing in another process.");
   EXPECT_EQ(errorOf(std::make_shared<NSFont>(FontFace{u"a", u"a", 0, 16}, 12)),
             u"A font whose weight is beyond 15 cannot be archived.");
   const auto circle = std::make_shared<NSMutableArray>();
-  circle->addObject(NSArray::arrayWithObjects({circle}));
+  circle->addObject(arrayOf({circle}));
   EXPECT_EQ(errorOf(circle), u"An object of class NSMutableArray cannot be archived: it leads back to itself.");
   circle->removeAllObjects();
 
   Ref<NSObject> chain = NSNull::null();
-  for (std::size_t depth = 1; depth < maximumArchiveDepth; ++depth) chain = NSArray::arrayWithObjects({chain});
+  for (std::size_t depth = 1; depth < maximumArchiveDepth; ++depth) chain = arrayOf({chain});
   EXPECT_TRUE(thereAndBack(chain));
   // Too deep only by way of an object that was seen before in a shallower place.
-  EXPECT_EQ(errorOf(NSArray::arrayWithObjects({chain, NSArray::arrayWithObjects({chain})})),
+  EXPECT_EQ(errorOf(arrayOf({chain, arrayOf({chain})})),
             u"The object cannot be archived: objects refer to each other over more than 512 steps.");
   Ref<NSObject> doubled = NSNull::null();
-  for (int i = 0; i < 64; ++i) doubled = NSArray::arrayWithObjects({doubled, doubled});
+  for (int i = 0; i < 64; ++i) doubled = arrayOf({doubled, doubled});
   EXPECT_EQ(errorOf(doubled),
             u"The object cannot be archived: objects share so many others that going through them would not end.");
 }
 
 TEST(NSArchiver, RefusesDamagedAndHostileArchives) {
-  const auto object = NSDictionary::dictionaryWithEntries({{u"a", NSArray::arrayWithObjects({box(1), box(u"€")})}});
+  const auto object = dictionaryOf({{u"a", arrayOf({box(1), box(u"€")})}});
   const auto data = NSArchiver::archivedDataWithRootObject(object).data;
   const std::string good(data->bytes().begin(), data->bytes().end());
   for (std::size_t i = 0; i < good.size(); ++i) {
@@ -207,10 +197,7 @@ TEST(NSArchiver, RefusesDamagedAndHostileArchives) {
     const std::string values = number(1) + number(i);
     chain += number(0) + number(values.size()) + values;
   }
-  const struct {
-    std::string bytes;
-    TextView reason;
-  } rows[] = {
+  const std::tuple<std::string, TextView> rows[] = {
       {"", u"it is none"},
       {"KelvArc", u"it is cut short"},
       {archiveOf(""), u"it is cut short"},
@@ -232,8 +219,8 @@ TEST(NSArchiver, RefusesDamagedAndHostileArchives) {
       {archiveOf(doubled), u"object 25 (NSArray): objects share so many others that going through them would not end"},
       {archiveOf(chain), u"object 513 (NSArray): objects refer to each other over more than 512 steps"},
   };
-  for (const auto& row : rows) EXPECT_EQ(errorOf(row.bytes), u"The archive cannot be read: " + Text(row.reason) + u".");
+  for (const auto& [bytes, reason] : rows)
+    EXPECT_EQ(errorOf(bytes), u"The archive cannot be read: " + Text(reason) + u".");
 }
 
 }  // namespace
-}  // namespace kelvane

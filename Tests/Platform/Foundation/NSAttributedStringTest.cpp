@@ -1,22 +1,10 @@
-#include <algorithm>
-#include <memory>
-#include <random>
-#include <span>
-#include <stdexcept>
-#include <string>
-#include <vector>
-
-#include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSAttributedString.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 // A dictionary made anew; 0 stands for the empty one.
-Ref<NSDictionary> attributesOf(int number) {
-  return number == 0 ? nullptr : NSDictionary::dictionaryWithEntries({{u"a", box(number)}});
-}
+Ref<NSDictionary> attributesOf(int number) { return number == 0 ? nullptr : dictionaryOf({{u"a", box(number)}}); }
 
 int numberOf(const Ref<NSDictionary>& attributes) {
   const auto number = as<NSNumber>(attributes->objectForKey(u"a"));
@@ -154,25 +142,19 @@ TEST(NSAttributedString, ValuesKeepTheirIdentity) {
   EXPECT_TRUE(isEqual(storage.valueForKey(u"length"), box(12)));
 }
 
-TEST(NSAttributedString, RefusesWhatIsBeyondTheText) {
+TEST(NSAttributedString, RefusesWhatIsBeyondTheTextAndTakesAPieceOfItself) {
   NSMutableAttributedString text(u"abc", attributesOf(1));
   EXPECT_THROW(text.attribute(u"a", 3), std::out_of_range);
   EXPECT_THROW(text.attributedSubstringFromRange({2, 2}), std::out_of_range);
   EXPECT_THROW(text.setAttributes(nullptr, {4, 0}), std::out_of_range);
-  EXPECT_THROW(text.replaceCharactersInRange({1, static_cast<std::size_t>(-1)}, u"x"), std::out_of_range);
+  EXPECT_THROW(text.replaceCharactersInRange({1, ~std::size_t{0}}, u"x"), std::out_of_range);
   EXPECT_THROW(text.addAttribute(u"b", nullptr, {0, 1}), std::invalid_argument);
   EXPECT_EQ(text.description(), u"abc{\n    a = 1;\n}");
-}
-
-// A replacement may be a piece of the very text, also of a long one that is about to be cut.
-TEST(NSAttributedString, TakesAPieceOfItself) {
-  Text long1(100000, u'x');
-  NSMutableAttributedString text(long1 + u"end");
-  const TextView end = TextView(text.string()).substr(long1.size());
-  text.replaceCharactersInRange({50000, 1}, end);
-  text.deleteCharactersInRange({0, 50000});
-  EXPECT_EQ(text.string(), u"end" + Text(49999, u'x') + u"end");
+  // Also a piece of a long one that is about to be cut.
+  NSMutableAttributedString whole(Text(100000, u'x') + u"end");
+  whole.replaceCharactersInRange({50000, 1}, TextView(whole.string()).substr(100000));
+  whole.deleteCharactersInRange({0, 50000});
+  EXPECT_EQ(whole.string(), u"end" + Text(49999, u'x') + u"end");
 }
 
 }  // namespace
-}  // namespace kelvane

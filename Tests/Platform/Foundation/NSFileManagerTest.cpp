@@ -1,24 +1,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cmath>
-#include <filesystem>
-
-#include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSDirectoryEnumerator.h"
 #include "Platform/Foundation/NSFileManager.h"
-#include "Platform/Foundation/TextEncoding.h"
-#include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
-namespace fs = std::filesystem;
-
-class NSFileManagerTest : public testing::Test {
- protected:
+struct NSFileManagerTest : testing::Test {
   Text path(const std::string& name) const { return folder.text(name); }
   void write(const std::string& name) const { folder.write(name, name); }
   mode_t mode(const std::string& name) const {
@@ -38,17 +28,14 @@ TEST_F(NSFileManagerTest, MovesWithoutReplacing) {
   EXPECT_TRUE(files.moveItemAtPath(path("file"), path("inside/moved"), &error));
   EXPECT_FALSE(fs::exists(folder.path("file")));
   EXPECT_EQ(fs::file_size(folder.path("inside/moved")), 4U);
-  const struct {
-    Text from, to;
-    int reason;
-  } rows[] = {
+  const std::tuple<Text, Text, int> rows[] = {
       {path("inside/moved"), path("other"), EEXIST}, {path("none"), path("x"), ENOENT}, {u"", path("x"), ENOENT},
       {path("inside"), path("inside/x"), EINVAL},    {path("other"), u"", ENOENT},
   };
-  for (const auto& row : rows) {
+  for (const auto& [from, to, reason] : rows) {
     error = nullptr;
-    EXPECT_FALSE(files.moveItemAtPath(row.from, row.to, &error)) << row.reason;
-    EXPECT_EQ(error ? error->code() : 0, row.reason);
+    EXPECT_FALSE(files.moveItemAtPath(from, to, &error)) << reason;
+    EXPECT_EQ(error ? error->code() : 0, reason);
   }
   EXPECT_TRUE(fs::exists(folder.path("inside/moved")));
   EXPECT_EQ(fs::file_size(folder.path("other")), 5U);
@@ -59,20 +46,17 @@ TEST_F(NSFileManagerTest, TellsWhatExists) {
   fs::create_symlink("nowhere", folder.path("dangling"));
   fs::create_symlink("loop", folder.path("loop"));
   fs::create_directory_symlink(".", folder.path("to-folder"));
-  const struct {
-    Text path;
-    bool exists, isFolder, isItem;
-  } rows[] = {
+  const std::tuple<Text, bool, bool, bool> rows[] = {
       {path("file"), true, false, true},      {path("file/"), false, false, false},
       {path("dangling"), false, false, true}, {path("to-folder"), true, true, true},
       {path("none"), false, false, false},    {path("file") + Text(1, u'\0'), false, false, false},
   };
-  for (const auto& row : rows) {
+  for (const auto& [item, exists, leadsToFolder, isItem] : rows) {
     bool isFolder = true;
-    EXPECT_EQ(files.fileExistsAtPath(row.path, &isFolder), row.exists) << testing::PrintToString(row.path);
-    EXPECT_EQ(isFolder, row.isFolder) << testing::PrintToString(row.path);
-    EXPECT_EQ(files.itemExistsAtPath(row.path), row.isItem) << testing::PrintToString(row.path);
-    EXPECT_EQ(files.isDeletableFileAtPath(row.path), row.isItem) << testing::PrintToString(row.path);
+    EXPECT_EQ(files.fileExistsAtPath(item, &isFolder), exists) << testing::PrintToString(item);
+    EXPECT_EQ(isFolder, leadsToFolder) << testing::PrintToString(item);
+    EXPECT_EQ(files.itemExistsAtPath(item), isItem) << testing::PrintToString(item);
+    EXPECT_EQ(files.isDeletableFileAtPath(item), isItem) << testing::PrintToString(item);
   }
 }
 
@@ -95,7 +79,7 @@ TEST_F(NSFileManagerTest, ListsNamesAndURLs) {
 
 TEST_F(NSFileManagerTest, MakesFoldersWithAttributes) {
   umask(022);
-  const auto attributes = NSDictionary::dictionaryWithEntries(
+  const auto attributes = dictionaryOf(
       {{Text(NSFilePosixPermissions), box(0555)},
        {Text(NSFileModificationDate), std::make_shared<NSDate>(NSDate::dateWithTimeIntervalSince1970(-1.5))}});
   ASSERT_TRUE(files.createDirectoryAtPath(path("a//b/c/"), true, attributes.get(), &error));
@@ -104,20 +88,17 @@ TEST_F(NSFileManagerTest, MakesFoldersWithAttributes) {
   struct stat status = {};
   ASSERT_EQ(stat(folder.path("a/b/c").c_str(), &status), 0);
   EXPECT_EQ(status.st_mtim.tv_sec, -2);
-  const auto never = NSDictionary::dictionaryWithEntries(
+  const auto never = dictionaryOf(
       {{Text(NSFileModificationDate), std::make_shared<NSDate>(NSDate::dateWithTimeIntervalSince1970(NAN))}});
   EXPECT_FALSE(files.createDirectoryAtPath(path("never"), false, never.get(), &error));
   EXPECT_EQ(error->code(), EINVAL);
   write("file");
   fs::create_symlink("nowhere", folder.path("dangling"));
-  const struct {
-    Text path;
-    bool withIntermediates;
-    int error;
-  } failures[] = {{path("x/y"), false, ENOENT}, {path("file/x"), true, ENOTDIR}, {path("dangling"), true, EEXIST}};
-  for (const auto& row : failures) {
-    EXPECT_FALSE(files.createDirectoryAtPath(row.path, row.withIntermediates, &error));
-    EXPECT_EQ(error->code(), row.error) << testing::PrintToString(row.path);
+  const std::tuple<Text, bool, int> failures[] = {
+      {path("x/y"), false, ENOENT}, {path("file/x"), true, ENOTDIR}, {path("dangling"), true, EEXIST}};
+  for (const auto& [item, withIntermediates, reason] : failures) {
+    EXPECT_FALSE(files.createDirectoryAtPath(item, withIntermediates, &error));
+    EXPECT_EQ(error->code(), reason) << testing::PrintToString(item);
   }
   ASSERT_EQ(chmod(folder.path("a").c_str(), 0755), 0);
   ASSERT_EQ(chmod(folder.path("a/b").c_str(), 0755), 0);
@@ -134,7 +115,6 @@ TEST_F(NSFileManagerTest, WalksFoldersWithoutFollowingLinks) {
   while (const auto item = walk.nextObject()) items.push_back(*item);
   EXPECT_THAT(items, UnorderedElementsAre(u"a", u"a/b", u"a/b/gr\xDCFC", u"a/loop", u"z"));
 
-  // What vanishes is passed over.
   std::size_t count = 0;
   NSDirectoryEnumerator changing(path(""));
   for (; const auto item = changing.nextObject(); ++count)
@@ -144,4 +124,3 @@ TEST_F(NSFileManagerTest, WalksFoldersWithoutFollowingLinks) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,25 +1,16 @@
-#include <functional>
-#include <memory>
-#include <stdexcept>
-#include <vector>
-
 #include "Platform/Foundation/Format.h"
-#include "Platform/Foundation/NSDictionary.h"
 #include "Platform/Foundation/NSKeyValueMutableArray.h"
 #include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/Properties.h"
-#include "Support/CapturedSystemLog.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 using Texts = std::vector<Text>;
 
 constexpr NSKeyValueObservingOptions both = NSKeyValueObservingOptionNew | NSKeyValueObservingOptionOld;
 
-class Node : public NSObject {
- public:
+struct Node : NSObject {
   Node() = default;
   explicit Node(int value) : myValue(value) {}
   const PropertyTable& propertyTable() const override {
@@ -42,7 +33,6 @@ class Node : public NSObject {
   Text description() const override { return format(u"N%d", myValue); }
   using NSObject::isObserving;
 
- private:
   int myValue = 0;
   Text myName;
   Ref<Node> myNext;
@@ -50,8 +40,7 @@ class Node : public NSObject {
   Ref<NSArray> myFixed;
 };
 
-class Listener : public NSObject {
- public:
+struct Listener : NSObject {
   void observeValueForKeyPath(TextView keyPath, NSObject& ofObject, const NSKeyValueChange& change,
                               void* context) override {
     heard.push_back(format(u"%@ of %@%@ %@: %@ -> %@", keyPath, ofObject.description(),
@@ -64,7 +53,6 @@ class Listener : public NSObject {
   Texts heard;
   std::function<void()> then;
 
- private:
   static Text shown(const NSKeyValueChange& change) {
     if (change.isPrior()) return u"will";
     const Text kinds[] = {u"?", u"set", u"insert", u"remove", u"replace"};
@@ -80,8 +68,8 @@ class Listener : public NSObject {
   }
 };
 
-auto refuses(const std::string& operation, const char* what) {
-  return ThrowsMessage<std::invalid_argument>(AllOf(HasSubstr(operation), HasSubstr(what)));
+auto refuses(const char* operation, const char* what) {
+  return AllOf(kelvane::refuses(operation), kelvane::refuses(what));
 }
 void* context(std::intptr_t number) { return reinterpret_cast<void*>(number); }
 
@@ -90,10 +78,7 @@ TEST(Observing, EachWayToChangeAPropertyIsHeardOnce) {
   const auto other = std::make_shared<Node>(7);
   Listener listener;
   for (const TextView key : {u"value", u"name", u"next", u"double"}) node->addObserver(listener, key, both, nullptr);
-  const struct {
-    std::function<void()> change;
-    Texts heard;
-  } rows[] = {
+  const std::tuple<std::function<void()>, Texts> rows[] = {
       {[&] { node->setValue(2); }, {u"value of N2 set: 1 -> 2"}},
       {[&] { node->setValue(2); }, {u"value of N2 set: 2 -> 2"}},
       {[&] { node->setValueForKey(box(3), u"value"); }, {u"value of N3 set: 2 -> 3"}},
@@ -117,9 +102,9 @@ TEST(Observing, EachWayToChangeAPropertyIsHeardOnce) {
       {[&] { EXPECT_THROW(node->setValueForKey(box(u"x"), u"value"), std::invalid_argument); }, {}},
       {[&] { node->setValue(1); }, {u"value of N1 set: 7 -> 1"}},
   };
-  for (const auto& row : rows) {
-    row.change();
-    EXPECT_EQ(listener.take(), row.heard) << &row - rows;
+  for (const auto& [change, heard] : rows) {
+    change();
+    EXPECT_EQ(listener.take(), heard);
   }
 }
 
@@ -149,18 +134,29 @@ TEST(Observing, OptionsDecideWhatARecordHolds) {
   EXPECT_EQ(listener.heard.size(), 3U);
 }
 
-TEST(Observing, PlainValuesAreReadWithoutObjects) {
+TEST(Observing, PlainValuesAndCopies) {
   struct Reader : NSObject {
     void observeValueForKeyPath(TextView, NSObject&, const NSKeyValueChange& change, void*) override {
       sum += change.newValueAs<int>() * 100 + change.oldValueAs<short>();
     }
     int sum = 0;
   } reader;
-  Node node(1);
+  struct Copied : Node {
+    using Node::Node;
+    Copied(const Copied&) = default;
+    Copied& operator=(const Copied&) = default;
+  };
+  Copied node(1);
   node.addObserver(reader, u"value", both, nullptr);
   node.setValue(2);
   node.setValueForKey(box(3), u"value");
-  EXPECT_EQ(reader.sum, 201 + 302);
+  EXPECT_EQ(std::exchange(reader.sum, 0), 201 + 302);
+  Copied copy(node);
+  copy.setValue(4);
+  EXPECT_EQ(reader.sum, 0) << "a copy is observed";
+  node = copy;
+  node.setValue(5);
+  EXPECT_EQ(reader.sum, 504);
 }
 
 TEST(Observing, KeyPathsFollowWhatStandsOnTheWay) {
@@ -190,20 +186,15 @@ TEST(Observing, KeyPathsFollowWhatStandsOnTheWay) {
   c->setNext(b);
   dictionary->setObject(c, u"node");
   EXPECT_EQ(take(), heard(u"6 -> 5"));
-  a->setNext(nullptr);
-  a->setValue(7);
-  EXPECT_EQ(take(), none);
   dictionary->removeAllObjects();
   EXPECT_EQ(take(), heard(u"5 -> <null>"));
   dictionary->setObject(c, u"node");
   EXPECT_EQ(take().size(), 1U);
-
   CapturedSystemLog log;
   dictionary->setObject(box(u"no node"), u"node");
   EXPECT_EQ(take(), heard(u"5 -> <null>"));
-  EXPECT_THAT(
-      log.take(),
-      ElementsAre(testing::Truly([](const Text& line) { return line.find(u"'node.next.value'") < line.size(); })));
+  const Texts logged = log.take();
+  EXPECT_TRUE(logged.size() == 1 && logged[0].find(u"'node.next.value'") < logged[0].size());
   dictionary->setObject(c, u"node");
   EXPECT_EQ(take(), heard(u"<null> -> 5"));
   dictionary->removeObserver(listener, u"node.next.value");
@@ -223,10 +214,10 @@ TEST(Observing, ArraysAreChangedThroughAProxy) {
     EXPECT_EQ(listener.take(), heard(u"insert(0): - -> (N1)"));
     NSMutableIndexSet indexes(NSRange{0, 2});
     indexes.addIndex(3);
-    nodes.insertObjects(*NSArray::arrayWithObjects({n(2), n(3), n(4)}), indexes);
+    nodes.insertObjects(*arrayOf({n(2), n(3), n(4)}), indexes);
     EXPECT_EQ(listener.take(), heard(u"insert(0-1, 3): - -> (N2,N3,N4)"));
     EXPECT_EQ(nodes.array()->description(), u"(\n    N2,\n    N3,\n    N1,\n    N4\n)");
-    nodes.replaceObjectsAtIndexes(indexes, *NSArray::arrayWithObjects({n(5), n(6), n(7)}));
+    nodes.replaceObjectsAtIndexes(indexes, *arrayOf({n(5), n(6), n(7)}));
     EXPECT_EQ(listener.take(), heard(u"replace(0-1, 3): (N2,N3,N4) -> (N5,N6,N7)"));
     nodes.removeObjectsAtIndexes(indexes);
     EXPECT_EQ(listener.take(), heard(u"remove(0-1, 3): (N5,N6,N7) -> -"));
@@ -235,7 +226,7 @@ TEST(Observing, ArraysAreChangedThroughAProxy) {
     nodes.removeAllObjects();
     nodes.addObjectsFromArray(NSArray());
     EXPECT_THAT(listener.take(), IsEmpty());
-    nodes.setArray(*NSArray::arrayWithObjects({n(1)}));
+    nodes.setArray(*arrayOf({n(1)}));
     EXPECT_EQ(listener.take(), heard(u"set: () -> (N1)"));
     EXPECT_THROW(nodes.insertObject(n(1), 2), std::out_of_range);
     EXPECT_THROW(nodes.addObject(nullptr), std::invalid_argument);
@@ -305,22 +296,4 @@ TEST(Observing, ObserversComeAndGoDuringANotification) {
   EXPECT_THAT(late.take(), IsEmpty()) << "the object was gone";
 }
 
-TEST(Observing, CopiesAreNotObserved) {
-  struct Copied : Node {
-    using Node::Node;
-    Copied(const Copied&) = default;
-    Copied& operator=(const Copied&) = default;
-  };
-  Listener listener;
-  Copied original(1);
-  original.addObserver(listener, u"value", both, nullptr);
-  Copied copy(original);
-  copy.setValue(2);
-  EXPECT_THAT(listener.take(), IsEmpty());
-  original = copy;
-  original.setValue(3);
-  EXPECT_EQ(listener.take(), Texts{u"value of N3 set: 2 -> 3"});
-}
-
 }  // namespace
-}  // namespace kelvane

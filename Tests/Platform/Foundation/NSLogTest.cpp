@@ -3,14 +3,9 @@
 #include <time.h>
 #include <unistd.h>
 
-#include <stdexcept>
-#include <string>
-#include <vector>
-
 #include "Platform/Foundation/NSLog.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 TEST(NSLog, DefaultWritesALineToStandardError) {
@@ -21,21 +16,14 @@ TEST(NSLog, DefaultWritesALineToStandardError) {
 
   const std::string place = std::string(program_invocation_short_name) + "[" + std::to_string(getpid()) + ":" +
                             std::to_string(syscall(SYS_gettid)) + "] ";
-  EXPECT_THAT(output, testing::MatchesRegex("([0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8}\\.[0-9]{3} [^\n]*\n){2}"));
+  EXPECT_THAT(output, MatchesRegex("([0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8}\\.[0-9]{3} [^\n]*\n){2}"));
   EXPECT_EQ(output.substr(24, output.find('\n') - 23), place + "caf\xC3\xA9 \xEF\xBF\xBD costs 5%\n");
   EXPECT_THAT(output, testing::EndsWith(place + "100%d %@\n")) << "a message is no format";
 
   tm local{};
   ASSERT_NE(strptime(output.c_str(), "%Y-%m-%d %H:%M:%S", &local), nullptr);
   local.tm_isdst = -1;
-  const time_t first = mktime(&local);
-  EXPECT_NEAR(static_cast<double>(first), static_cast<double>(time(nullptr)), 5) << "local time";
-
-  usleep(1'100'000);
-  testing::internal::CaptureStderr();
-  systemLog(u"later");
-  ASSERT_NE(strptime(testing::internal::GetCapturedStderr().c_str(), "%Y-%m-%d %H:%M:%S", &local), nullptr);
-  EXPECT_GT(mktime(&local), first) << "the time goes on";
+  EXPECT_NEAR(static_cast<double>(mktime(&local)), static_cast<double>(time(nullptr)), 5) << "local time";
 }
 
 TEST(NSLog, SinksAreReplacedAndHandedBack) {
@@ -56,8 +44,8 @@ TEST(NSLog, SinksAreReplacedAndHandedBack) {
   testing::internal::CaptureStderr();
   systemLog(u"default again");
   EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::EndsWith("] default again\n"));
-  EXPECT_THAT(first, testing::ElementsAre(u"1", u""));
-  EXPECT_THAT(second, testing::ElementsAre(u"2", u"3"));
+  EXPECT_THAT(first, ElementsAre(u"1", u""));
+  EXPECT_THAT(second, ElementsAre(u"2", u"3"));
 }
 
 // Only the outer message goes to the sink, and a sink that is replaced while it runs lives until it returns.
@@ -72,9 +60,8 @@ TEST(NSLog, SinksMayLogAndReplaceThemselves) {
   testing::internal::CaptureStderr();
   systemLog(u"outer");
   systemLog(u"later");
-  EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::MatchesRegex(".*] from within\n.*] later\n"));
-  EXPECT_THAT(messages, testing::ElementsAre(name + u": outer"));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), MatchesRegex(".*] from within\n.*] later\n"));
+  EXPECT_THAT(messages, ElementsAre(name + u": outer"));
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,12 +1,6 @@
-#include <cmath>
-#include <cstdint>
-#include <limits>
-#include <vector>
-
 #include "Platform/Foundation/NSNumber.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 constexpr std::int32_t low32 = std::numeric_limits<std::int32_t>::min();
@@ -19,14 +13,7 @@ static_assert(!std::constructible_from<NSNumber, const char*> && !std::construct
               "a pointer is no truth value");
 
 TEST(NSNumber, ConvertsEachKindToEachKind) {
-  const struct {
-    NSNumber number;
-    std::int32_t narrow;
-    std::int64_t wide;
-    std::uint64_t natural;
-    double real;
-    TextView text;
-  } rows[] = {
+  const std::tuple<NSNumber, std::int32_t, std::int64_t, std::uint64_t, double, TextView> rows[] = {
       {NSNumber(true), 1, 1, 1, 1, u"1"},
       {NSNumber(-1), -1, -1, highest, -1, u"-1"},
       {NSNumber(low64), 0, low64, 9223372036854775808U, -0x1p63, u"-9223372036854775808"},
@@ -39,18 +26,18 @@ TEST(NSNumber, ConvertsEachKindToEachKind) {
       {NSNumber(0x1p64), high32, high64, highest, 0x1p64, u"18446744073709551616"},
       {NSNumber(infinity), high32, high64, highest, infinity, u"inf"},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(testing::PrintToString(row.text));
-    EXPECT_EQ(row.number.intValue(), row.narrow);
-    EXPECT_EQ(row.number.integerValue(), row.wide);
-    EXPECT_EQ(row.number.unsignedIntegerValue(), row.natural);
-    EXPECT_EQ(row.number.doubleValue(), row.real);
-    EXPECT_EQ(row.number.floatValue(), static_cast<float>(row.real));
-    EXPECT_EQ(row.number.boolValue(), row.real != 0);
-    EXPECT_EQ(row.number.description(), row.number.stringValue());
-    EXPECT_EQ(row.number.stringValue(), row.text);
+  for (const auto& [number, narrow, wide, natural, real, text] : rows) {
+    SCOPED_TRACE(testing::PrintToString(text));
+    EXPECT_EQ(number.intValue(), narrow);
+    EXPECT_EQ(number.integerValue(), wide);
+    EXPECT_EQ(number.unsignedIntegerValue(), natural);
+    EXPECT_EQ(number.doubleValue(), real);
+    EXPECT_EQ(number.floatValue(), static_cast<float>(real));
+    EXPECT_EQ(number.boolValue(), real != 0);
+    EXPECT_EQ(number.description(), number.stringValue());
+    EXPECT_EQ(number.stringValue(), text);
   }
-  const NSNumber notANumber(nan);
+  const NSNumber notANumber(NaN);
   EXPECT_TRUE(notANumber.boolValue() && notANumber.intValue() == 0 && notANumber.integerValue() == 0);
   EXPECT_EQ(notANumber.unsignedIntegerValue(), 0U);
 }
@@ -65,7 +52,7 @@ TEST(NSNumber, EqualityIsByValue) {
       {NSNumber((std::int64_t{1} << 53) + 1)},
       {NSNumber(0x1p53), NSNumber(std::int64_t{1} << 53)},
       {NSNumber(0.1F), NSNumber(double{0.1F})},
-      {NSNumber(nan), NSNumber(-nan), NSNumber(std::numeric_limits<float>::quiet_NaN())},
+      {NSNumber(NaN), NSNumber(-NaN), NSNumber(std::numeric_limits<float>::quiet_NaN())},
   };
   for (const auto& group : groups)
     for (const NSNumber& a : group)
@@ -77,4 +64,3 @@ TEST(NSNumber, EqualityIsByValue) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,19 +1,16 @@
 #include <unistd.h>
 
-#include <limits>
 #include <thread>
 
 #include "Platform/Foundation/NSRunLoop.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 using namespace std::chrono_literals;
 using Clock = EventLoop::Clock;
 
-class NSRunLoopTest : public testing::Test {
- protected:
+struct NSRunLoopTest : testing::Test {
   NSRunLoopTest() {
     EXPECT_EQ(pipe(one), 0);
     EXPECT_EQ(pipe(other), 0);
@@ -43,7 +40,6 @@ TEST_F(NSRunLoopTest, CallsInOrderAndReturnsWhenNothingIsLeft) {
   loop.performBlock(note('1'));
   loop.performBlock([this] {
     note('2')();
-    // From within, with what is behind this.
     loop.performBlock(note('6'));
     events.wait(Clock::time_point::max());
   });
@@ -118,11 +114,9 @@ TEST_F(NSRunLoopTest, OtherThreadsWakeAndStopIt) {
   loop.run();
   thread.join();
   EXPECT_EQ(heard, "a");
-  // Dates that are past, and none at all.
   loop.runUntilDate(NSDate::dateWithTimeIntervalSince1970(0));
-  loop.runUntilDate(NSDate::dateWithTimeIntervalSinceReferenceDate(std::numeric_limits<double>::quiet_NaN()));
+  loop.runUntilDate(NSDate::dateWithTimeIntervalSinceReferenceDate(NaN));
   events.unwatch(one[0]);
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,22 +1,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-
+#include "Platform/Foundation/NSBundle.h"
 #include "Platform/Foundation/NSSearchPath.h"
-#include "Platform/Foundation/TextEncoding.h"
-#include "Support/TemporaryFolder.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
-namespace fs = std::filesystem;
-
-class NSSearchPathTest : public testing::Test {
- protected:
+struct NSSearchPathTest : testing::Test {
   NSSearchPathTest() {
     setenv("HOME", "/home/ann", 1);
     setenv("XDG_CONFIG_HOME", folder.path().c_str(), 1);
@@ -47,11 +38,12 @@ TEST_F(NSSearchPathTest, FindsTheFoldersOfEachDomain) {
 
 TEST_F(NSSearchPathTest, ReadsTheFoldersThatTheUserNamed) {
   EXPECT_THAT(find(NSDocumentDirectory, NSAllDomainsMask), ElementsAre(u"/home/ann/Documents"));
-  std::ofstream(folder.path("user-dirs.dirs")) << "# XDG_DESKTOP_DIR=\"/comment\"\n"
-                                                  "XDG_DESKTOP_DIR=\"$HOME/Schreib\\\"tisch\\\\\"\n"
-                                                  "  XDG_DOCUMENTS_DIR = \"/first\"\nXDG_DOCUMENTS_DIR=\"/gr\xFC\"\n"
-                                                  "XDG_MUSIC_DIR=\"relative\"\nXDG_VIDEOS_DIR=/unquoted\n"
-                                                  "XDG_PICTURES_DIR=\"$HOMES/x\"\nXDG_DOWNLOAD_DIR=\"$HOME\"";
+  folder.write("user-dirs.dirs",
+               "# XDG_DESKTOP_DIR=\"/comment\"\n"
+               "XDG_DESKTOP_DIR=\"$HOME/Schreib\\\"tisch\\\\\"\n"
+               "  XDG_DOCUMENTS_DIR = \"/first\"\nXDG_DOCUMENTS_DIR=\"/gr\xFC\"\n"
+               "XDG_MUSIC_DIR=\"relative\"\nXDG_VIDEOS_DIR=/unquoted\n"
+               "XDG_PICTURES_DIR=\"$HOMES/x\"\nXDG_DOWNLOAD_DIR=\"$HOME\"");
   const std::pair<NSSearchPathDirectory, TextView> rows[] = {{NSDesktopDirectory, u"/home/ann/Schreib\"tisch\\"},
                                                              {NSDocumentDirectory, u"/gr\xDCFC"},
                                                              {NSMusicDirectory, u"/home/ann/Music"},
@@ -73,7 +65,6 @@ TEST_F(NSSearchPathTest, TheTemporaryFolderIsTheUsersOwn) {
   ASSERT_EQ(lstat(own.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode, S_IFDIR | 0700U);
   EXPECT_EQ(temporary(), own);
-  // Somebody was there before.
   fs::remove(own);
   fs::create_directory(folder.path("trap"));
   fs::create_directory_symlink("trap", own);
@@ -88,5 +79,27 @@ TEST_F(NSSearchPathTest, TheTemporaryFolderIsTheUsersOwn) {
   EXPECT_TRUE(temporary().starts_with("/tmp"));
 }
 
+// Where the resources are for a program of its own, a bundle, and a library before and after its installation.
+TEST(NSBundle, FindsResourcesInEachLayout) {
+  const std::tuple<const char*, TextView, const char*> rows[] = {
+      {"bin/tool", u"", "bin/Resources/a.plist"},
+      {"X.app/Contents/Linux/X", u"", "X.app/Contents/Resources/a.plist"},
+      {"X.app/Contents/Frameworks/libX.so", u"../../share/X", "X.app/Contents/Resources/a.plist"},
+      {"build/libX.so", u"../../share/X", "build/Resources/a.plist"},
+      {"prefix/lib/libX.so", u"../share/X", "prefix/lib/../share/X/a.plist"},
+  };
+  for (const auto& [executable, sharedResources, resourceName] : rows) {
+    const TemporaryFolder folder;
+    const Text resource = folder.text(resourceName);
+    fs::create_directories(fs::path(folder.path(executable)).parent_path());
+    folder.write(resourceName, "x");
+    const NSBundle bundle(folder.text(executable), sharedResources);
+    EXPECT_EQ(bundle.pathForResource(u"a", u"plist"), resource);
+    EXPECT_EQ(bundle.pathForResource(u"a.plist", u""), resource);
+    EXPECT_EQ(bundle.pathForResource(u"b", u"plist"), std::nullopt);
+    EXPECT_EQ(bundle.pathForResource(u"", u""), std::nullopt);
+    EXPECT_EQ(bundle.pathForResource(TextView(u"a.plist\0", 8), u"x"), std::nullopt);
+  }
+}
+
 }  // namespace
-}  // namespace kelvane

@@ -1,27 +1,12 @@
-#include <cstdlib>
 #include <ctime>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <random>
-#include <string>
 
 #include "Platform/Foundation/CivilTime.h"
 #include "Platform/Foundation/NSTimeZone.h"
-#include "Platform/Foundation/TextEncoding.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr const char* database = "/usr/share/zoneinfo";
-
-std::string bytesOf(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 // The C library's answer, for the zone that TZ names.
 long offsetByC(std::int64_t instant) {
@@ -59,7 +44,7 @@ TEST(ZoneRulesTest, EveryZoneOfTheDatabaseAsTheCLibraryReadsIt) {
     // These count leap seconds, or are the same again.
     if (name == "right" || name == "posix") entry.disable_recursion_pending();
     if (!entry->is_regular_file()) continue;
-    const std::string bytes = bytesOf(entry->path());
+    const std::string bytes = bytesOfFile(entry->path());
     if (!bytes.starts_with("TZif")) continue;
     const auto rules = ZoneRules::fromTZif(bytes);
     ASSERT_TRUE(rules) << name;
@@ -88,7 +73,7 @@ TEST(ZoneRulesTest, RefusesWhatIsNoRule) {
 }
 
 TEST(ZoneRulesTest, DamagedFilesAreRefusedOrRead) {
-  const std::string bytes = bytesOf(std::string(database) + "/Europe/Berlin");
+  const std::string bytes = bytesOfFile(fs::path(database) / "Europe/Berlin");
   for (std::size_t size = 0; size < bytes.size(); ++size)
     EXPECT_FALSE(ZoneRules::fromTZif(std::string_view(bytes).substr(0, size))) << size;
   std::mt19937 random(1);
@@ -119,4 +104,3 @@ TEST(NSTimeZoneTest, NamesAndTheDefault) {
 }
 
 }  // namespace
-}  // namespace kelvane

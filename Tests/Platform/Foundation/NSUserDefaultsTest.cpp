@@ -1,32 +1,22 @@
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <filesystem>
 #include <iostream>
-#include <random>
-#include <stdexcept>
 
-#include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/Format.h"
-#include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSKeyValueObserving.h"
 #include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/NSUserDefaults.h"
 #include "Platform/Foundation/NSUserDefaultsController.h"
 #include "Platform/Foundation/PropertyList.h"
-#include "Platform/Foundation/TextEncoding.h"
-#include "Support/CapturedSystemLog.h"
 #include "Support/FaultySystemCalls.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/Process.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
-class NSUserDefaultsTest : public testing::Test {
- protected:
+struct NSUserDefaultsTest : testing::Test {
   void write(const std::string& bytes) const { folder.write("config/host.plist", bytes); }
   std::string bytes() const { return folder.bytes("config/host.plist"); }
   Ref<NSDictionary> saved() const { return as<NSDictionary>(readPropertyList(bytes()).root); }
@@ -43,11 +33,11 @@ class NSUserDefaultsTest : public testing::Test {
 
 TEST_F(NSUserDefaultsTest, SetValuesHideDefaultsAndAreSavedOnDemand) {
   NSUserDefaults defaults(path);
-  defaults.registerDefaults(*NSDictionary::dictionaryWithEntries({{u"zoom", box(1)}, {u"name", box(u"x")}}));
+  defaults.registerDefaults(*dictionaryOf({{u"zoom", box(1)}, {u"name", box(u"x")}}));
   defaults.setObject(box(2), u"zoom");
   EXPECT_TRUE(isEqual(defaults.objectForKey(u"zoom"), box(2)));
   EXPECT_TRUE(isEqual(defaults.objectForKey(u"name"), box(u"x")));
-  EXPECT_FALSE(std::filesystem::exists(file));
+  EXPECT_FALSE(fs::exists(file));
   ASSERT_TRUE(defaults.synchronize());
   EXPECT_EQ(saved()->count(), 1U);
   struct stat status {};
@@ -69,8 +59,7 @@ TEST_F(NSUserDefaultsTest, KeepsCopiesAndRefusesWhatCannotBeSaved) {
   list->addObject(inner);
   defaults.setObject(list, u"list");
   inner->addObject(box(1));
-  for (const Ref<NSObject>& object :
-       {Ref<NSObject>(NSNull::null()), Ref<NSObject>(NSArray::arrayWithObjects({NSNull::null()}))})
+  for (const Ref<NSObject>& object : {Ref<NSObject>(NSNull::null()), Ref<NSObject>(arrayOf({NSNull::null()}))})
     EXPECT_THROW(defaults.setObject(object, u"list"), std::invalid_argument);
   EXPECT_THROW(defaults.setObject(box(1), u"\x01"), std::invalid_argument);
   EXPECT_EQ(as<NSArray>(as<NSArray>(defaults.objectForKey(u"list"))->firstObject())->count(), 0U);
@@ -79,26 +68,24 @@ TEST_F(NSUserDefaultsTest, KeepsCopiesAndRefusesWhatCannotBeSaved) {
 // What the file cannot hold is only lost with the process.
 TEST_F(NSUserDefaultsTest, ValuesAreReadAsTheyWereSet) {
   NSUserDefaults defaults(path);
-  const struct {
-    Ref<NSObject> value;
-    Text reread;
-  } rows[] = {{box(NSDate::dateWithTimeIntervalSince1970(0.75)), u"1970-01-01 00:00:00 +0000"},
-              {box(0.1F), u"0.10000000149011612"},
-              {box(Text(u"a\0\v\xD800z", 5)), Text(u"a\0\v\xD800z", 5)}};
-  for (const auto& row : rows) {
-    for (const Ref<NSObject>& value : {row.value, Ref<NSObject>(NSArray::arrayWithObjects({row.value}))}) {
+  const std::pair<Ref<NSObject>, Text> rows[] = {
+      {box(NSDate::dateWithTimeIntervalSince1970(0.75)), u"1970-01-01 00:00:00 +0000"},
+      {box(0.1F), u"0.10000000149011612"},
+      {box(Text(u"a\0\v\xD800z", 5)), Text(u"a\0\v\xD800z", 5)}};
+  for (const auto& [set, reread] : rows) {
+    for (const Ref<NSObject>& value : {set, Ref<NSObject>(arrayOf({set}))}) {
       defaults.setObject(value, u"key");
       EXPECT_TRUE(isEqual(defaults.objectForKey(u"key"), value)) << utf8(description(value));
     }
-    EXPECT_EQ(description(as<NSArray>(defaults.objectForKey(u"key"))->firstObject()), description(row.value));
+    EXPECT_EQ(description(as<NSArray>(defaults.objectForKey(u"key"))->firstObject()), description(set));
     ASSERT_TRUE(defaults.synchronize());
-    EXPECT_EQ(description(as<NSArray>(saved()->objectForKey(u"key"))->firstObject()), row.reread);
+    EXPECT_EQ(description(as<NSArray>(saved()->objectForKey(u"key"))->firstObject()), reread);
   }
 }
 
 TEST_F(NSUserDefaultsTest, ObserversHearEachChangeOnce) {
   NSUserDefaults defaults(path);
-  defaults.registerDefaults(*NSDictionary::dictionaryWithEntries({{u"a", box(1)}}));
+  defaults.registerDefaults(*dictionaryOf({{u"a", box(1)}}));
   std::vector<Text> heard;
   std::size_t second = 0;
   defaults.addObserver([&](TextView key, const Ref<NSObject>& oldValue, const Ref<NSObject>& newValue) {
@@ -132,10 +119,8 @@ TEST_F(NSUserDefaultsTest, RegisteringIsHeardInSpiteOfExceptions) {
   defaults.addObserver([&](TextView key, const Ref<NSObject>& oldValue, const Ref<NSObject>& newValue) {
     heard.push_back(format(u"%@: %@ -> %@", key, oldValue, newValue));
   });
-  const auto registered = NSDictionary::dictionaryWithEntries({{u"set", box(2)}, {u"a", box(3)}});
-  EXPECT_THROW(defaults.registerDefaults(*registered), std::domain_error);
-  EXPECT_THROW(defaults.registerDefaults(*NSDictionary::dictionaryWithEntries({{u"b", NSNull::null()}})),
-               std::invalid_argument);
+  EXPECT_THROW(defaults.registerDefaults(*dictionaryOf({{u"set", box(2)}, {u"a", box(3)}})), std::domain_error);
+  EXPECT_THROW(defaults.registerDefaults(*dictionaryOf({{u"b", NSNull::null()}})), std::invalid_argument);
   EXPECT_THROW(defaults.removeObjectForKey(u"set"), std::domain_error);
   EXPECT_EQ(heard, (std::vector<Text>{u"a: (null) -> 3", u"set: 1 -> 2"}));
 }
@@ -161,7 +146,7 @@ TEST_F(NSUserDefaultsTest, ValuesAreObservedThroughTheController) {
 }
 
 TEST_F(NSUserDefaultsTest, DamagedFilesAreSetAsideAndNeverOverwritten) {
-  const auto good = writePropertyList(*NSDictionary::dictionaryWithEntries({{u"key", box(Text(300, u'x'))}})).bytes;
+  const auto good = writePropertyList(*dictionaryOf({{u"key", box(Text(300, u'x'))}})).bytes;
   std::mt19937 random(20260131);
   CapturedSystemLog log;
   int keptAside = 0;
@@ -183,92 +168,69 @@ TEST_F(NSUserDefaultsTest, DamagedFilesAreSetAsideAndNeverOverwritten) {
   EXPECT_EQ(keptAside, 200);
 }
 
-TEST_F(NSUserDefaultsTest, AHugeFileIsSetAsideUnread) {
-  write("");
-  std::filesystem::resize_file(file, 100U << 20U);
+TEST_F(NSUserDefaultsTest, AFileThatCannotBeReadIsNotReplacedAndAHugeOneIsSetAside) {
   CapturedSystemLog log;
-  NSUserDefaults defaults(path);
-  defaults.setObject(box(1), u"a");
-  ASSERT_TRUE(defaults.synchronize());
-  EXPECT_EQ(std::filesystem::file_size(file + ".damaged-1"), 100U << 20U);
-}
-
-TEST_F(NSUserDefaultsTest, AFileThatCannotBeReadIsNotReplaced) {
-  std::filesystem::create_directories(file);
-  CapturedSystemLog log;
+  fs::create_directories(file);
   NSUserDefaults defaults(path);
   EXPECT_EQ(log.take().size(), 1U);
   defaults.setObject(box(1), u"a");
   Ref<NSError> error;
   EXPECT_FALSE(defaults.synchronize(&error));
-  ASSERT_TRUE(error);
-  EXPECT_TRUE(std::filesystem::is_directory(file));
-  std::filesystem::remove(file);
+  EXPECT_TRUE(error && fs::is_directory(file));
+  fs::remove(file);
+  write("");
+  fs::resize_file(file, 100U << 20U);
   EXPECT_TRUE(defaults.synchronize());
   expectSaved(u"a", box(1));
+  EXPECT_EQ(fs::file_size(file + ".damaged-1"), 100U << 20U);
 }
 
 // Each system call of a save fails in turn, in every way: the old file or the new one is whole, and the caller is told.
 TEST_F(NSUserDefaultsTest, NoFaultOfASaveLosesAnything) {
   CapturedSystemLog log;
+  const Text before(5000, u'o'), after(6000, u'n');
+  const auto state = [&] { return as<NSString>(saved()->objectForKey(u"state"))->text(); };
   int runs = 0;
-  for (const Fault fault : {Fault::Error, Fault::Interrupted, Fault::Nothing, Fault::Short, Fault::Crash}) {
+  for (const Fault fault : {Fault::Error, Fault::Interrupted, Fault::Nothing, Fault::Short, Fault::Crash})
     for (const int errorNumber : {ENOSPC, EIO, EACCES, EROFS, EDQUOT}) {
       bool hadFault = true;
       for (std::size_t at = 0; hadFault && at < 500; ++at, ++runs) {
         folder.clear();
         {
           NSUserDefaults old(path);
-          old.setObject(box(Text(5000, u'o')), u"state");
+          old.setObject(box(before), u"state");
           old.setObject(box(u"kept"), u"other");
           ASSERT_TRUE(old.synchronize());
         }
-        const std::string before = bytes();
         FaultySystemCalls faulty(at, fault, errorNumber);
         NSUserDefaults defaults(path, faulty);
-        defaults.setObject(box(Text(6000, u'n')), u"state");
+        defaults.setObject(box(after), u"state");
         const bool isSaved = defaults.synchronize();
         hadFault = faulty.calls().size() > at;
-        const Ref<NSDictionary> now = saved();
-        ASSERT_TRUE(now) << faulty.faultyCall();
-        const auto state = as<NSString>(now->objectForKey(u"state"));
-        ASSERT_TRUE(state);
-        EXPECT_TRUE(bytes() == before || state->text() == Text(6000, u'n'));
-        EXPECT_TRUE(isEqual(now->objectForKey(u"other"), box(u"kept"))) << faulty.faultyCall();
-        EXPECT_TRUE(!isSaved || state->text() == Text(6000, u'n')) << faulty.faultyCall();
+        SCOPED_TRACE(faulty.faultyCall());
+        ASSERT_TRUE(saved());
+        EXPECT_TRUE(state() == after || (!isSaved && state() == before));
+        expectSaved(u"other", box(u"kept"));
         if (fault == Fault::Crash) continue;
-        // What failed once can be tried again.
-        EXPECT_TRUE(defaults.synchronize()) << faulty.faultyCall();
-        EXPECT_EQ(as<NSString>(saved()->objectForKey(u"state"))->text(), Text(6000, u'n'));
+        EXPECT_TRUE(defaults.synchronize()) << "what failed once cannot be tried again";
+        EXPECT_EQ(state(), after);
       }
     }
-  }
   EXPECT_GT(runs, 300);
   std::cout << runs << " saves, with a fault at each system call in turn\n";
 }
 
 TEST_F(NSUserDefaultsTest, FourProcessesSaveAtOnce) {
   constexpr int rounds = 50;
-  std::vector<pid_t> children;
-  for (int process = 0; process < 4; ++process) {
-    const pid_t child = fork();
-    if (child == 0) {
-      NSUserDefaults defaults(path);
-      for (int round = 0; round < rounds; ++round) {
-        defaults.setObject(box(round), format(u"key-%d-%d", process, round));
-        if (!defaults.synchronize()) _exit(1);
-      }
-      _exit(0);
+  const bool isWell = runInProcesses(4, [&](int process) {
+    NSUserDefaults defaults(path);
+    for (int round = 0; round < rounds; ++round) {
+      defaults.setObject(box(round), format(u"key-%d-%d", process, round));
+      if (!defaults.synchronize()) _exit(1);
     }
-    children.push_back(child);
-  }
-  for (const pid_t child : children) {
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
-  }
+  });
+  EXPECT_TRUE(isWell);
   EXPECT_EQ(saved()->count(), 4U * rounds);
 }
 
 }  // namespace
-}  // namespace kelvane

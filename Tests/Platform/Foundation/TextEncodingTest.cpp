@@ -1,9 +1,6 @@
-#include <string>
-
 #include "Platform/Foundation/TextEncoding.h"
 #include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 using namespace std::string_literals;
@@ -62,22 +59,17 @@ TEST(TextEncoding, DecodesIllFormedBytesByMaximalSubparts) {
 }
 
 TEST(TextEncoding, EncodesUnpairedSurrogates) {
-  const struct {
-    const char* name;
-    TextView text;
-    std::string_view bytes;
-    std::string_view fileName;
-  } rows[] = {
+  const std::tuple<const char*, TextView, std::string_view, std::string_view> rows[] = {
       {"high at the end", u"a\xD800", "a\xEF\xBF\xBD", "a\xEF\xBF\xBD"},
       {"high before a letter", u"\xDBFF.", "\xEF\xBF\xBD.", "\xEF\xBF\xBD."},
       {"high before a pair", u"\xD83D\xD83D\xDE00", "\xEF\xBF\xBD\xF0\x9F\x98\x80", "\xEF\xBF\xBD\xF0\x9F\x98\x80"},
       {"low that stands for a byte, and not", u"\xDC80\xDD00", "\xEF\xBF\xBD\xEF\xBF\xBD", "\x80\xEF\xBF\xBD"},
       {"behind a pair", u"\xD800\xDC80\xDC80", "\xF0\x90\x82\x80\xEF\xBF\xBD", "\xF0\x90\x82\x80\x80"},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    EXPECT_EQ(utf8(row.text), row.bytes);
-    EXPECT_EQ(fileSystemRepresentation(row.text), row.fileName);
+  for (const auto& [name, text, bytes, fileName] : rows) {
+    SCOPED_TRACE(name);
+    EXPECT_EQ(utf8(text), bytes);
+    EXPECT_EQ(fileSystemRepresentation(text), fileName);
   }
 }
 
@@ -95,4 +87,3 @@ TEST(TextEncoding, ISOLatin1IsTheFirst256CodeUnits) {
 }
 
 }  // namespace
-}  // namespace kelvane

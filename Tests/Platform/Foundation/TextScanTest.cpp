@@ -1,8 +1,5 @@
-#include <algorithm>
 #include <bit>
-#include <random>
 
-#include "Platform/Foundation/TextEncoding.h"
 #include "Platform/Foundation/TextPlaces.h"
 #include "Platform/Foundation/TextRewrite.h"
 #include "Platform/Foundation/TextScan.h"
@@ -11,7 +8,6 @@
 #include "Support/Testing.h"
 #include "Support/TextBeforeAGap.h"
 
-namespace kelvane {
 namespace {
 
 constexpr UnitSet sets[] = {{u'\x2028'},
@@ -21,8 +17,7 @@ constexpr UnitSet sets[] = {{u'\x2028'},
                             {u'\n', u'\r', u'\x85', u'\x2028', u'\x2029', u'"', u'\xD800', u'\0'}};
 
 // Runs each test on every instruction set that the machine has.
-class TextScan : public testing::TestWithParam<std::int64_t> {
- protected:
+struct TextScan : testing::TestWithParam<std::int64_t> {
   void SetUp() override { useVectorTargets(GetParam()); }
   void TearDown() override { useVectorTargets(supportedVectorTargets()); }
 };
@@ -111,4 +106,3 @@ TEST_P(TextScan, TranscodesRunsOfEveryLength) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -1,12 +1,8 @@
-#include <gtest/gtest.h>
-
 #include <QImage>
 #include <QProcess>
-#include <cstdlib>
 
-#include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 constexpr int tile = 32;
@@ -57,4 +53,3 @@ TEST(Gallery, LooksAsInTheDocumentation) {
 }
 
 }  // namespace
-}  // namespace kelvane

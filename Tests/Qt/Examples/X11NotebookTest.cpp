@@ -1,35 +1,17 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QString>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "Qt/Support/XServer.h"
 #include "Support/Process.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
-using test::comesTrue;
-using test::runProcess;
-using testing::HasSubstr;
-
-std::string contentsOf(const std::string& path) {
-  std::ostringstream contents;
-  contents << std::ifstream(path, std::ios::binary).rdbuf();
-  return contents.str();
-}
-
 // The Notebook before an X server, used from outside by keys and clicks as a user would.
-class X11Notebook : public testing::Test {
- protected:
+struct X11Notebook : testing::Test {
   X11Notebook() {
-    std::ofstream(myFolder.path("letter.txt")) << "Dear Ann";
+    myFolder.write("letter.txt", "Dear Ann");
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
     for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
@@ -73,21 +55,21 @@ TEST_F(X11Notebook, IsUsedByKeysAndClicks) {
     click(600, 400);
     press("ctrl+End");
     type(", all is well");
-    return comesTrue([&] { return contentsOf(letter).starts_with("Dear Ann, all is well"); });
+    return comesTrue([&] { return bytesOfFile(letter).starts_with("Dear Ann, all is well"); });
   };
   EXPECT_TRUE(comesTrue(isWritten, patience));
 
   press("ctrl+n");
   const std::string made = myFolder.path("New Note.note");
-  ASSERT_TRUE(comesTrue([&] { return std::filesystem::exists(made); }, patience));
+  ASSERT_TRUE(comesTrue([&] { return fs::exists(made); }, patience));
   press("ctrl+b");
   type("Seeds");
-  EXPECT_TRUE(comesTrue([&] { return contentsOf(made).find("Seeds") != std::string::npos; }, patience));
+  EXPECT_TRUE(comesTrue([&] { return bytesOfFile(made).find("Seeds") != std::string::npos; }, patience));
 
   press("ctrl+q");
   ASSERT_TRUE(comesTrue([this] { return myNotebook.state() == QProcess::NotRunning; }, patience));
   EXPECT_EQ(myNotebook.exitCode(), 0);
-  const std::string preferences = contentsOf(mySettings.path("XDG_CONFIG_HOME/Notebook.plist"));
+  const std::string preferences = bytesOfFile(mySettings.path("XDG_CONFIG_HOME/Notebook.plist"));
   EXPECT_THAT(preferences, HasSubstr("<key>mainWindow</key>"));
   EXPECT_THAT(preferences, HasSubstr("<key>mainDivider</key>"));
 }
@@ -102,4 +84,3 @@ TEST(NotebookWalkthrough, EndsWell) {
 }
 
 }  // namespace
-}  // namespace kelvane

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Desktop/NSImageRep.h"
+#include "Platform/Desktop/NSImage.h"
 #include "Qt/QtPainting.h"
 
 namespace kelvane {
@@ -77,6 +77,17 @@ inline Ref<NSBitmapImageRep> bitmapOfPixels(std::vector<std::uint32_t> pixels, s
   const auto height = static_cast<std::int64_t>(owner->size()) / width;
   return std::make_shared<NSBitmapImageRep>(
       BitmapPixels{std::shared_ptr<const std::uint32_t>(owner, owner->data()), width, height, width});
+}
+
+// A bitmap of one colour.
+inline Ref<NSBitmapImageRep> bitmapOf(std::int64_t width, std::int64_t height, std::uint32_t color = 0xFFFF0000) {
+  return bitmapOfPixels(std::vector<std::uint32_t>(static_cast<std::size_t>(width * height), color), width);
+}
+
+inline Ref<NSImage> imageOf(std::initializer_list<Ref<NSImageRep>> representations) {
+  auto image = std::make_shared<NSImage>();
+  for (const auto& representation : representations) image->addRepresentation(representation);
+  return image;
 }
 
 }  // namespace kelvane

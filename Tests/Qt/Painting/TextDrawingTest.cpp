@@ -1,25 +1,18 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-
 #include "Extensions/NSString-QNExtensions.h"
 #include "Platform/Desktop/NSStringDrawing.h"
-#include "Platform/Foundation/Boxing.h"
 #include "Platform/Foundation/NSAttributedString.h"
 #include "Platform/Foundation/NSFont.h"
 #include "Qt/Painting/Canvas.h"
+#include "Support/Testing.h"
 
-namespace kelvane {
 namespace {
 
 using enum QtPainting::YAxis;
 
 Ref<NSDictionary> in(const NSFont& font, const NSColor& color = NSColor::blackColor(), int underline = 0) {
-  return NSDictionary::dictionaryWithEntries({{Text(NSFontAttributeName), box(font)},
-                                              {Text(NSForegroundColorAttributeName), box(color)},
-                                              {Text(NSUnderlineStyleAttributeName), box(underline)}});
+  return dictionaryOf({{Text(NSFontAttributeName), box(font)},
+                       {Text(NSForegroundColorAttributeName), box(color)},
+                       {Text(NSUnderlineStyleAttributeName), box(underline)}});
 }
 
 NSFont sans(double size) { return NSFont::fontWithName(u"DejaVu Sans", size).value(); }
@@ -70,9 +63,7 @@ TEST(TextDrawing, FindsTheFaceOfAFont) {
   const double plain = widthIn(sans(20));
   EXPECT_GT(widthIn(*NSFont::boldSystemFontOfSize(20)), plain + 2);
   EXPECT_NEAR(widthIn(*NSFont::fontWithName(u"DejaVu Sans Mono", 20)), 7 * 12.04, 0.2);
-  // Who has no such font takes one that is there.
   EXPECT_GT(widthIn(NSFont::fontWithFamily(u"No Such Family", NSBoldFontMask, 9, 20)), 20);
-  EXPECT_EQ(NSFont::fontWithName(u"No Such Family", 20), std::nullopt);
 }
 
 TEST(TextDrawing, StandsUprightOnItsPoint) {
@@ -124,15 +115,31 @@ TEST(TextDrawing, FillsARectangleFromItsTop) {
     for (int row = 0; row < 60; ++row) {
       int count = 0;
       for (int x = 0; x < 60; ++x) {
-        const QRgb pixel = image.pixel(x, row);
-        EXPECT_EQ(qGreen(pixel) + qBlue(pixel), 0);
-        if (qAlpha(pixel) > 100) ++count;
+        EXPECT_EQ(qGreen(image.pixel(x, row)) + qBlue(image.pixel(x, row)), 0);
+        count += qAlpha(image.pixel(x, row)) > 100;
       }
-      if (count > 26) ++underlined;
+      underlined += count > 26;
     }
     EXPECT_GE(underlined, 2);
   }
 }
 
+TEST(TextDrawing, ChiselsInTwoPasses) {
+  const CGRect rect{1, 2, 30, 15};
+  const CGRect above{1, 3, 30, 15};
+  const auto plain = in(sans(20), NSColor::redColor());
+  const auto edge = in(sans(20), NSColor::colorWithCalibratedWhite(0, 0.9F));
+  const auto withoutFont = [](const NSColor& color) {
+    return dictionaryOf({{Text(NSForegroundColorAttributeName), box(color)}});
+  };
+  const auto picture = [](auto draw) { return Canvas(40, 30).draw([&](auto&) { draw(); }).image; };
+  EXPECT_EQ(picture([&] { drawChiseledInRect(u"high", rect, plain); }),
+            picture([&] { drawInRect(u"high", above, edge), drawInRect(u"high", rect, plain); }));
+  EXPECT_EQ(picture([&] { drawChiseledWithRect(u"high", rect, 0, nullptr); }), picture([&] {
+              drawWithRect(u"high", above, 0, withoutFont(NSColor::colorWithCalibratedWhite(0, 0.9F)));
+              drawWithRect(u"high", rect, 0, withoutFont(NSColor::blackColor()));
+            }));
+  EXPECT_TRUE(isEqual(plain->objectForKey(NSForegroundColorAttributeName), box(NSColor::redColor())));
+}
+
 }  // namespace
-}  // namespace kelvane

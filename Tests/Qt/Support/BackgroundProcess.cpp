@@ -7,7 +7,7 @@
 
 #include <csignal>
 
-namespace kelvane::test {
+namespace kelvane {
 
 BackgroundProcess::BackgroundProcess(std::vector<std::string> arguments, int inherited) {
   std::vector<char*> words;
@@ -29,4 +29,4 @@ BackgroundProcess::~BackgroundProcess() {
   waitpid(myProcess, nullptr, 0);
 }
 
-}  // namespace kelvane::test
+}  // namespace kelvane

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace kelvane::test {
+namespace kelvane {
 
 // A program that runs beside the test, without a word of its own, and ends with it. `arguments` begins with its name;
 // the file descriptor `inherited` stays open in it.
@@ -20,4 +20,4 @@ class BackgroundProcess {
   pid_t myProcess;
 };
 
-}  // namespace kelvane::test
+}  // namespace kelvane

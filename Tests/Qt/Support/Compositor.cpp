@@ -8,7 +8,7 @@
 
 #include "Qt/QtDesktop.h"
 
-namespace kelvane::test {
+namespace kelvane {
 namespace {
 
 // The programs that the compositor starts find it there too.
@@ -33,4 +33,4 @@ Compositor::Compositor()
     if (deadline.hasExpired()) throw std::runtime_error("weston does not start");
 }
 
-}  // namespace kelvane::test
+}  // namespace kelvane

@@ -3,7 +3,7 @@
 #include "Qt/Support/BackgroundProcess.h"
 #include "Support/TemporaryFolder.h"
 
-namespace kelvane::test {
+namespace kelvane {
 
 // A Wayland compositor of the test's own, which shows its screen of 1280 x 1024 to nobody. While it lives it is the
 // process's display. What goes wrong at its start is an exception.
@@ -19,4 +19,4 @@ class Compositor {
   BackgroundProcess myProcess;
 };
 
-}  // namespace kelvane::test
+}  // namespace kelvane

@@ -14,7 +14,7 @@
 
 #include "Support/Process.h"
 
-namespace kelvane::test {
+namespace kelvane {
 namespace {
 
 constexpr int patience = 20'000;
@@ -106,4 +106,4 @@ void showOnServer(QWidget& window) {
   if (!comesTrue([&] { return window.windowHandle()->isExposed(); })) throw std::runtime_error("no window is shown");
 }
 
-}  // namespace kelvane::test
+}  // namespace kelvane

@@ -8,7 +8,7 @@
 
 #include "Qt/Support/BackgroundProcess.h"
 
-namespace kelvane::test {
+namespace kelvane {
 
 // An X server of the test's own, which shows its screen to nobody, with a window manager. While it lives it is the
 // process's display. What goes wrong at its start is an exception.
@@ -31,4 +31,4 @@ bool comesTrue(const std::function<bool()>& condition, int milliseconds = 5000);
 // Shows the window and waits until the X server does.
 void showOnServer(QWidget& window);
 
-}  // namespace kelvane::test
+}  // namespace kelvane

@@ -1,41 +1,36 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <QApplication>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QStatusBar>
 #include <QTextEdit>
 #include <QToolBar>
+#include <QWidget>
 #include <QWindow>
-#include <cstdlib>
-#include <limits>
-#include <memory>
+#include <thread>
 
 #include "Extensions/NSWindow-QNExtensions.h"
 #include "Platform/Desktop/Desktop.h"
-#include "Platform/Foundation/TextEncoding.h"
 #include "Qt/QtDesktop.h"
+#include "Qt/QtEvents.h"
+#include "Qt/QtMenus.h"
+#include "Qt/Support/SyntheticUser.h"
 #include "Qt/Support/XServer.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/PreferencesTest.h"
+#include "Support/Process.h"
+#include "Support/Testing.h"
+#include "Utilities/QNLogger.h"
 
-namespace kelvane {
 namespace {
 
-using test::comesTrue;
-using test::frameOnServer;
-using test::showOnServer;
-using test::windowsOnServer;
-
-// The frame on the server, counted upwards.
 CGRect serverFrame(const QWidget& window) {
   const QRect frame = frameOnServer(window);
   return CGRect(frame.x(), 1024 - frame.y() - frame.height(), frame.width(), frame.height());
 }
 
 // A window with all that one can have around its content, in a screen of 1280 x 1024 with preferences of its own.
-struct X11Windows : testing::Test {
+struct X11Windows : PreferencesTest {
   X11Windows() {
-    setenv("XDG_CONFIG_HOME", myFolder.path().c_str(), 1);
     myWindow.menuBar()->addMenu(QStringLiteral("File"))->addAction(QStringLiteral("Open"));
     myWindow.addToolBar(QStringLiteral("Tools"))->addAction(QStringLiteral("Save"));
     myWindow.setCentralWidget(new QTextEdit);
@@ -51,7 +46,6 @@ struct X11Windows : testing::Test {
   }
   testing::AssertionResult comesTo(const CGRect& frame) const { return comesTo(myWindow, myAdapter, frame); }
 
-  TemporaryFolder myFolder;
   QMainWindow myWindow;
   const Ref<NSWindow> myAdapter = windowFor(myWindow);
 };
@@ -63,7 +57,6 @@ TEST_F(X11Windows, TakeTheFrameThatTheyHadBeforeTheyWereShown) {
   showOnServer(myWindow);
   EXPECT_TRUE(comesTo(frame));
   EXPECT_LT(myWindow.height(), 400);
-  // Another time, with the place and the decoration that it has.
   myWindow.hide();
   myAdapter->setFrame({300, 100, 400, 300}, true, false);
   showOnServer(myWindow);
@@ -119,8 +112,8 @@ TEST_F(X11Windows, AvoidEachOther) {
     frames.push_back(adapter->frame());
   }
   // The middle is at (640, 512); 0.3 of the way to the corner, then 0.7 for those that would lie over the first.
-  EXPECT_THAT(frames, testing::ElementsAre(CGRect(782, 328, 100, 100), CGRect(1037, 123, 100, 100),
-                                           CGRect(1037, 123, 100, 100)));
+  EXPECT_THAT(frames,
+              ElementsAre(CGRect(782, 328, 100, 100), CGRect(1037, 123, 100, 100), CGRect(1037, 123, 100, 100)));
 }
 
 TEST_F(X11Windows, AreHeldWithinTheirLimits) {
@@ -130,7 +123,7 @@ TEST_F(X11Windows, AreHeldWithinTheirLimits) {
   myAdapter->setFrame({150, 250, 900, 100}, true, false);
   EXPECT_TRUE(comesTo({150, 250, 500, 400}));
   myAdapter->setMinSize({200, 300});
-  myAdapter->setMaxSize({std::numeric_limits<double>::infinity(), 0});
+  myAdapter->setMaxSize({infinity, 0});
   myAdapter->setFrame({150, 250, 900, 100}, true, false);
   EXPECT_TRUE(comesTo({150, 250, 900, 300}));
 }
@@ -206,5 +199,115 @@ TEST_F(X11Windows, AreStackedAsTheyAreTold) {
   EXPECT_TRUE(isOrder({1, 0, 2}));
 }
 
+// Tells the X server how many monitors there are, and waits for Qt to hear of it.
+void monitors(std::initializer_list<const char*> arguments, std::size_t count) {
+  std::vector<std::string> command{"xrandr"};
+  command.insert(command.end(), arguments.begin(), arguments.end());
+  ASSERT_EQ(runProcess(command).status, 0);
+  ASSERT_TRUE(comesTrue([&] { return Desktop::current().screens().size() == count; }));
+}
+
+TEST(X11Screens, ComeAndGo) {
+  const Desktop& desktop = Desktop::current();
+  EXPECT_EQ(desktop.mainScreen()->frame(), CGRect(0, 0, 1280, 1024));
+  QWidget window;
+  const Ref<NSWindow> adapter = windowFor(window);
+  showOnServer(window);
+  // One that has its lower half for a screen of its own, below the primary one.
+  monitors({"--setmonitor", "Upper", "1280/300x512/200+0+0", "screen"}, 1);
+  ASSERT_TRUE(comesTrue([&] { return desktop.mainScreen()->frame() == CGRect(0, 0, 1280, 512); }));
+  monitors({"--setmonitor", "Lower", "1280/300x512/200+0+512", "none"}, 2);
+  const Ref<NSScreen> lower = desktop.screens().back();
+  EXPECT_EQ(desktop.screens().front(), desktop.mainScreen());
+  EXPECT_EQ(desktop.mainScreen()->frame(), CGRect(0, 0, 1280, 512));
+  EXPECT_EQ(lower->frame(), CGRect(0, -512, 1280, 512));
+
+  adapter->setFrame({100, -400, 300, 200}, true, false);
+  EXPECT_TRUE(comesTrue([&] { return frameOnServer(window) == QRect(100, 712, 300, 200); }));
+  EXPECT_TRUE(isFrameVisibleOnScreen(*adapter, adapter->frame()));
+
+  monitors({"--delmonitor", "Lower"}, 1);
+  EXPECT_EQ(lower->frame(), CGRect(0, -512, 1280, 512));
+  EXPECT_EQ(lower->visibleFrame(), CGRect(0, -512, 1280, 512));
+  EXPECT_THAT(desktop.screens(), ElementsAre(desktop.mainScreen()));
+  EXPECT_FALSE(isFrameVisibleOnScreen(*adapter, {100, -400, 300, 200}));
+  qn_sanitizePosition(*adapter);
+  EXPECT_TRUE(isFrameVisibleOnScreen(*adapter, adapter->frame()));
+  // The next test has the whole screen again.
+  monitors({"--delmonitor", "Upper"}, 1);
+  EXPECT_TRUE(comesTrue([&] { return desktop.mainScreen()->frame() == CGRect(0, 0, 1280, 1024); }));
+}
+
+// What another program sends to the X server as the user's doing.
+void xdotool(std::vector<std::string> words) {
+  words.insert(words.begin(), "xdotool");
+  const auto done = runProcess(words);
+  EXPECT_EQ(done.err, "");
+}
+
+TEST(X11Input, TypedKeysChooseFromMenus) {
+  const auto open = std::make_shared<NSMenuItem>(u"Open", SEL(u"open:"), u"o");
+  int opened = 0;
+  open->setHandler([&](NSMenuItem&) { ++opened; });
+  const auto file = std::make_shared<NSMenuItem>(u"File");
+  file->setSubmenu(std::make_shared<NSMenu>());
+  file->submenu()->addItem(open);
+  const auto menu = std::make_shared<NSMenu>();
+  menu->addItem(file);
+  QMainWindow window;
+  attachMenu(*window.menuBar(), menu);
+  showOnServer(window);
+  ASSERT_TRUE(comesTrue([&] { return window.isActiveWindow(); }));
+  xdotool({"key", "ctrl+o"});
+  EXPECT_TRUE(comesTrue([&] { return opened == 1; }));
+  xdotool({"keydown", "ctrl", "keydown", "shift"});
+  EXPECT_EQ(currentEvent()->modifierFlags(), NSCommandKeyMask | NSShiftKeyMask);
+}
+
+TEST(X11Input, AFatalAlertOfAnotherThreadIsAnsweredByAKeyPress) {
+  CapturedSystemLog log;
+  bool isTyped = false;
+  SyntheticUser user([&] {
+    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box && box->isActiveWindow() && !std::exchange(isTyped, true)) xdotool({"key", "Return"});
+  });
+  std::thread thread([&] {
+    QNLogger::sharedLogger().fatal(__LINE__, __FILE__, __func__, u"lost", /*showDialog=*/true);
+    QCoreApplication::quit();
+  });
+  EXPECT_EQ(QApplication::exec(), 0);
+  thread.join();
+  EXPECT_TRUE(isTyped);
+}
+
+TEST(WaylandWindows, KeepTheirSizes) {
+  const TemporaryFolder folder;
+  setenv("XDG_CONFIG_HOME", folder.path().c_str(), 1);
+  EXPECT_FALSE(Desktop::current().windowsHavePositions());
+  EXPECT_EQ(Desktop::current().mainScreen()->frame(), CGRect(0, 0, 1280, 1024));
+  QMainWindow window;
+  window.setCentralWidget(new QTextEdit);
+  window.addToolBar(QStringLiteral("Tools"))->addAction(QStringLiteral("Save"));
+  const Ref<NSWindow> adapter = windowFor(window);
+  const auto comesToSize = [&](const CGSize& size) { return comesTrue([&] { return adapter->frame().size == size; }); };
+  adapter->setFrame({100, 200, 500, 400}, true, false);
+  showOnServer(window);
+  EXPECT_TRUE(comesToSize({500, 400}));
+  // The title bar is the window's own here, and counts all the same.
+  EXPECT_LT(window.height(), 400);
+  saveFrameToUserDefaultsForKey(*adapter, u"frame", true);
+
+  adapter->setFrame({0, 0, 700, 300}, true, false);
+  EXPECT_TRUE(comesToSize({700, 300}));
+  positionAtGoldenMiddle(*adapter);
+  positionAtGoldenMiddleToBottomRight(*adapter);
+  orderBehindWindow(*adapter, nullptr);
+  qn_sanitizePosition(*adapter);
+  EXPECT_TRUE(loadFrameFromUserDefaultsForKey(*adapter, u"frame", true, NSWindowExtensions::goldenMiddle));
+  EXPECT_TRUE(comesToSize({500, 400}));
+  resizeWindowToSize(*adapter, {300, 100});
+  EXPECT_TRUE(comesTrue([&] { return window.centralWidget()->size() == QSize(300, 100); }));
+  EXPECT_THAT(Desktop::current().orderedWindows(), ElementsAre(adapter));
+}
+
 }  // namespace
-}  // namespace kelvane
