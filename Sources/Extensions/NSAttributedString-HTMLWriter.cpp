@@ -3,7 +3,6 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
-#include <ranges>
 #include <string>
 #include <utility>
 #include <vector>
@@ -88,7 +87,7 @@ void setOpenTags(QNTagStack& tags, OpenTags open) {
   std::vector<TextView> innermostFirst;
   for (; open != 0; open /= tagBase) innermostFirst.push_back(allTags[open % tagBase - 1]);
   tags.clear();
-  for (const TextView tag : std::views::reverse(innermostFirst)) tags.push(tag);
+  for (; !innermostFirst.empty(); innermostFirst.pop_back()) tags.push(innermostFirst.back());
 }
 
 // Texts change between a few dictionaries again and again, mostly with the same tags open; what is written then is

@@ -108,7 +108,7 @@ TEST_F(QNHTTPPostTest, WritesTheFormAsBytes) {
 
 TEST_F(QNHTTPPostTest, OthersReadWhatIsSent) {
   std::string long_;
-  for (int i = 0; i < 300000; ++i) long_ += static_cast<char>(i * i / 7);
+  for (unsigned i = 0; i < 300000; ++i) long_ += static_cast<char>(i * i / 7);
   const auto form = dictionaryOf({{u"b", box(u"gr\xFC\xDF\r\n--x")},
                                   {u"f", file("data", long_)},
                                   {u"none", file("empty", "")},

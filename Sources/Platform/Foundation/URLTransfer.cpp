@@ -193,6 +193,13 @@ struct URLTransfer::Callbacks {
     return CURL_SEEKFUNC_OK;
   }
 
+  // Each request begins with the body's first byte. The library forgets that where a kept connection that turned out to
+  // be closed has taken nothing of what was read for it: the next one would wait for the rest in vain.
+  static int beginRequest(void* self, char*, char*, int, int) noexcept {
+    static_cast<URLTransfer*>(self)->myReader->rewind();
+    return CURL_PREREQFUNC_OK;
+  }
+
   // Also counts what `receive` never sees, such as the bodies of redirects.
   static int progress(void* self, curl_off_t toReceive, curl_off_t received, curl_off_t toSend,
                       curl_off_t sent) noexcept {
@@ -306,6 +313,8 @@ void URLTransfer::setBody() {
   curl_easy_setopt(myHandle, CURLOPT_READDATA, this);
   curl_easy_setopt(myHandle, CURLOPT_SEEKFUNCTION, &Callbacks::seek);
   curl_easy_setopt(myHandle, CURLOPT_SEEKDATA, this);
+  curl_easy_setopt(myHandle, CURLOPT_PREREQFUNCTION, &Callbacks::beginRequest);
+  curl_easy_setopt(myHandle, CURLOPT_PREREQDATA, this);
   curl_easy_setopt(myHandle, CURLOPT_UPLOAD_BUFFERSIZE, uploadBufferBytes);
 }
 

@@ -186,6 +186,7 @@ TEST(Observing, KeyPathsFollowWhatStandsOnTheWay) {
   c->setNext(b);
   dictionary->setObject(c, u"node");
   EXPECT_EQ(take(), heard(u"6 -> 5"));
+  a->setNext(nullptr);
   dictionary->removeAllObjects();
   EXPECT_EQ(take(), heard(u"5 -> <null>"));
   dictionary->setObject(c, u"node");
