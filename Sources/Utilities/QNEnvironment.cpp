@@ -1,10 +1,13 @@
 #include "Utilities/QNEnvironment.h"
 
+#include <system_error>
+
 #include "Extensions/NSFileManager-QNExtensions.h"
 #include "Extensions/NSFileManager-ThreadSafeManager.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/HomeDirectory.h"
 #include "Platform/Foundation/NSBundle.h"
+#include "Platform/Foundation/NSError.h"
 #include "Platform/Foundation/NSLog.h"
 #include "Platform/Foundation/NSSearchPath.h"
 #include "Platform/Foundation/PathText.h"
@@ -21,6 +24,15 @@ Text firstFolder(NSSearchPathDirectory directory, NSSearchPathDomainMask domain)
 }
 
 Text joined(TextView path, TextView component) { return stringByAppendingPathComponent(path, component); }
+
+// Removes the application's temporary folder, but none that others use too: a name such as "/" or "a/../.." leads
+// there.
+bool removeTemporaryFolder(const NSFileManager& files, TextView path, Ref<NSError>& error) {
+  if (stringByStandardizingPath(path).starts_with(stringByStandardizingPath(NSTemporaryDirectory()) + u'/'))
+    return files.removeItemAtPath(path, &error);
+  error = NSError::errorWithSystemError(std::make_error_code(std::errc::invalid_argument), path);
+  return false;
+}
 
 }  // namespace
 
@@ -128,7 +140,7 @@ void QNEnvironment::setupFilesAndFolders() {
   const NSFileManager& files = threadSafeManager();
   const Text temporary = temporaryFolderPath();
   Ref<NSError> error;
-  if (!files.removeItemAtPath(temporary, &error))
+  if (!removeTemporaryFolder(files, temporary, error))
     NSLog(u"Error while removing file at path '%@': %@", temporary, error->localizedDescription());
   if (!files.createDirectoryAtPath(temporary, true, &error))
     NSLog(u"Error while creating folder at path '%@': %@", temporary, error->localizedDescription());

@@ -121,7 +121,8 @@ class KELVANE_EXPORT QNEnvironment {
 
   // setupFilesAndFolders  Removes `temporaryFolderPath` with all that is in it and makes it anew, and makes
   // `libraryAppSupportPath` when it is missing. Failures, also that there was no temporary folder to be removed, go to
-  // the system log.
+  // the system log. With a name that leads out of the user's folder for temporary files, or to that folder itself,
+  // nothing is removed.
   void setupFilesAndFolders();
 
   // Where the maker's web site keeps its links: the host, and the port if it is not 80, of

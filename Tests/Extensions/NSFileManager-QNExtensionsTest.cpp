@@ -106,7 +106,7 @@ TEST_F(FileExtensionsTest, RemovesWhatMatchesAtEveryDepth) {
   removeAllItemsFromPath(files, path("x"), true, removing, &error);
   for (const auto& nothing : {std::optional<Text>(), std::optional<Text>(u""), std::optional<Text>(path("b"))})
     removeAllItemsFromPath(
-        files, nothing, true, [](TextView) { return true; }, &error);
+        files, nothing, true, [](TextView item) { return ADD_FAILURE() << utf8(item), false; }, &error);
   removeAllItemsFromPath(files, path(), true, nullptr);
   EXPECT_EQ(error, nullptr);
   EXPECT_TRUE(exists("b"));

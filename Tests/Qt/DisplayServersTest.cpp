@@ -273,7 +273,8 @@ TEST(X11Input, AFatalAlertOfAnotherThreadIsAnsweredByAKeyPress) {
   });
   std::thread thread([&] {
     QNLogger::sharedLogger().fatal(__LINE__, __FILE__, __func__, u"lost", /*showDialog=*/true);
-    QCoreApplication::quit();
+    // Asked from here, Qt waits for the main thread, which may have left its loop with the last window.
+    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
   });
   EXPECT_EQ(QApplication::exec(), 0);
   thread.join();

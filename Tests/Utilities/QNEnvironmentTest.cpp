@@ -78,9 +78,20 @@ TEST_F(QNEnvironmentTest, PreparesItsFolders) {
   environment.setupFilesAndFolders();
   EXPECT_TRUE(!fs::is_symlink(folder.path("Foo")) && fs::exists(folder.path("data/Foo/kept")));
   EXPECT_THAT(log.take(), ElementsAre());
-  environment.setAppName(u"..");
-  environment.setupFilesAndFolders();
-  EXPECT_TRUE(fs::exists(folder.path("data/Foo/kept")));
+}
+
+TEST_F(QNEnvironmentTest, RemovesNoFolderThatIsNotItsOwn) {
+  // Two deep, so that what a mistake would remove is the test's own.
+  folder.write("above/tmp/others", "x");
+  setenv("TMPDIR", folder.path("above/tmp").c_str(), 1);
+  setenv("XDG_DATA_HOME", folder.path("above/data").c_str(), 1);
+  for (const TextView name : {u"..", u".", u"/", u"//", u"a/..", u"a/../..", u"../tmp"}) {
+    environment.setAppName(name);
+    environment.setupFilesAndFolders();
+    EXPECT_TRUE(fs::exists(folder.path("above/tmp/others"))) << utf8(name);
+    EXPECT_THAT(log.take(), testing::Contains(EndsWith(u": Invalid argument")));
+  }
+  EXPECT_EQ(folder.names(), std::vector<std::string>{"above"});
 }
 
 TEST_F(QNEnvironmentTest, MakesTheTemporaryFolderWhenAsked) {
