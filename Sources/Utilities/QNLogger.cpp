@@ -85,9 +85,13 @@ void QNLogger::openLogFile(std::optional<TextView> path, bool emptyLogFirst) {
   // A copy first: the path may be a view of the one that it replaces.
   myLogFilePath = Text(*path);
   NSFileManager& files = threadSafeManager();
-  if (emptyLogFirst && files.fileExistsAtPath(*myLogFilePath)) {
+  bool isFolder = false;
+  if (emptyLogFirst && files.fileExistsAtPath(*myLogFilePath, &isFolder)) {
     Ref<NSError> error;
-    if (!files.removeItemAtPath(*myLogFilePath, &error))
+    // A folder would go with all that is in it.
+    if (isFolder)
+      error = NSError::errorWithSystemError(std::make_error_code(std::errc::is_a_directory), *myLogFilePath);
+    if (isFolder || !files.removeItemAtPath(*myLogFilePath, &error))
       NSLog(u"Error while removing file at path '%@': %@", *myLogFilePath, error->localizedDescription());
   }
   // A path with NUL would open another file.

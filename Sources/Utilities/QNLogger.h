@@ -78,8 +78,9 @@ class KELVANE_EXPORT QNLogger {
   void setImmediatelyFlusLogFile(std::same_as<bool> auto immediately) { myImmediatelyFlusLogFile = immediately; }
 
   // setLogFile:emptyLogFirst:  Opens a log file, to whose end lines are added, in ISO Latin-1; it is made when it is
-  // missing, and removed first when `emptyLogFirst` says so. Nothing for an empty or nil path. A file that is open
-  // already is not closed: call `closeLogFile` before. When the file cannot be opened none is, but the path is kept.
+  // missing, and removed first when `emptyLogFirst` says so, unless it is a folder. Nothing for an empty or nil path. A
+  // file that is open already is not closed: call `closeLogFile` before. When the file cannot be opened none is, but
+  // the path is kept.
   void setLogFile(std::optional<TextView> path, std::same_as<bool> auto emptyLogFirst) {
     openLogFile(path, emptyLogFirst);
   }

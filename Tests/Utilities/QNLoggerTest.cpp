@@ -116,6 +116,14 @@ TEST_F(QNLoggerTest, TroubleWithTheLogFileHarmsNobody) {
   logger.warn(1, "f", method, u"a");
   EXPECT_EQ(systemLog.take(), (LogLines{u"Can't open log file!", u"WARN -[Host work]:1 - a"}));
 
+  // A folder instead of a log.
+  folder.write("logs/old.log", "old");
+  logger.setLogFile(folder.text("logs"), true);
+  logger.clearLogFile();
+  EXPECT_TRUE(fs::exists(folder.path("logs/old.log")));
+  const Text refusal = u"Error while removing file at path '" + folder.text("logs") + u"': Is a directory";
+  EXPECT_EQ(systemLog.take(), (LogLines{refusal, u"Can't open log file!", refusal, u"Can't open log file!"}));
+
   // A log that cannot be removed: whoever may write everywhere cannot remove a folder's mount point either.
   logger.setLogFile(u"/proc/version", true);
   const auto messages = systemLog.take();
