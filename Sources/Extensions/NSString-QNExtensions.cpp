@@ -88,7 +88,12 @@ Text NSStringExtensions::stringWithSequenz(TextView sequence, std::uint64_t repe
 }
 
 Text NSStringExtensions::stringWithWhiteSpace(std::int64_t count) {
-  return Text(static_cast<std::size_t>(std::max<std::int64_t>(count, 0)), u' ');
+  Text text;
+  if (count <= 0) return text;
+  if (static_cast<std::uint64_t>(count) > text.max_size())
+    throw std::length_error("stringWithWhiteSpace: no text can be that long");
+  text.assign(static_cast<std::size_t>(count), u' ');
+  return text;
 }
 
 Text NSStringExtensions::uniqueString() {

@@ -1,6 +1,8 @@
 #include "Utilities/QNLocale.h"
 
 #include <algorithm>
+#include <stdexcept>
+#include <string>
 
 #include "Platform/Foundation/CivilTime.h"
 #include "Platform/Foundation/LocalizedDates.h"
@@ -9,7 +11,6 @@
 #include "Platform/Foundation/NSString.h"
 #include "Platform/Foundation/NSTimeZone.h"
 #include "Platform/Foundation/NSUserDefaults.h"
-#include "Platform/Foundation/Raise.h"
 
 namespace kelvane {
 namespace {
@@ -121,9 +122,9 @@ Text QNLocale::timeStringForDate(const NSDate& date) const {
 
 Text QNLocale::monthNameForMonth(int month) const {
   const std::vector<Text> names = monthNames(code());
-  const auto index = static_cast<std::size_t>(static_cast<std::int64_t>(month) - 1);
-  requireIndex("monthNameForMonth:", index, names.size());
-  return names[index];
+  if (month < 1 || static_cast<std::size_t>(month) > names.size())
+    throw std::out_of_range("monthNameForMonth: there is no month " + std::to_string(month));
+  return names[static_cast<std::size_t>(month) - 1];
 }
 
 }  // namespace kelvane

@@ -74,6 +74,8 @@ TEST(NSStringMaking, RepeatsAndBlanks) {
   EXPECT_EQ(NSStringExtensions::stringWithSequenz(u"ab", 3), u"ababab"sv);
   EXPECT_THROW(NSStringExtensions::stringWithSequenz(u"ab", ~std::uint64_t{0} / 2 + 1), std::length_error);
   EXPECT_EQ(NSStringExtensions::stringWithWhiteSpace(std::numeric_limits<std::int64_t>::min()), u""sv);
+  EXPECT_THAT([] { NSStringExtensions::stringWithWhiteSpace(std::numeric_limits<std::int64_t>::max()); },
+              ThrowsMessage<std::length_error>("stringWithWhiteSpace: no text can be that long"));
   Text text = u"a";
   appendStringLn(text, u"b");
   appendStringLn(text, text);

@@ -85,6 +85,8 @@ TEST_F(QNLocaleTest, WritesDates) {
   EXPECT_EQ(german.monthNameForMonth(3), u"März");
   EXPECT_EQ(QNLocale(LocaleRef::fromCode(u"cs"), 0).monthNameForMonth(1), u"leden");  // and not "ledna"
   for (const int month : {0, 13, -1, INT_MIN}) EXPECT_THROW(german.monthNameForMonth(month), std::out_of_range);
+  EXPECT_THAT([&] { german.monthNameForMonth(0); },
+              ThrowsMessage<std::out_of_range>("monthNameForMonth: there is no month 0"));
 }
 
 TEST_F(QNLocaleTest, TheEnvironmentsLanguages) {
