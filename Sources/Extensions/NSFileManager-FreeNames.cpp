@@ -97,9 +97,10 @@ std::optional<Text> createUniqueFileAtPath(const NSFileManager& receiver, std::o
   const TextView extension = fileExtension.value_or(TextView());
   int reason = EINVAL;
   std::optional<Text> name;
-  if (!folder.empty() && !base.empty() && isFileName(base) && isFileName(extension)) {
-    reason = ENOTDIR;
+  if (!folder.empty() && !base.empty()) {
+    reason = receiver.itemExistsAtPath(folder) ? ENOTDIR : ENOENT;
     const auto take = [&](const Text& candidate) {
+      if (!isFileName(candidate)) return EINVAL;
       return makeFile(fileSystemRepresentation(stringByAppendingPathComponent(folder, candidate)), 0666);
     };
     if (isFolder(receiver, folder)) name = takeUniqueName(base, extension, take, reason);

@@ -81,7 +81,8 @@ KELVANE_EXPORT bool isFileAtPath(const NSFileManager& receiver, std::optional<Te
 // uniqueFileNameAtPath:basedOnName:fileExtension:  A file name that is free in the folder: "NAME.EXTENSION", else the
 // first of "NAME-1.EXTENSION" to "NAME-9999.EXTENSION"; a nil extension is an empty one. Nil for a nil or empty folder
 // or name, and, logged, where there is no such folder or all are taken. Nothing is made: somebody else may be given the
-// same name, so rather use the one below.
+// same name, and one that is too long for the file system counts as free, so rather use the one below. Each name is a
+// question to the file system.
 KELVANE_EXPORT std::optional<Text> uniqueFileNameAtPath(const NSFileManager& receiver, std::optional<TextView> path,
                                                         std::optional<TextView> basedOnName,
                                                         std::optional<TextView> fileExtension);

@@ -197,8 +197,15 @@ TEST_F(FileExtensionsTest, FindsNamesThatAreFree) {
   EXPECT_EQ(uniqueFileNameAtPath(files, path(), u"full", u"x"), std::nullopt);
   EXPECT_THAT(logged(),
               ElementsAre(u"Folder does not exist or path points to file.", u"Could not create unique file name."));
-  EXPECT_EQ(createUniqueFileAtPath(files, path(), u"../a", u"txt", &error), std::nullopt);
-  EXPECT_EQ(error->code(), EINVAL);
+  const std::tuple<Text, TextView, int, TextView> refused[] = {
+      {path(), u"../a", EINVAL, u"Could not create unique file name."},
+      {path("a.txt"), u"a", ENOTDIR, u"Folder does not exist or path points to file."},
+      {path("none"), u"a", ENOENT, u"Folder does not exist or path points to file."}};
+  for (const auto& [folderPath, name, code, message] : refused) {
+    EXPECT_EQ(createUniqueFileAtPath(files, folderPath, name, u"txt", &error), std::nullopt);
+    EXPECT_EQ(error->code(), code);
+    EXPECT_THAT(logged(), ElementsAre(message));
+  }
 }
 
 TEST_F(FileExtensionsTest, GivesTemporaryNames) {
