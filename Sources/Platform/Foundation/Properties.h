@@ -52,6 +52,12 @@ namespace kelvane {
 
 namespace detail {
 
+// Whether Boxing.h knows the type: said before the compiler lists all that it has tried.
+template <class Value>
+concept PropertyValue = requires(const std::remove_cvref_t<Value>& value) {
+  box(value);
+};
+
 // What a setter's argument is made from. A view needs a text that lives until the setter returns.
 template <class Argument>
 struct StoredArgument {
@@ -72,6 +78,7 @@ struct StoredArgument<std::optional<TextView>> {
 // read.
 template <class Class, class Value>
 requires(!std::is_function_v<Value>) Property property(TextView key, Value Class::*member) {
+  static_assert(detail::PropertyValue<Value>, "no property can be of this type; Boxing.h lists those that can");
   Property result{Text(key),
                   [member](const NSObject& object) { return box(static_cast<const Class&>(object).*member); }, nullptr,
                   [member](const NSObject& object) { return &(static_cast<const Class&>(object).*member); }};
@@ -85,6 +92,7 @@ requires(!std::is_function_v<Value>) Property property(TextView key, Value Class
 // A property that can only be read, through a getter.
 template <class Class, class Value>
 Property property(TextView key, Value (Class::*getter)() const) {
+  static_assert(detail::PropertyValue<Value>, "no property can be of this type; Boxing.h lists those that can");
   Property result{Text(key),
                   [getter](const NSObject& object) { return box((static_cast<const Class&>(object).*getter)()); },
                   nullptr};
