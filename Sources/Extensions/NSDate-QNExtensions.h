@@ -57,7 +57,8 @@ KELVANE_EXPORT TextView rfc822DateString(const NSDate& date, DateTextBuffer& buf
 KELVANE_EXPORT Text w3cDateTimeString(const NSDate& date);
 KELVANE_EXPORT TextView w3cDateTimeString(const NSDate& date, DateTextBuffer& buffer);
 
-// The next three are in the user's own locale: "AppleLocale" among the preferences at the first call.
+// The next three are in the user's own locale, "AppleLocale" among the preferences at the first call, and by its
+// calendar: the Persian one in Iran, the Julian one before October 1582.
 
 // localeDateAndTimeString  The date long, the time short.
 KELVANE_EXPORT Text localeDateAndTimeString(const NSDate& date);

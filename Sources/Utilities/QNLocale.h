@@ -33,7 +33,8 @@ class KELVANE_EXPORT QNLocale : public NSObject {
   static Ref<QNLocale> localeByCode(TextView code);
   // localeByLocale:  Always nil.
   static Ref<QNLocale> localeByLocale(LocaleRef locale);
-  // defaultLocale  The one for the preference "AppleLocale", or nil.
+  // defaultLocale  The one for the preference "AppleLocale", as `localeByCode` finds it: nil also for a region that the
+  // list lacks, such as "en_GB". For the user's language ask `preferedLanguage`.
   static Ref<QNLocale> defaultLocale();
   // englishLocale
   static Ref<QNLocale> englishLocale();

@@ -39,7 +39,8 @@ class LogMessage {
 };
 
 // The one place where the library and its host report what happens. A message that is at least as severe as the
-// threshold becomes one line, which goes to the system log and, when one is open, to the log file:
+// threshold becomes one line (more where it holds line ends, which stay), which goes to the system log and, when one is
+// open, to the log file:
 //
 //   ERROR -[NSFileManager(QNExtensions) moveFileToTrash:]:49 - Can't move file at path: '/a.txt' to trash.
 //

@@ -26,13 +26,15 @@ class KELVANE_EXPORT NSImage : public NSObject {
   NSImage() = default;
   // initWithSize:  Without representations.
   explicit NSImage(const CGSize& size) : mySize(size) {}
-  // initWithContentsOfFile:  All representations that the file holds. Nil when there is no such file, when it is no
-  // image, damaged, or larger than 1 GB or than the desktop is willing to unpack, and always on a desktop without a
-  // codec.
+  // initWithContentsOfFile:  All representations that the file holds, their sizes by its resolution: a pixel is a point
+  // at 72 to an inch, and 0.75 points at 96 (normalizeSize makes it a point whatever the file says). Nil when there is
+  // no such file, when it is no image, damaged, or larger than 1 GB or than the desktop is willing to unpack, and
+  // always on a desktop without a codec.
   static Ref<NSImage> imageWithContentsOfFile(TextView path);
-  // A new image of `size` with what `draw` draws, in a current context that is made for it and not flipped. Where there
-  // is no drawing offscreen (there is none without a desktop, and none of a size that is not above 0 or exceeds the
-  // memory), `draw` is not called and the image has no representations.
+  // A new image of `size` with what `draw` draws, in a current context that is made for it and not flipped, with as
+  // many pixels to a point as the main screen has. Where there is no drawing offscreen (there is none without a
+  // desktop, and none of a size that is not above 0 or exceeds the memory), `draw` is not called and the image has no
+  // representations.
   static Ref<NSImage> imageWithSize(const CGSize& size, const std::function<void()>& draw);
 
   // size  What was set last; else that of the first representation, or zero.
