@@ -43,8 +43,8 @@ const std::vector<std::size_t>& places() {
 
 const std::vector<Ref<NSDictionary>>& styles() {
   static const auto& all = *new std::vector<Ref<NSDictionary>>{
-      NSDictionary::dictionaryWithEntries({{Text(NSUnderlineStyleAttributeName), box(0)}}),
-      NSDictionary::dictionaryWithEntries({{Text(NSUnderlineStyleAttributeName), box(1)}}),
+      NSDictionary::dictionaryWithEntries({{NSUnderlineStyleAttributeName, box(0)}}),
+      NSDictionary::dictionaryWithEntries({{NSUnderlineStyleAttributeName, box(1)}}),
       NSDictionary::dictionaryWithEntries({{u"size", box(20)}})};
   return all;
 }

@@ -56,7 +56,7 @@ Ref<NSData> JPGRepresentationWithCompression(const NSImage& receiver, double com
     return nullptr;
   }
   const auto properties = NSDictionary::dictionaryWithEntries(
-      {{Text(NSImageCompressionFactor), box(static_cast<float>(compression))}, {Text(NSImageProgressive), box(false)}});
+      {{NSImageCompressionFactor, box(static_cast<float>(compression))}, {NSImageProgressive, box(false)}});
   return bitmap->representationUsingType(NSBitmapImageFileType::JPEG, properties);
 }
 

@@ -1,6 +1,7 @@
 #include "Extensions/NSTreeController-QNExtensions.h"
 
 #include <cstdint>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -104,6 +105,14 @@ class Walk {
   Children myBelow;
 };
 
+struct HashOfObject {
+  std::size_t operator()(const NSObject* object) const { return object->hash(); }
+};
+
+struct EqualToWanted {
+  bool operator()(const NSObject* object, const NSObject* wanted) const { return wanted->isEqual(*object); }
+};
+
 Children top(const NSTreeController& controller) {
   const Ref<NSArray>& content = controller.content();
   return {content, content ? content->count() : 0};
@@ -119,17 +128,15 @@ Ref<NSIndexPath> indexPathToObject(const NSTreeController& receiver, const Ref<N
 void setSelectedObjects(NSTreeController& receiver, const Ref<NSArray>& objects) {
   const std::size_t count = objects ? objects->count() : 0;
   std::vector<Ref<NSIndexPath>> paths(count);
-  std::vector<std::size_t> missing;
-  for (std::size_t i = 0; i < count; ++i) missing.push_back(i);
+  std::unordered_multimap<const NSObject*, std::size_t, HashOfObject, EqualToWanted> missing;
+  for (std::size_t i = 0; i < count; ++i) missing.emplace(objects->objectAtIndex(i).get(), i);
   Walk walk(receiver, top(receiver));
   while (!missing.empty()) {
     const Ref<NSObject> object = walk.next();
     if (!object) break;
-    std::erase_if(missing, [&](std::size_t i) {
-      if (!objects->objectAtIndex(i)->isEqual(*object)) return false;
-      paths[i] = walk.path();
-      return true;
-    });
+    const auto [first, last] = missing.equal_range(object.get());
+    for (auto found = first; found != last; ++found) paths[found->second] = walk.path();
+    missing.erase(first, last);
   }
   std::erase(paths, nullptr);
   receiver.setSelectionIndexPaths(std::move(paths));

@@ -21,7 +21,8 @@ namespace kelvane {
 KELVANE_EXPORT Ref<NSIndexPath> indexPathToObject(const NSTreeController& receiver, const Ref<NSObject>& object);
 
 // setSelectedObjects:  Selects those of the objects that are in the content, in the order given; none of them clears
-// the selection. Walks the tree once, comparing each object in it with those not found yet. Nil is as none.
+// the selection. Walks the tree once, until all are found: linear, where hashes tell objects apart. Nil is as
+// none.
 KELVANE_EXPORT void setSelectedObjects(NSTreeController& receiver, const Ref<NSArray>& objects);
 
 // _indexPathFromIndexPath:inChildren:childCount:toObject:  The search among the first `childCount` of `inChildren`,

@@ -138,7 +138,7 @@ NSTextStorage styledRuns(std::size_t size) {
   NSTextStorage text;
   for (std::size_t i = 8; i <= size; i += 8) {
     const NSFont font = NSFont::fontWithFamily(u"No Such", 0, 5, static_cast<double>(i));
-    text.appendString(u"8 units ", NSDictionary::dictionaryWithEntries({{Text(NSFontAttributeName), box(font)}}));
+    text.appendString(u"8 units ", NSDictionary::dictionaryWithEntries({{NSFontAttributeName, box(font)}}));
   }
   return text;
 }

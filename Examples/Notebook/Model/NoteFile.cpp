@@ -75,7 +75,7 @@ ReadNote readPage(std::string_view bytes) {
 
 kelvane::Ref<kelvane::NSDictionary> plainAttributes() {
   static const auto attributes = kelvane::NSDictionary::dictionaryWithEntries(
-      {{Text(kelvane::NSFontAttributeName), std::make_shared<kelvane::NSFont>(plainFont())}});
+      {{kelvane::NSFontAttributeName, std::make_shared<kelvane::NSFont>(plainFont())}});
   return attributes;
 }
 

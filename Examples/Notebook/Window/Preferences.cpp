@@ -24,7 +24,7 @@ constexpr double largestZoom = 4;
 
 void registerPreferences() {
   standardUserDefaults().defaults().registerDefaults(*kelvane::NSDictionary::dictionaryWithEntries(
-      {{Text(zoomKey), kelvane::box(1.25)}, {Text(darkThemeKey), kelvane::box(false)}}));
+      {{zoomKey, kelvane::box(1.25)}, {darkThemeKey, kelvane::box(false)}}));
 }
 
 double preferredZoom() {

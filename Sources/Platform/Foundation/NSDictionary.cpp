@@ -23,8 +23,10 @@ NSDictionary::~NSDictionary() {
   myEntries.clear();
 }
 
-Ref<NSDictionary> NSDictionary::dictionaryWithEntries(std::initializer_list<Entries::value_type> entries) {
-  return std::make_shared<NSDictionary>(Entries(entries));
+Ref<NSDictionary> NSDictionary::dictionaryWithEntries(std::initializer_list<Entry> entries) {
+  Entries copies;
+  for (const Entry& entry : entries) copies.try_emplace(Text(entry.key), entry.value);
+  return std::make_shared<NSDictionary>(std::move(copies));
 }
 
 Ref<NSObject> NSDictionary::objectForKey(TextView key) const {

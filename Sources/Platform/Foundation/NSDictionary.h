@@ -28,7 +28,13 @@ class KELVANE_EXPORT NSDictionary : public NSObject {
   NSDictionary(const NSDictionary&) = default;
   NSDictionary& operator=(const NSDictionary&) = default;
   ~NSDictionary() override;
-  static Ref<NSDictionary> dictionaryWithEntries(std::initializer_list<Entries::value_type> entries);
+  // A key and its value, to be written down.
+  struct Entry {
+    TextView key;
+    Ref<NSObject> value;
+  };
+  // Of entries with the same key the first counts.
+  static Ref<NSDictionary> dictionaryWithEntries(std::initializer_list<Entry> entries);
 
   std::size_t count() const { return myEntries.size(); }
   // objectForKey:  Nil when there is no such key. Logarithmic.

@@ -51,7 +51,8 @@ class KELVANE_EXPORT NSFileManager {
                                                    const std::function<bool(const NSURL&)>& matching = nullptr) const;
 
   // removeItemAtPath:error:  Removes a file, a link (not what it leads to) or a folder with all that is in it. False
-  // when something could not be removed or nothing is there. Touches nothing outside (FileRemoval.h).
+  // when something could not be removed or nothing is there. Touches nothing outside (FileRemoval.h); what is mounted
+  // below is inside.
   bool removeItemAtPath(TextView path, Ref<NSError>* error) const;
 
   // moveItemAtPath:toPath:error:  Gives a file, a link or a folder another path on the same file system. Nothing is

@@ -42,7 +42,7 @@ ItemAction::ItemAction(Ref<NSMenuItem> item) : myItem(std::move(item)) {
   connect(this, &QAction::triggered, [this] {
     // Kept, since it may remove itself.
     const Ref<NSMenuItem> chosen = myItem;
-    guarded("performAction", [&] { chosen->performAction(); });
+    guarded("-[NSMenuItem performAction]", [&] { chosen->performAction(); });
   });
 }
 

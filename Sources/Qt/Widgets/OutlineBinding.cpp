@@ -127,7 +127,8 @@ void OutlineBinding::tellSelection() {
   const auto isSame = [](const auto& a, const auto& b) { return a->isEqual(*b); };
   if (std::ranges::equal(paths, myController->selectionIndexPaths(), isSame)) return;
   const QScopedValueRollback selecting(myIsSelecting, true);
-  guarded("setSelectionIndexPaths", [&] { myController->setSelectionIndexPaths(std::move(paths)); });
+  guarded("-[NSTreeController setSelectionIndexPaths:]",
+          [&] { myController->setSelectionIndexPaths(std::move(paths)); });
 }
 
 }  // namespace kelvane

@@ -31,7 +31,7 @@ bool QtOutlineView::isItemExpanded(const Ref<NSObject>& item) const {
 
 Ref<NSDictionary> QtOutlineView::infoForBinding(TextView binding) const {
   if (binding != u"contentAttributeKey" || !this->binding()) return nullptr;
-  return NSDictionary::dictionaryWithEntries({{Text(NSObservedObjectKey), this->binding()->controller()}});
+  return NSDictionary::dictionaryWithEntries({{NSObservedObjectKey, this->binding()->controller()}});
 }
 
 }  // namespace kelvane

@@ -103,7 +103,8 @@ bool TreeModel::setData(const QModelIndex& index, const QVariant& value, int rol
   const Ref<NSObject> node = nodeAt(index).shared_from_this();
   const TreeNode& place = nodeAt(index);
   const OutlineColumn& column = columnOf(index);
-  if (!guarded("setData", [&] { place.object()->setValueForKeyPath(after, column.keyPath); })) return false;
+  if (!guarded("-[NSObject setValue:forKeyPath:]", [&] { place.object()->setValueForKeyPath(after, column.keyPath); }))
+    return false;
   if (!myNodes.has(place)) return true;
   const QModelIndex now = indexOf(place, index.column());
   Q_EMIT dataChanged(now, now);
