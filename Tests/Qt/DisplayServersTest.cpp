@@ -99,23 +99,6 @@ TEST_F(X11Windows, ComeBackToWhereTheyWere) {
   EXPECT_EQ(frameOnServer(myWindow).topLeft(), QPoint(390, 208));
 }
 
-TEST_F(X11Windows, AvoidEachOther) {
-  std::vector<std::unique_ptr<QWidget>> windows;
-  std::vector<CGRect> frames;
-  for (int i = 0; i < 3; ++i) {
-    windows.push_back(std::make_unique<QWidget>());
-    const Ref<NSWindow> adapter = windowFor(*windows.back());
-    adapter->setFrame({0, 0, 100, 100}, true, false);
-    showOnServer(*windows.back());
-    positionAtGoldenMiddleToBottomRight(*adapter);
-    EXPECT_TRUE(comesTo(*windows.back(), adapter, adapter->frame()));
-    frames.push_back(adapter->frame());
-  }
-  // The middle is at (640, 512); 0.3 of the way to the corner, then 0.7 for those that would lie over the first.
-  EXPECT_THAT(frames,
-              ElementsAre(CGRect(782, 328, 100, 100), CGRect(1037, 123, 100, 100), CGRect(1037, 123, 100, 100)));
-}
-
 TEST_F(X11Windows, AreHeldWithinTheirLimits) {
   showOnServer(myWindow);
   myAdapter->setFrame({100, 200, 500, 400}, true, false);
@@ -126,13 +109,6 @@ TEST_F(X11Windows, AreHeldWithinTheirLimits) {
   myAdapter->setMaxSize({infinity, 0});
   myAdapter->setFrame({150, 250, 900, 100}, true, false);
   EXPECT_TRUE(comesTo({150, 250, 900, 300}));
-}
-
-TEST_F(X11Windows, KeepTheirTitleBarsOnTheScreen) {
-  showOnServer(myWindow);
-  myAdapter->setFrame({100, 900, 500, 400}, true, false);
-  qn_sanitizePosition(*myAdapter);
-  EXPECT_TRUE(comesTo({100, 624, 500, 400}));
 }
 
 TEST_F(X11Windows, FillTheScreenUntilTheyAreGivenAFrame) {

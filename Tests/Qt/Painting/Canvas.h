@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <cmath>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Platform/Desktop/NSImage.h"
@@ -50,20 +51,11 @@ class Canvas {
   static char shown(QRgb pixel) {
     if (qAlpha(pixel) == 0) return '.';
     if (qAlpha(pixel) < 250) return static_cast<char>('0' + (qAlpha(pixel) * 10 + 127) / 255);
-    switch (pixel & 0xF0F0F0U) {
-      case 0:
-        return 'K';
-      case 0xF0F0F0:
-        return 'W';
-      case 0xF00000:
-        return 'R';
-      case 0x00F000:
-        return 'G';
-      case 0x0000F0:
-        return 'B';
-      default:
-        return '?';
-    }
+    constexpr std::pair<QRgb, char> colours[] = {
+        {0, 'K'}, {0xF0F0F0, 'W'}, {0xF00000, 'R'}, {0x00F000, 'G'}, {0x0000F0, 'B'}};
+    for (const auto& [colour, letter] : colours)
+      if ((pixel & 0xF0F0F0U) == colour) return letter;
+    return '?';
   }
 
   double myHeight;

@@ -3,8 +3,6 @@
 #include <QBuffer>
 #include <QColorSpace>
 #include <QImage>
-#include <QProcess>
-#include <QRegularExpression>
 #include <fstream>
 
 #include "Extensions/NSImage-QNExtensions.h"
@@ -13,6 +11,7 @@
 #include "Platform/Desktop/NSImage.h"
 #include "Platform/Desktop/OffscreenImage.h"
 #include "Qt/Painting/Canvas.h"
+#include "Support/Process.h"
 #include "Support/Testing.h"
 
 namespace {
@@ -224,16 +223,6 @@ TEST(QtImageCodec, ExportsNothingWhereMemoryEnds) {
   EXPECT_THAT(bytes, IsEmpty());
 }
 
-QString judgement(const std::string& path, QByteArray* pixels) {
-  QProcess judge;
-  judge.start(QStringLiteral("djpeg"), {QStringLiteral("-verbose"), QStringLiteral("-verbose"), QStringLiteral("-ppm"),
-                                        QString::fromStdString(path)});
-  EXPECT_TRUE(judge.waitForFinished());
-  EXPECT_EQ(judge.exitCode(), 0);
-  *pixels = judge.readAllStandardOutput();
-  return QString::fromUtf8(judge.readAllStandardError());
-}
-
 TEST(QtImageCodec, JPEGFilesAsAnotherDecoderSeesThem) {
   const TemporaryFolder folder;
   const std::string path = folder.path("a.jpg");
@@ -242,25 +231,25 @@ TEST(QtImageCodec, JPEGFilesAsAnotherDecoderSeesThem) {
   for (int i = 0; i < 48 * 16; ++i) stripes.push_back(i % 48 < 16 ? 0xFF000000U : i % 48 < 32 ? 0x80000000U : 0U);
   NSImage image;
   image.addRepresentation(bitmapOfPixels(std::move(stripes), 48));
-  QByteArray pixels;
+  const auto judged = [&] { return runProcess({"djpeg", "-verbose", "-verbose", "-ppm", path}); };
   // The first numbers of the table for brightness, which at a quality of 50 are 16, 11, 10.
-  const std::pair<double, const char*> rows[] = {{0.8, "6 4 4"},    {1, "1 1 1"},       {7, "1 1 1"},
-                                                 {0.5, "16 11 10"}, {0.25, "32 22 20"}, {-1, "255 255 255"}};
+  const std::pair<double, const char*> rows[] = {{0.8, "6 +4 +4"},    {1, "1 +1 +1"},       {7, "1 +1 +1"},
+                                                 {0.5, "16 +11 +10"}, {0.25, "32 +22 +20"}, {-1, "255 +255 +255"}};
   for (const auto& [factor, table] : rows) {
     const auto data = JPGRepresentationWithCompression(image, factor);
     ASSERT_NE(data, nullptr);
-    std::ofstream(path, std::ios::binary)
-        .write(reinterpret_cast<const char*>(data->bytes().data()), static_cast<std::streamsize>(data->length()));
-    const QString told = judgement(path, &pixels);
-    EXPECT_TRUE(told.contains(QStringLiteral("width=48, height=16, components=3"))) << told.toStdString();
-    EXPECT_FALSE(told.contains(QStringLiteral("Start Of Frame 0xc2"))) << "progressive";
-    const QRegularExpression numbers(QStringLiteral("Define Quantization Table 0[^\\n]*\\n *(\\d+) +(\\d+) +(\\d+) "));
-    const auto match = numbers.match(told);
-    EXPECT_EQ(match.capturedTexts().mid(1).join(u' ').toStdString(), table) << factor;
+    folder.write("a.jpg", {reinterpret_cast<const char*>(data->bytes().data()), data->length()});
+    const std::string told = judged().err;
+    EXPECT_THAT(told, HasSubstr("width=48, height=16, components=3"));
+    EXPECT_THAT(told, Not(HasSubstr("Start Of Frame 0xc2"))) << "progressive";
+    EXPECT_THAT(told, testing::ContainsRegex("Define Quantization Table 0[^\n]*\n *" + std::string(table) + " "))
+        << factor;
   }
   writeJPGRepresentationToFile(image, textFromFileSystem(path));
-  judgement(path, &pixels);
-  const auto at = [&](qsizetype x) { return static_cast<std::uint8_t>(pixels.right(48 * 3)[x * 3]); };
+  const ProcessResult result = judged();
+  EXPECT_EQ(result.status, 0);
+  const std::string lastRow = result.out.substr(result.out.size() - std::size_t{48} * 3);
+  const auto at = [&](std::size_t x) { return static_cast<std::uint8_t>(lastRow[x * 3]); };
   EXPECT_NEAR(at(4), 0, 4);
   EXPECT_NEAR(at(24), 127, 4);
   EXPECT_NEAR(at(44), 255, 4);

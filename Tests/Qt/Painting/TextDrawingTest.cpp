@@ -17,26 +17,14 @@ Ref<NSDictionary> in(const NSFont& font, const NSColor& color = NSColor::blackCo
 
 NSFont sans(double size) { return NSFont::fontWithName(u"DejaVu Sans", size).value(); }
 
-// Where there is ink: the rectangle around it in user space, and how much of it lies in the lower half of that.
-struct Ink {
-  CGRect rect = CGRectZero;
-  double lowerShare = 0;
-};
-
-Ink inkOf(const QImage& image) {
+// The rectangle around all ink, in user space.
+CGRect inkOf(const QImage& image) {
   QRect around;
   for (int y = 0; y < image.height(); ++y)
     for (int x = 0; x < image.width(); ++x)
       if (qAlpha(image.pixel(x, y)) > 60) around |= QRect(x, y, 1, 1);
-  double all = 0;
-  double lower = 0;
-  for (int y = around.top(); y <= around.bottom(); ++y)
-    for (int x = around.left(); x <= around.right(); ++x) {
-      all += qAlpha(image.pixel(x, y));
-      if (y > around.center().y()) lower += qAlpha(image.pixel(x, y));
-    }
   const double bottom = image.height() - around.bottom() - 1;
-  return {{double(around.left()), bottom, double(around.width()), double(around.height())}, lower / all};
+  return {double(around.left()), bottom, double(around.width()), double(around.height())};
 }
 
 TEST(TextDrawing, MeasuresByFontAndLines) {
@@ -69,28 +57,24 @@ TEST(TextDrawing, FindsTheFaceOfAFont) {
 TEST(TextDrawing, StandsUprightOnItsPoint) {
   const auto attributes = in(sans(20));
   const double height = sizeWithAttributes(u"L", attributes).height;
-  const Ink upwards = inkOf(Canvas(40, 40).draw([&](auto&) { drawAtPoint(u"L", {10, 5}, attributes); }).image);
-  // Most of an L is at its foot, which stands above what letters have below the line.
-  EXPECT_GT(upwards.lowerShare, 0.6);
-  EXPECT_NEAR(upwards.rect.origin.x, 12, 1);
-  EXPECT_NEAR(upwards.rect.origin.y, 5 + 0.236 * 20, 1);
-  EXPECT_NEAR(upwards.rect.size.height, 0.729 * 20, 1);
-  const Ink downwards = inkOf(Canvas(40, 40, 1, Downwards)
-                                  .draw([&](auto&) {
-                                    drawAtPoint(u"L", {10, 35 - height}, attributes);
-                                  })
-                                  .image);
-  EXPECT_EQ(downwards.rect, upwards.rect);
-  EXPECT_EQ(downwards.lowerShare, upwards.lowerShare);
+  const QImage upwards = Canvas(40, 40).draw([&](auto&) { drawAtPoint(u"L", {10, 5}, attributes); }).image;
+  // It stands above what letters have below the line.
+  const CGRect ink = inkOf(upwards);
+  EXPECT_NEAR(ink.origin.x, 12, 1);
+  EXPECT_NEAR(ink.origin.y, 5 + 0.236 * 20, 1);
+  EXPECT_NEAR(ink.size.height, 0.729 * 20, 1);
+  Canvas downwards(40, 40, 1, Downwards);
+  downwards.draw([&](auto&) { drawAtPoint(u"L", {10, 35 - height}, attributes); });
+  EXPECT_EQ(downwards.image, upwards);
   // Without lines to be made, the base line begins at the point.
   for (const auto axis : {Upwards, Downwards}) {
-    const Ink based = inkOf(Canvas(40, 40, 1, axis)
-                                .draw([&](auto&) {
-                                  drawWithRect(u"L\nL", {10, 20, 1, 1}, 0, attributes);
-                                })
-                                .image);
-    EXPECT_NEAR(based.rect.origin.y, 20, 1);
-    EXPECT_NEAR(based.rect.size.height, 0.729 * 20, 1);
+    const CGRect based = inkOf(Canvas(40, 40, 1, axis)
+                                   .draw([&](auto&) {
+                                     drawWithRect(u"L\nL", {10, 20, 1, 1}, 0, attributes);
+                                   })
+                                   .image);
+    EXPECT_NEAR(based.origin.y, 20, 1);
+    EXPECT_NEAR(based.size.height, 0.729 * 20, 1);
   }
 }
 
@@ -104,12 +88,12 @@ TEST(TextDrawing, FillsARectangleFromItsTop) {
                                drawInRect(u"mmm mmm mmm mmm mmm", {5, y, 40, 30}, attributes);
                              })
                              .image;
-    const Ink ink = inkOf(image);
+    const CGRect ink = inkOf(image);
     // Two letters' words and a half a line, cut off at the lower edge.
-    EXPECT_NEAR(CGRectGetMaxY(ink.rect), 60 - 5 - 0.27 * line - 1, 2);
-    EXPECT_GE(ink.rect.origin.y, 60 - 5 - 30);
-    EXPECT_LT(ink.rect.origin.y, 60 - 5 - 30 + 4);
-    EXPECT_LE(CGRectGetMaxX(ink.rect), 45);
+    EXPECT_NEAR(CGRectGetMaxY(ink), 60 - 5 - 0.27 * line - 1, 2);
+    EXPECT_GE(ink.origin.y, 60 - 5 - 30);
+    EXPECT_LT(ink.origin.y, 60 - 5 - 30 + 4);
+    EXPECT_LE(CGRectGetMaxX(ink), 45);
     // All of it is red, and underlined: a row of nothing else.
     int underlined = 0;
     for (int row = 0; row < 60; ++row) {
