@@ -1,7 +1,7 @@
 #include "Extensions/NSApplication-QNExtensions.h"
 #include "Extensions/NSError-QNExtensions.h"
-#include "Platform/Desktop/Desktop.h"
 #include "Platform/Desktop/NSMenu.h"
+#include "Support/FakeDesktop.h"
 #include "Support/Testing.h"
 
 namespace {
@@ -49,8 +49,7 @@ TEST(NSApplication, ForwardsToItsDelegate) {
   }
   EXPECT_EQ(application.delegate(), nullptr);
   EXPECT_TRUE(!name(application) && !versionString(application));
-  struct Screen : Desktop {
-    void runModalAlert(const ModalAlert&) override {}
+  struct Screen : FakeDesktop {
     double userInterfaceVersionNumber() const override { return 1038.9; }
   };
   EXPECT_EQ(appKitVersion(application), 0);

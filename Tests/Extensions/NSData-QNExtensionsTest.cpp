@@ -12,8 +12,6 @@ using Bytes = std::vector<std::uint8_t>;
 
 constexpr TextView alphabet = u"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-Bytes bytesOf(std::string_view text) { return {text.begin(), text.end()}; }
-
 // The plain way, which judges the fast one; for decoding, Base64Fuzz has one.
 
 Text plainEncoding(const Bytes& bytes) {
@@ -28,15 +26,6 @@ Text plainEncoding(const Bytes& bytes) {
     text += real > 2 ? alphabet[b[2] & 63U] : u'=';
   }
   return text;
-}
-
-TEST(Base64Test, EncodesTheStandardsVectors) {  // RFC 4648, section 10
-  const TextView encoded[] = {u"", u"Zg==", u"Zm8=", u"Zm9v", u"Zm9vYg==", u"Zm9vYmE=", u"Zm9vYmFy"};
-  for (std::size_t length = 0; length < std::size(encoded); ++length) {
-    const Bytes plain = bytesOf(std::string_view("foobar").substr(0, length));
-    EXPECT_EQ(encodeDataToBase64(plain), encoded[length]);
-    EXPECT_EQ(decodeDataFromBase64(encoded[length]), plain);
-  }
 }
 
 TEST(Base64Test, EveryLengthThereAndBack) {
@@ -58,31 +47,7 @@ TEST(Base64Test, EveryLengthThereAndBack) {
     ASSERT_EQ(encodeBase64(bytes, narrow.data()), narrow.data() + narrow.size());
     ASSERT_EQ(textFromUTF8(narrow), text);
   }
-  EXPECT_EQ(encodeDataToBase64(bytesOf("ABC"), 0), u"QUJD");
-}
-
-TEST(Base64Test, DecodesLeniently) {
-  const std::tuple<TextView, std::string_view> rows[] = {
-      {u"QUJD", "ABC"},
-      {u" Q\tU\nJ\x2029\x00A0"
-       u"D\x3000",
-       "ABC"},             // white space of every kind
-      {u"QUJDRA", "ABC"},  // a group cut short
-      {u"QQ", ""},
-      {u"QQ==QUJD", "A"},  // what follows the padding
-      {u"QUJDQ=", "AB"},   // padding that fills no group takes its byte all the same
-      {u"QUJDQUI==", "ABCA"},
-      {u"=", ""},
-      {u"QUJDQ===", ""},
-      {u"QU*D", {"\x01\x05\x03", 3}},  // three digits only: 16, 20, 3
-      {u"QU\x00E9QUJD",
-       {"\x00\x04\x14"
-        "ABC",
-        6}},  // two bytes, and so two places
-  };
-  for (const auto& [text, bytes] : rows) {
-    EXPECT_EQ(decodeDataFromBase64(text), bytesOf(bytes)) << utf8(text);
-  }
+  EXPECT_EQ(encodeDataToBase64(Bytes{'A', 'B', 'C'}, 0), u"QUJD");
 }
 
 TEST(Base64Test, DecodesAQuantum) {

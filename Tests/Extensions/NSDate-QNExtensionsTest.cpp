@@ -24,16 +24,6 @@ TEST(NSDateTest, FixedForms) {
   const std::tuple<TextView, double, TextView, TextView, TextView> rows[] = {
       {u"Europe/Zurich", 1235923509, u"2009-03-01 17:05:09 +0100", u"01 Mar 2009 05:05:09 +0100",
        u"2009-03-01T17:05:09+01:00"},
-      {u"UTC", 1235923509.999, u"2009-03-01 16:05:09 +0000", u"01 Mar 2009 04:05:09 +0000",
-       u"2009-03-01T16:05:09+00:00"},
-      // Both changes of the clock, a second before and after.
-      {u"Europe/Zurich", 1238288399, u"2009-03-29 01:59:59 +0100", u"29 Mar 2009 01:59:59 +0100",
-       u"2009-03-29T01:59:59+01:00"},
-      {u"Europe/Zurich", 1256432399, u"2009-10-25 02:59:59 +0200", u"25 Oct 2009 02:59:59 +0200",
-       u"2009-10-25T02:59:59+02:00"},
-      // Midnight and noon by twelve hours.
-      {u"Asia/Kathmandu", 1235932200, u"2009-03-02 00:15:00 +0545", u"02 Mar 2009 12:15:00 +0545",
-       u"2009-03-02T00:15:00+05:45"},
       {u"America/St_Johns", 1246462200, u"2009-07-01 13:00:00 -0230", u"01 Jul 2009 01:00:00 -0230",
        u"2009-07-01T13:00:00-02:30"},
       // Before time was counted by zones: +0:34:08, shown by whole minutes.

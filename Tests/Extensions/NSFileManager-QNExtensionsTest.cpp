@@ -26,11 +26,6 @@ struct FileExtensionsTest : testing::Test {
     for (const std::string& name : names) folder.write(name, name);
   }
   bool exists(const std::string& name) const { return fs::exists(fs::symlink_status(folder.path(name))); }
-  std::vector<Text> logged() {
-    std::vector<Text> messages = log.take();
-    for (Text& message : messages) message.erase(0, message.find(u" - ") + 3);
-    return messages;
-  }
 
   TemporaryFolder folder;
   CapturedSystemLog log;
@@ -132,9 +127,9 @@ TEST_F(FileExtensionsTest, TellsWhatCouldNotBeRemoved) {
   removeAllItemsFromPath(
       files, path("t"), true, [](TextView item) { return item.ends_with(u"locked") || item.ends_with(u"empty"); },
       &error);
-  EXPECT_THAT(logged(), UnorderedElementsAre(
-                            u"Error while requesting contents of folder '" + path("t/locked") + u"': Permission denied",
-                            u"Permission denied (NSError)"));
+  EXPECT_THAT(log.takeWithoutPlaces(), UnorderedElementsAre(u"ERROR - Error while requesting contents of folder '" +
+                                                                path("t/locked") + u"': Permission denied",
+                                                            u"ERROR - Permission denied (NSError)"));
   EXPECT_EQ(error->code(), EACCES);
   // Nobody else's file goes from a sticky folder, nor is it asked for.
   removeAllItemsFromPath(files, path("sticky"), true, [](TextView) { return true; });
@@ -158,10 +153,11 @@ TEST_F(FileExtensionsTest, MovesToTheTrash) {
   EXPECT_EQ(moveFileToTrash(files, u"/proc/self/comm"), nullptr);
   moveFileToTrash(files, std::nullopt);
   moveFileToTrash(files, u"");
-  EXPECT_THAT(logged(), ElementsAre(u"Move file at path: '" + path("a b") + u"' to trash.",
-                                    u"Can't move file at path: '" + path("a b") + u"' to trash. File does not exists.",
-                                    u"Move file at path: '/proc/self/comm' to trash.",
-                                    u"Can't move file at path: '/proc/self/comm' to trash."));
+  EXPECT_THAT(log.takeWithoutPlaces(),
+              ElementsAre(u"INFO - Move file at path: '" + path("a b") + u"' to trash.",
+                          u"ERROR - Can't move file at path: '" + path("a b") + u"' to trash. File does not exists.",
+                          u"INFO - Move file at path: '/proc/self/comm' to trash.",
+                          u"ERROR - Can't move file at path: '/proc/self/comm' to trash."));
 }
 
 TEST_F(FileExtensionsTest, ResolvesLinks) {
@@ -195,16 +191,16 @@ TEST_F(FileExtensionsTest, FindsNamesThatAreFree) {
   for (int i = 1; i <= 9999; ++i) ASSERT_EQ(symlink("x", folder.path("full-" + std::to_string(i) + ".x").c_str()), 0);
   write({"full.x"});
   EXPECT_EQ(uniqueFileNameAtPath(files, path(), u"full", u"x"), std::nullopt);
-  EXPECT_THAT(logged(),
-              ElementsAre(u"Folder does not exist or path points to file.", u"Could not create unique file name."));
+  EXPECT_THAT(log.takeWithoutPlaces(), ElementsAre(u"WARN - Folder does not exist or path points to file.",
+                                                   u"ERROR - Could not create unique file name."));
   const std::tuple<Text, TextView, int, TextView> refused[] = {
-      {path(), u"../a", EINVAL, u"Could not create unique file name."},
-      {path("a.txt"), u"a", ENOTDIR, u"Folder does not exist or path points to file."},
-      {path("none"), u"a", ENOENT, u"Folder does not exist or path points to file."}};
+      {path(), u"../a", EINVAL, u"ERROR - Could not create unique file name."},
+      {path("a.txt"), u"a", ENOTDIR, u"WARN - Folder does not exist or path points to file."},
+      {path("none"), u"a", ENOENT, u"WARN - Folder does not exist or path points to file."}};
   for (const auto& [folderPath, name, code, message] : refused) {
     EXPECT_EQ(createUniqueFileAtPath(files, folderPath, name, u"txt", &error), std::nullopt);
     EXPECT_EQ(error->code(), code);
-    EXPECT_THAT(logged(), ElementsAre(message));
+    EXPECT_THAT(log.takeWithoutPlaces(), ElementsAre(message));
   }
 }
 
@@ -213,9 +209,7 @@ TEST_F(FileExtensionsTest, GivesTemporaryNames) {
   EXPECT_EQ(temporaryFileURLWithExtension(u"")->lastPathComponent().substr(36), u".");
   const auto made = createTemporaryFileWithExtension(u"png");
   EXPECT_EQ(made->lastPathComponent().substr(36), u".png");
-  struct stat status = {};
-  ASSERT_EQ(stat(fileSystemRepresentation(*made->path()).c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode, S_IFREG | 0600U);
+  EXPECT_EQ(modeOf(fileSystemRepresentation(*made->path())), 0600U);
   setenv("TMPDIR", folder.path("none").c_str(), 1);
   EXPECT_EQ(createTemporaryFileWithExtension(std::nullopt, &error), nullptr);
 }
@@ -240,8 +234,8 @@ TEST_F(FileExtensionsTest, FindsResources) {
   EXPECT_EQ(NSURLExtensions::fileURLForResource(u"none", u"plist"), nullptr);
   EXPECT_EQ(NSURLExtensions::fileURLForResource(std::nullopt, std::nullopt, &bundle), nullptr);
   EXPECT_EQ(NSURLExtensions::fileURLForResource(u"plain", std::nullopt, nullptr), nullptr);
-  EXPECT_THAT(logged(), ElementsAre(u"Can't locate resource 'none' of type 'plist'.",
-                                    u"Can't locate resource '(null)' of type '(null)'."));
+  EXPECT_THAT(log.takeWithoutPlaces(), ElementsAre(u"ERROR - Can't locate resource 'none' of type 'plist'.",
+                                                   u"ERROR - Can't locate resource '(null)' of type '(null)'."));
 }
 
 }  // namespace

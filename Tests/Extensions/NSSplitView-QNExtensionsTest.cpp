@@ -5,15 +5,11 @@
 namespace {
 
 struct FakeSplitView : FakeViewOf<NSSplitView> {
-  FakeSplitView(bool isVertical, const std::vector<CGSize>& panes) : myIsVertical(isVertical) {
+  explicit FakeSplitView(const std::vector<CGSize>& panes, bool isVertical = true) : myIsVertical(isVertical) {
     for (const CGSize& size : panes) mySubviews.push_back(std::make_shared<FakeView>(CGRect{{9, 9}, size}));
   }
   bool isVertical() const override { return myIsVertical; }
-  std::vector<CGSize> sizes() const {
-    std::vector<CGSize> sizes;
-    for (const Ref<NSView>& pane : mySubviews) sizes.push_back(pane->frame().size);
-    return sizes;
-  }
+  CGSize size(std::size_t pane) const { return mySubviews[pane]->frame().size; }
 
   bool myIsVertical;
 };
@@ -21,20 +17,16 @@ struct FakeSplitView : FakeViewOf<NSSplitView> {
 using NSSplitViewTest = PreferencesTest;
 
 TEST_F(NSSplitViewTest, ExtentsComeBackInSinglePrecision) {
-  using Sizes = std::vector<CGSize>;
-  for (const bool isVertical : {true, false}) {
-    const auto size = [&](double extent, double other) {
-      return isVertical ? CGSize{extent, other} : CGSize{other, extent};
-    };
-    saveDividerPosition(FakeSplitView(isVertical, {size(200, 50), size(200.3, 60), size(7, 70)}), u"K");
-    EXPECT_EQ(description(kept(u"K")), u"200");
-    EXPECT_TRUE(isEqual(kept(u"K.frame2"), box(200.3F)));
-    FakeSplitView restored(isVertical, {size(1, 2), size(3, 4), size(5, 6)});
-    loadDividerPosition(restored, u"nothing");
-    EXPECT_EQ(restored.sizes(), (Sizes{size(1, 2), size(3, 4), size(5, 6)}));
-    loadDividerPosition(restored, u"K");
-    EXPECT_EQ(restored.sizes(), (Sizes{size(200, 2), size(double{200.3F}, 4), size(5, 6)}));
-  }
+  saveDividerPosition(FakeSplitView({{200, 50}, {200.3, 60}, {7, 70}}), u"K");
+  EXPECT_EQ(description(kept(u"K")), u"200");
+  EXPECT_TRUE(isEqual(kept(u"K.frame2"), box(200.3F)));
+  FakeSplitView restored({{2, 1}, {4, 3}, {6, 5}}, false);
+  loadDividerPosition(restored, u"nothing");
+  EXPECT_EQ(restored.size(0), CGSize(2, 1));
+  loadDividerPosition(restored, u"K");
+  EXPECT_EQ(restored.size(0), CGSize(2, 200));
+  EXPECT_EQ(restored.size(1), CGSize(4, double{200.3F}));
+  EXPECT_EQ(restored.size(2), CGSize(6, 5));
 }
 
 TEST_F(NSSplitViewTest, PanesAreRestoredEachForItself) {
@@ -47,21 +39,22 @@ TEST_F(NSSplitViewTest, PanesAreRestoredEachForItself) {
   for (const auto& [first, second, width1, width2] : rows) {
     keep(first, u"K");
     keep(second, u"K.frame2");
-    FakeSplitView splitView(true, {{1, 2}, {3, 4}});
+    FakeSplitView splitView({{1, 2}, {3, 4}});
     loadDividerPosition(splitView, u"K");
-    EXPECT_EQ(splitView.sizes(), (std::vector<CGSize>{{width1, 2}, {width2, 4}})) << utf8(description(first));
+    EXPECT_EQ(splitView.size(0), CGSize(width1, 2)) << utf8(description(first));
+    EXPECT_EQ(splitView.size(1), CGSize(width2, 4)) << utf8(description(second));
   }
   keep(box(NaN), u"K");
-  FakeSplitView splitView(true, {{1, 2}});
+  FakeSplitView splitView({{1, 2}});
   keep(box(1), u"K.frame2");
   EXPECT_THROW(loadDividerPosition(splitView, u"K"), std::out_of_range);  // the second one is not there
-  EXPECT_TRUE(std::isnan(splitView.sizes()[0].width));
+  EXPECT_TRUE(std::isnan(splitView.size(0).width));
 }
 
 TEST_F(NSSplitViewTest, MissingPanesRaise) {
-  const FakeSplitView one(true, {{200, 50}});
+  const FakeSplitView one({{200, 50}});
   EXPECT_EQ(firstSubview(one), one.mySubviews[0]);
-  EXPECT_THAT([&] { firstSubview(FakeSplitView(true, {})); }, isBeyond("firstSubview"));
+  EXPECT_THAT([&] { firstSubview(FakeSplitView({})); }, isBeyond("firstSubview"));
   EXPECT_THAT([&] { saveDividerPosition(one, u"K"); }, isBeyond("secondSubview"));
   EXPECT_EQ(description(kept(u"K")), u"200");  // kept before it came to that
 }

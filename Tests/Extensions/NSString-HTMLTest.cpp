@@ -25,8 +25,6 @@ Text plainlyEscaped(TextView text) {
 }
 
 TEST(HTMLString, EscapesEveryUnitOnEveryInstructionSet) {
-  EXPECT_EQ(htmlString(u"A\nB\r\n'\t\"&<>"), u"A<br/>B\r<br/>'\t&quot;&amp;&lt;&gt;");
-  EXPECT_EQ(htmlString(u"\xE9\x20AC\xD83D\xDE00\xD800"), u"&#233;&#8364;&#55357;&#56832;&#55296;");
   Text all;
   for (char32_t unit = 0; unit <= 0xFFFF; ++unit) {
     all += static_cast<char16_t>(unit);

@@ -7,8 +7,6 @@
 
 namespace {
 
-using testing::EndsWith;
-
 struct DownloadTest : testing::Test {
   DownloadTest() {
     fs::create_directory(temporary);

@@ -1,5 +1,5 @@
 #include "Math/QNGeometryUtilities.h"
-#include "Platform/Desktop/Desktop.h"
+#include "Support/FakeDesktop.h"
 #include "Support/Testing.h"
 
 namespace {
@@ -34,9 +34,8 @@ TEST(QNGeometryUtilities, NoNumberFlowsThrough) {
 }
 
 TEST(QNGeometryUtilities, ScreenGridAsksTheDesktop) {
-  struct FineDesktop : Desktop {
+  struct FineDesktop : FakeDesktop {
     double userSpaceScaleFactor() const override { return 2; }
-    void runModalAlert(const ModalAlert&) override {}
   };
   EXPECT_EQ(G::alignRectToScreenGrid({10.2, 20.7, 30.1, 40.0}), CGRect(10.5, 20.5, 31, 41));
   Desktop::install(std::make_shared<FineDesktop>());

@@ -47,8 +47,6 @@ RawServer::Behaviour says(std::string bytes, std::string more = "", bool stalls 
   };
 }
 
-RawServer::Behaviour saysAndStalls(std::string bytes) { return says(std::move(bytes), "", true); }
-
 std::string redirect(const std::string& status, const std::string& to) {
   return answer(status, "moved", "Location: " + to + "\r\n");
 }
@@ -65,11 +63,10 @@ RawServer::Behaviour redirectsOnce(std::string status) {
   };
 }
 
-RawServer::Behaviour redirectsAlways(std::string status, std::function<std::string(RawPeer&, int)> to) {
+RawServer::Behaviour redirectsAlways(std::string status, std::function<std::string(RawPeer&)> to) {
   return [=](RawPeer& peer) {
     RawRequest request;
-    for (int i = 0; peer.read(request) && peer.send(redirect(status, to(peer, i))); ++i) {
-    }
+    while (peer.read(request) && peer.send(redirect(status, to(peer)))) continue;
   };
 }
 
@@ -77,17 +74,11 @@ const std::string head = "HTTP/1.1 200 OK\r\n";
 const std::string chunked = head + "Transfer-Encoding: chunked\r\n\r\n";
 
 std::vector<Row> unusualAnswers() {
-  const auto drips = [](RawPeer& peer) {
-    RawRequest request;
-    if (peer.read(request)) peer.drip(answer("200 OK", "drop by drop"), 1);
-  };
   return {
       {"chunks with extensions and trailers", says(chunked + "2;x=\"y\"\r\nab\r\n0\r\nT: 1\r\n\r\n"), fine, u"ab"},
       {"ends by closing", says(head + "\r\nuntil the end"), fine, u"until the end"},
-      {"drips", drips, fine, u"drop by drop"},
       {"tells to go on, again and again",
        says("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 100 Continue\r\n\r\n" + answer("200 OK", "x")), fine, u"x"},
-      {"more than it told", says(head + "Content-Length: 2\r\n\r\nabcdef"), fine, u"ab"},
       {"an error page", says(answer("500 Oops", "sorry")), fine, u"sorry", senseless},
       {"not UTF-8", says(answer("200 OK", "a\xFF\xE2\x82")), fine, u"a\xFFFD\xFFFD"},
       {"claims to be packed", says(answer("200 OK", "plain", "Content-Encoding: gzip\r\n")), fine, u"plain"},
@@ -108,21 +99,13 @@ std::vector<Row> brokenAnswers() {
     peer.read(request);
     peer.reset();
   };
-  const auto resetsLater = [](RawPeer& peer) {
-    RawRequest request;
-    if (peer.read(request)) peer.send(head + "Content-Length: 100\r\n\r\nab");
-    peer.reset();
-  };
   return {
       {"closes at once", closes, lost},
       {"resets without a word", resets, lost},
-      {"resets in the body", resetsLater, lost},
       {"ends in the headers", says(head + "Content-Le"), lost},
       {"ends in the body", says(head + "Content-Length: 10\r\n\r\nabc"), lost},
       {"ends in a chunk", says(chunked + "a\r\nabc"), lost},
-      {"has no last chunk", says(chunked + "1\r\na\r\n"), lost},
       {"a chunk's size is none", says(chunked + "size\r\nabc"), lost},
-      {"a chunk's size is huge", says(chunked + "FFFFFFFFFFFFFFFFFFFF\r\nabc"), lost},
       {"a negative length", says(head + "Content-Length: -5\r\n\r\nabcde"), senseless},
       {"a length beyond all", says(head + "Content-Length: 99999999999999999999\r\n\r\nabc"), fine, u"abc"},
       {"noise", says("\x01\x02\x03\xFF\xFE noise\r\n\r\n"), senseless},
@@ -132,8 +115,6 @@ std::vector<Row> brokenAnswers() {
       {"one endless header", says(head + "X: ", std::string(1000, 'x')), tooMuch},
       {"tells to go on for ever", says("", "HTTP/1.1 100 Continue\r\n\r\n"), tooMuch},
       {"endless body", says(head + "\r\n", std::string(10000, 'x')), tooMuch},
-      {"endless chunks", says(chunked, manyChunks), tooMuch},
-      {"one huge chunk", says(chunked + "7FFFFFFFFFFFFFFF\r\n", std::string(10000, 'x')), tooMuch},
       {"a huge length", says(head + "Content-Length: 9000000000000000000\r\n\r\n", std::string(10000, 'x')), tooMuch},
       {"endless trailers", says(chunked + "1\r\na\r\n0\r\n", "T: trailer\r\n"), tooMuch},
       {"an endless redirect", says("HTTP/1.1 302 Found\r\nLocation: /x\r\n\r\n", "moved"), tooManyRedirects},
@@ -144,18 +125,12 @@ std::vector<Row> brokenAnswers() {
 
 std::vector<Row> redirectsAstray() {
   const auto leadsTo = [](std::string to) {
-    return redirectsAlways("302 Found", [to = std::move(to)](RawPeer&, int) { return to; });
+    return redirectsAlways("302 Found", [to = std::move(to)](RawPeer&) { return to; });
   };
-  const auto toItself = [](RawPeer& peer, int) { return peer.base() + "/"; };
-  const auto toAndFro = [](RawPeer&, int count) { return count % 2 == 0 ? "/a"s : "/b"s; };
-  const auto onAndOn = [](RawPeer&, int count) {
-    return "/" + std::string(static_cast<std::size_t>(count) * 100, 'a');
-  };
+  const auto toItself = [](RawPeer& peer) { return peer.base() + "/"; };
   return {
       {"redirects to itself", redirectsAlways("302 Found", toItself), tooManyRedirects},
       {"redirects to itself with the body", redirectsAlways("307 Temporary", toItself), tooManyRedirects},
-      {"redirects to and fro", redirectsAlways("301 Moved", toAndFro), tooManyRedirects},
-      {"redirects on and on", redirectsAlways("303 See Other", onAndOn), tooManyRedirects},
       {"redirects to ftp", leadsTo("ftp://127.0.0.1/x"), unsupported},
       {"redirects to a file", leadsTo("file:///etc/passwd"), unsupported},
       {"redirects to no protocol", leadsTo("javascript:alert(1)"), senseless},
@@ -176,22 +151,17 @@ std::vector<Row> slowAnswers() {
     return [=](RawPeer& peer) {
       RawRequest request;
       if (!peer.read(request) || !peer.send(bytes)) return;
-      while (peer.drip(drops, 20)) {
-      }
+      while (peer.drip(drops, 20)) continue;
     };
   };
   const auto never = [](RawPeer& peer) { peer.stall(); };
   return {
       {"never reads", never, late, u"", late, impatient},
-      {"never answers", saysAndStalls(""), late, u"", late, impatient},
-      {"stalls in the headers", saysAndStalls(head + "X: "), late, u"", late, impatient},
-      {"stalls before the body", saysAndStalls(head + "Content-Length: 9\r\n\r\n"), late, u"", late, impatient},
-      {"stalls in the body", saysAndStalls(head + "Content-Length: 9\r\n\r\nabc"), late, u"", late, impatient},
-      {"stalls in a chunk", saysAndStalls(chunked + "5\r\nabc"), late, u"", late, impatient},
-      {"stalls after going on", saysAndStalls("HTTP/1.1 100 Continue\r\n\r\n"), late, u"", late, impatient},
+      {"never answers", says("", "", true), late, u"", late, impatient},
+      {"stalls in the headers", says(head + "X: ", "", true), late, u"", late, impatient},
+      {"stalls in the body", says(head + "Content-Length: 9\r\n\r\nabc", "", true), late, u"", late, impatient},
       {"drips headers for ever", dripsForever(head, "X: y\r\n"), late, u"", late, quick},
       {"drips a body for ever", dripsForever(head + "\r\n", "x"), late, u"", late, quick},
-      {"drips chunks for ever", dripsForever(chunked, "1\r\na\r\n"), late, u"", late, quick},
   };
 }
 

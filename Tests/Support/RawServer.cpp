@@ -40,46 +40,29 @@ bool RawPeer::waitFor(short events, int milliseconds) {
   return both[1].revents == 0 && (both[0].revents & (POLLERR | POLLNVAL)) == 0;
 }
 
-bool RawPeer::read(RawRequest& request) {
+bool RawPeer::read(RawRequest& request, std::uint64_t* size) {
   request = {};
-  std::size_t length = std::string::npos;
-  char buffer[65536];
+  std::size_t left = std::string::npos;
+  thread_local std::string buffer(std::size_t{1} << 18U, '\0');
   for (;;) {
     const std::size_t end = myRest.find("\r\n\r\n");
-    if (length == std::string::npos && end != std::string::npos) {
+    if (left == std::string::npos && end != std::string::npos) {
       request.head = myRest.substr(0, end + 4);
-      length = announcedLength(request.head);
+      left = announcedLength(request.head);
+      if (size) *size = left;
       myRest.erase(0, end + 4);
     }
-    if (length != std::string::npos && myRest.size() >= length) break;
-    const ssize_t count = waitFor(POLLIN) ? ::recv(mySocket, buffer, sizeof buffer, 0) : 0;
-    if (count <= 0) return false;
-    myRest.append(buffer, static_cast<std::size_t>(count));
-  }
-  request.body = myRest.substr(0, length);
-  myRest.erase(0, length);
-  return true;
-}
-
-bool RawPeer::discard(std::uint64_t& size) {
-  thread_local std::string buffer(std::size_t{1} << 18U, '\0');
-  std::string head;
-  std::size_t end = std::string::npos;
-  std::uint64_t left = 1;
-  while (left > 0) {
+    if (left != std::string::npos) {
+      const std::size_t taken = std::min(left, myRest.size());
+      if (!size) request.body.append(myRest, 0, taken);
+      myRest.erase(0, taken);
+      left -= taken;
+    }
+    if (left == 0) return true;
     const ssize_t count = waitFor(POLLIN) ? ::recv(mySocket, buffer.data(), buffer.size(), 0) : 0;
     if (count <= 0) return false;
-    std::uint64_t more = static_cast<std::uint64_t>(count);
-    if (end == std::string::npos) {
-      head.append(buffer, 0, more);
-      end = head.find("\r\n\r\n");
-      if (end == std::string::npos) continue;
-      size = left = announcedLength(head);
-      more = head.size() - end - 4;
-    }
-    left -= std::min(left, more);
+    myRest.append(buffer, 0, static_cast<std::size_t>(count));
   }
-  return true;
 }
 
 bool RawPeer::send(std::string_view bytes) {

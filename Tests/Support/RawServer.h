@@ -25,9 +25,8 @@ class RawPeer {
 
   // "http://127.0.0.1:PORT", for redirects.
   const std::string& base() const { return myBase; }
-  bool read(RawRequest& request);
-  // Reads a request whose body is too long to be kept, and counts that.
-  bool discard(std::uint64_t& size);
+  // Where a size is asked for, the body is counted and not kept.
+  bool read(RawRequest& request, std::uint64_t* size = nullptr);
   bool send(std::string_view bytes);
   // Sends the same without an end.
   bool sendForever(std::string_view bytes);

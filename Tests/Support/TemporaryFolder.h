@@ -14,6 +14,9 @@ namespace fs = std::filesystem;
 // What the file holds; empty for none.
 std::string bytesOfFile(const fs::path& path);
 
+// The permissions of what is there itself, as a number such as 0640.
+inline unsigned modeOf(const fs::path& path) { return static_cast<unsigned>(fs::symlink_status(path).permissions()); }
+
 // An empty folder that is removed at the end with all that is in it.
 class TemporaryFolder {
  public:

@@ -35,6 +35,7 @@ namespace kelvane {
 using testing::AllOf;
 using testing::Each;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
@@ -53,9 +54,9 @@ inline Ref<NSDictionary> dictionaryOf(NSDictionary::Entries entries) {
   return std::make_shared<NSDictionary>(std::move(entries));
 }
 
-// Matchers of what raises for a wrong argument or an index that is none, with the text in its message.
-inline auto refuses(const std::string& text) { return ThrowsMessage<std::invalid_argument>(HasSubstr(text)); }
-inline auto isBeyond(const std::string& text) { return ThrowsMessage<std::out_of_range>(HasSubstr(text)); }
+// Matchers of what raises for a wrong argument or an index that is none, with the texts in its message.
+auto refuses(const auto&... texts) { return ThrowsMessage<std::invalid_argument>(AllOf(HasSubstr(texts)...)); }
+auto isBeyond(const auto&... texts) { return ThrowsMessage<std::out_of_range>(AllOf(HasSubstr(texts)...)); }
 
 }  // namespace kelvane
 

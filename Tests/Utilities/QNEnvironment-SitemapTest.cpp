@@ -62,12 +62,9 @@ TEST_F(SitemapTest, LooksKeysUpInWhatItFetchesOnce) {
   EXPECT_TRUE(log.take().empty());
 }
 
-TEST_F(SitemapTest, HugeDeepAndSlowOnesGiveTheDefault) {
-  std::string deep;
-  for (int i = 0; i < 100000; ++i) deep += "<dict><key>home</key>";
+TEST_F(SitemapTest, HugeAndSlowOnesGiveTheDefault) {
   const RawServer slow([&](RawPeer& peer) { peer.stall(); });
-  answerWith({answer("200 OK", "<plist>" + deep),
-              answer("200 OK", plist("<string>" + std::string(200000, 'x') + "</string>"))});
+  answerWith({answer("200 OK", plist("<string>" + std::string(200000, 'x') + "</string>"))});
   const URLLimits patient = {.idleTime = std::chrono::seconds(1), .receivedBytes = 5U << 20U};
   const std::pair<std::string, URLLimits> rows[] = {
       {slow.base(), patient},      {server.base(), patient}, {server.base(), {.receivedBytes = 100000}},

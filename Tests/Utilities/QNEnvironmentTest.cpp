@@ -5,7 +5,7 @@
 
 namespace {
 
-MATCHER_P(EndsWith, tail, "") { return TextView(arg).ends_with(tail); }
+MATCHER_P(TextEndsWith, tail, "") { return TextView(arg).ends_with(tail); }
 
 struct QNEnvironmentTest : testing::Test {
   QNEnvironmentTest() {
@@ -49,7 +49,7 @@ TEST_F(QNEnvironmentTest, DerivesEveryPathFromTheName) {
   for (const auto& [actual, expected] : rows) EXPECT_EQ(actual, expected);
   // The library lies elsewhere than the tests that use it.
   EXPECT_THAT(environment.pluginFolderPaths(),
-              ElementsAre(EndsWith(u"/PlugIns"), bundle + u"/PlugIns",
+              ElementsAre(TextEndsWith(u"/PlugIns"), bundle + u"/PlugIns",
                           u"/usr/local/share/Application Support/Foo/Plug-Ins", u"/d/Foo/Plug-Ins"));
   environment.setDevelopmentVersion(false);
   EXPECT_EQ(environment.cachesMetadataApplicationFolderPath(), u"/c/Metadata/Foo");
@@ -89,19 +89,19 @@ TEST_F(QNEnvironmentTest, RemovesNoFolderThatIsNotItsOwn) {
     environment.setAppName(name);
     environment.setupFilesAndFolders();
     EXPECT_TRUE(fs::exists(folder.path("above/tmp/others"))) << utf8(name);
-    EXPECT_THAT(log.take(), testing::Contains(EndsWith(u": Invalid argument")));
+    EXPECT_THAT(log.take(), testing::Contains(TextEndsWith(u": Invalid argument")));
   }
   EXPECT_EQ(folder.names(), std::vector<std::string>{"above"});
 }
 
 TEST_F(QNEnvironmentTest, MakesTheTemporaryFolderWhenAsked) {
   EXPECT_EQ(environment.temporaryFolderPathWithCreate(), path("Foo"));
-  EXPECT_THAT(log.take(), ElementsAre(EndsWith(u" - Temporary folder does not exist. Will create one...")));
+  EXPECT_THAT(log.take(), ElementsAre(TextEndsWith(u" - Temporary folder does not exist. Will create one...")));
   fs::remove(folder.path("Foo"));
   folder.write("Foo", "x");
   EXPECT_EQ(environment.temporaryFolderPathWithCreate(), std::nullopt);
-  EXPECT_THAT(log.take(), ElementsAre(EndsWith(u" - Can't put poster into the temporary folder at '" + path("Foo") +
-                                               u"', because there is a file with the same name.")));
+  EXPECT_THAT(log.take(), ElementsAre(TextEndsWith(u" - Can't put poster into the temporary folder at '" + path("Foo") +
+                                                   u"', because there is a file with the same name.")));
 }
 
 }  // namespace

@@ -43,12 +43,7 @@ TEST(QNTagStack, RefusesWhatCallersGetWrong) {
   };
   for (const auto& [message, use, left] : rows) {
     QNTagStack stack = stackOf({u"<b>", u"<i>"});
-    try {
-      use(stack);
-      ADD_FAILURE() << message << " was not raised";
-    } catch (const std::invalid_argument& raised) {
-      EXPECT_STREQ(raised.what(), message);
-    }
+    EXPECT_THAT([&] { use(stack); }, ThrowsMessage<std::invalid_argument>(std::string(message)));
     EXPECT_EQ(stack.stack().size(), left) << message;
   }
 }

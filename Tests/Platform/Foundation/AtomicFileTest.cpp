@@ -18,11 +18,6 @@ constexpr std::size_t noLimit = FaultySystemCalls::never;
 const std::string oldBytes(3000, 'o');
 const std::string newBytes(70000, 'n');
 
-mode_t modeOf(const std::string& path) {
-  struct stat status = {};
-  return ::lstat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
-}
-
 void put(const std::string& path, const std::string& bytes, mode_t mode = 0640) {
   FaultySystemCalls quick;
   ASSERT_FALSE(writeFileAtomically(path, bytes, quick));

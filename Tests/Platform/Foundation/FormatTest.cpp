@@ -38,7 +38,6 @@ TEST(Format, PrintsEachKind) {
   const NSObject* noObject = nullptr;
   void* const address = reinterpret_cast<void*>(0xBEEF);  // NOLINT
   const std::tuple<Text, Text> rows[] = {
-      {format(u"100%%"), u"100%"},
       {format(u"%s %s:%d - %@", "l\xC3\xA9", "\xFF", 7, Text(u"100% \xD800")), u"l\xE9 \xFFFD:7 - 100% \xD800"},
       {format(u"%@ %@ %s", object, *object, noBytes), u"nested %@ nested %@ (null)"},
       {format(u"%s|%s", std::string("a\0b", 3), std::string_view()), Text(u"a\0b|", 4)},
@@ -46,8 +45,6 @@ TEST(Format, PrintsEachKind) {
       {format(u"%ld %d", std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int32_t>::min()),
        u"-9223372036854775808 -2147483648"},
       {format(u"%lu %u", std::numeric_limits<std::uint64_t>::max(), std::uint8_t{255}), u"18446744073709551615 255"},
-      {format(u"%+u %+06x", 7U, 0xBEEFU), u"7 00beef"},
-      {format(u"%x %X %lx", 0xBEEFU, 0xBEEFU, std::uint64_t{1} << 40), u"beef BEEF 10000000000"},
       {format(u"%c%c", u'\xD83D', u'\xDE00'), u"\xD83D\xDE00"},
       {format(u"%p %p", address, static_cast<void*>(nullptr)), u"0xbeef 0x0"},
       {format(u"%.0f %.1f %f %.99f", 2.5, 0.25, 1.5F, 0.0), u"2 0.2 1.500000 0." + Text(99, u'0')},

@@ -90,18 +90,20 @@ TEST(HTMLJudge, AgreesAboutEveryReference) {
 // reads by the rules of another language (raw text in drawings). Which list an item belongs to depends on the tree,
 // too.
 TEST(HTMLJudge, AgreesAboutTagSoup) {
-  const char* const pieces[] = {"<b>",   "</b>",     "<p>",   "</p>",     "</div>",    "<br>",   "</br>",
-                                "</i/>", "<a b=c/>", "text ", " ",        "\n",        "&amp;",  "&notit;",
-                                "&#x41", "&lt",      "&",     "&;",       "<!-->",     "<!--->", "<!--x--!>",
-                                "<!x>",  "<?y>",     "</ z>", "<",        "<3",        "</",     "<ul>",
-                                "<li>",  "</li>",    "</ul>", "</style>", "<pre>\n\n", "</pre>", "<h1>",
-                                "</h1>", "\xC3\xA9", "=",     "'",        "\"",        "/>",     "-->"};
+  const char* const pieces[] = {
+      "<b>",       "</b>",     "<p>",       "</p>",    "</div>",   "<br>",  "</br>",    "</i/>", "<a b=c/>", "text ",
+      " ",         "\n",       "&amp;",     "&notit;", "&#x41",    "&lt",   "&",        "&;",    "<!-->",    "<!--->",
+      "<!--x--!>", "<!x>",     "<?y>",      "</ z>",   "<",        "<3",    "</",       "<ul>",  "<li>",     "</li>",
+      "</ul>",     "</style>", "<pre>\n\n", "</pre>",  "<h1>",     "</h1>", "\xC3\xA9", "=",     "'",        "\"",
+      "/>",        "-->",      "&copy2;",   "&#x80;",  "&#x1F600", "&#;",   "&#x;",     "<a =>", "<!--<!-->"};
   const char* const wholes[] = {"<div class='x>y'>",
+                                "<a b = '>'c>&#99999999999;",
                                 "<i a=\"<\">",
                                 "<!-- c -->",
                                 "<script>a<b&amp;</script>",
                                 "<script><!--<script></script>--></script>",
-                                "<style></p></style>",
+                                "<script><!--></script>",
+                                "<style></p></styles></style x>",
                                 "<textarea>\n&lt;<b></textarea>",
                                 "<svg><g/>x<![CDATA[<b>&amp;]]></svg>",
                                 "<![CDATA[y]]>",

@@ -11,10 +11,6 @@ namespace {
 struct NSFileManagerTest : testing::Test {
   Text path(const std::string& name) const { return folder.text(name); }
   void write(const std::string& name) const { folder.write(name, name); }
-  mode_t mode(const std::string& name) const {
-    struct stat status = {};
-    return stat(folder.path(name).c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
-  }
 
   TemporaryFolder folder;
   NSFileManager files;
@@ -83,8 +79,8 @@ TEST_F(NSFileManagerTest, MakesFoldersWithAttributes) {
       {{Text(NSFilePosixPermissions), box(0555)},
        {Text(NSFileModificationDate), std::make_shared<NSDate>(NSDate::dateWithTimeIntervalSince1970(-1.5))}});
   ASSERT_TRUE(files.createDirectoryAtPath(path("a//b/c/"), true, attributes.get(), &error));
-  EXPECT_EQ(mode("a"), 0555U);
-  EXPECT_EQ(mode("a/b/c"), 0555U);
+  EXPECT_EQ(modeOf(folder.path("a")), 0555U);
+  EXPECT_EQ(modeOf(folder.path("a/b/c")), 0555U);
   struct stat status = {};
   ASSERT_EQ(stat(folder.path("a/b/c").c_str(), &status), 0);
   EXPECT_EQ(status.st_mtim.tv_sec, -2);

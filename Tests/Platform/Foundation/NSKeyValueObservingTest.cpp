@@ -1,3 +1,4 @@
+#include "Extensions/NSString-QNExtensions.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/NSKeyValueMutableArray.h"
 #include "Platform/Foundation/NSNull.h"
@@ -60,17 +61,10 @@ struct Listener : NSObject {
            (change.indexes() ? change.indexes()->description() : Text());
   }
   static Text flat(const Ref<NSObject>& value) {
-    if (!value) return u"-";
-    Text text;
-    for (const char16_t unit : value->description())
-      if (unit != u'\n' && unit != u' ') text += unit;
-    return text;
+    return value ? stringByRemovingWhitespace(value->description()) : Text(u"-");
   }
 };
 
-auto refuses(const char* operation, const char* what) {
-  return AllOf(kelvane::refuses(operation), kelvane::refuses(what));
-}
 void* context(std::intptr_t number) { return reinterpret_cast<void*>(number); }
 
 TEST(Observing, EachWayToChangeAPropertyIsHeardOnce) {

@@ -18,7 +18,7 @@ TEST(NSLog, DefaultWritesALineToStandardError) {
                             std::to_string(syscall(SYS_gettid)) + "] ";
   EXPECT_THAT(output, MatchesRegex("([0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8}\\.[0-9]{3} [^\n]*\n){2}"));
   EXPECT_EQ(output.substr(24, output.find('\n') - 23), place + "caf\xC3\xA9 \xEF\xBF\xBD costs 5%\n");
-  EXPECT_THAT(output, testing::EndsWith(place + "100%d %@\n")) << "a message is no format";
+  EXPECT_THAT(output, EndsWith(place + "100%d %@\n")) << "a message is no format";
 
   tm local{};
   ASSERT_NE(strptime(output.c_str(), "%Y-%m-%d %H:%M:%S", &local), nullptr);
@@ -43,7 +43,7 @@ TEST(NSLog, SinksAreReplacedAndHandedBack) {
   setSystemLogSink(nullptr);
   testing::internal::CaptureStderr();
   systemLog(u"default again");
-  EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::EndsWith("] default again\n"));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), EndsWith("] default again\n"));
   EXPECT_THAT(first, ElementsAre(u"1", u""));
   EXPECT_THAT(second, ElementsAre(u"2", u"3"));
 }

@@ -72,17 +72,11 @@ TEST(ZoneRulesTest, RefusesWhatIsNoRule) {
     EXPECT_FALSE(ZoneRules::fromPOSIX(rule)) << rule;
 }
 
-TEST(ZoneRulesTest, DamagedFilesAreRefusedOrRead) {
+// DateFuzz reads files that are damaged elsewhere.
+TEST(ZoneRulesTest, CutFilesAreRefused) {
   const std::string bytes = bytesOfFile(fs::path(database) / "Europe/Berlin");
   for (std::size_t size = 0; size < bytes.size(); ++size)
     EXPECT_FALSE(ZoneRules::fromTZif(std::string_view(bytes).substr(0, size))) << size;
-  std::mt19937 random(1);
-  for (int i = 0; i < 20000; ++i) {
-    std::string damaged = bytes;
-    for (unsigned j = random() % 4; j < 4; ++j)
-      damaged[random() % (i % 2 ? 100 : bytes.size())] = static_cast<char>(random());
-    if (const auto rules = ZoneRules::fromTZif(damaged)) rules->periodAt(static_cast<std::int64_t>(random()) * 1000);
-  }
 }
 
 TEST(NSTimeZoneTest, NamesAndTheDefault) {

@@ -1,4 +1,3 @@
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <iostream>
@@ -40,9 +39,7 @@ TEST_F(NSUserDefaultsTest, SetValuesHideDefaultsAndAreSavedOnDemand) {
   EXPECT_FALSE(fs::exists(file));
   ASSERT_TRUE(defaults.synchronize());
   EXPECT_EQ(saved()->count(), 1U);
-  struct stat status {};
-  ASSERT_EQ(stat(file.c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 0777U, 0600U);
+  EXPECT_EQ(modeOf(file), 0600U);
 
   NSUserDefaults again(path);
   EXPECT_TRUE(isEqual(again.objectForKey(u"zoom"), box(2)));
