@@ -36,6 +36,7 @@ TEST(HTMLPlainText, Renders) {
       {u"1 < 2 <3 <<a b='>' c=\">\" d=> e</a/ ='>'>", u"1 < 2 <3 < e'>"},
       {u"a</><", u"a<"},
       {u"a<title>b", u"a"},
+      {u"&#4294967361;", u"\xFFFD"},
       {u"a\0b<\0c"sv, u"ab<c"},
       {u"\xD800<b>\xDC00", u"\xD800\xDC00"},
   };
