@@ -83,9 +83,12 @@ TEST_F(QNLoggerTest, EventsGoByTheMaskAndNotToTheFile) {
   logger.setEventLevel(1 | 4 | 8 | 64);
   const std::uint32_t events[] = {1, 2, 4, 8, 3, 12, 64};
   for (const std::uint32_t event : events) logger.event(7, "f", method, event, u"a");
+  logger.setEventLevel(2 | 16 | 32);
+  for (const std::uint32_t event : {2U, 16U, 32U, 1U}) logger.event(7, "f", method, event, u"a");
   logger.closeLogFile();
   EXPECT_EQ(systemLog.take(), (LogLines{u"BINDING -[Host work]:7 - a", u"MEMORY -[Host work] - a", u"TRANSPORT - a",
-                                        u" -[Host work]:7 - a", u" -[Host work] - a", u" - a"}));
+                                        u" -[Host work]:7 - a", u" -[Host work] - a", u" - a", u"DATABASE - a",
+                                        u"UI - a", u"VERBOSE - a"}));
   EXPECT_EQ(fileBytes(), "");
 }
 

@@ -1,6 +1,8 @@
 #include "Platform/Desktop/NSAffineTransform.h"
+#include "Platform/Desktop/NSBezierPath.h"
 #include "Platform/Desktop/NSGradient.h"
 #include "Platform/Desktop/NSIndexPath.h"
+#include "Platform/Desktop/NSShadow.h"
 #include "Support/Testing.h"
 
 namespace {
@@ -36,6 +38,56 @@ TEST(NSAffineTransform, InversesLeadBack) {
   for (NSAffineTransform flat : {NSAffineTransform({1, 2, 2, 4, 0, 0}), NSAffineTransform({1, 0, 0, 1, NaN, 0}),
                                  NSAffineTransform({1e-200, 0, 0, 1e-200, 0, 0})})
     EXPECT_THROW(flat.invert(), std::invalid_argument);
+}
+
+// What is equal has the same hash, copies are equal, and each part counts.
+TEST(DrawingValues, AreEqualByTheirParts) {
+  const auto shadow = [](const CGSize& offset, double blur, const NSColor& color) {
+    auto made = std::make_shared<NSShadow>();
+    made->setShadowOffset(offset);
+    made->setShadowBlurRadius(blur);
+    made->setShadowColor(color);
+    return made;
+  };
+  const auto path = [](double width, const std::function<void(NSBezierPath&)>& add) {
+    auto made = std::make_shared<NSBezierPath>();
+    made->setLineWidth(width);
+    made->moveToPoint({1, 2});
+    if (add) add(*made);
+    return made;
+  };
+  const auto arc = [](double end) {
+    return [end](NSBezierPath& to) { to.appendBezierPathWithArcWithCenter({1, 2}, 3, 0, end); };
+  };
+  const auto corner = [](double radius) {
+    return [radius](NSBezierPath& to) { to.appendBezierPathWithArcFromPoint({1, 2}, {3, 4}, radius); };
+  };
+  const auto curve = [](const CGPoint& control) {
+    return [control](NSBezierPath& to) { to.curveToPoint({1, 2}, {3, 4}, control); };
+  };
+  const auto makeAll = [&] {
+    return std::vector<Ref<NSObject>>{shadow({1, 2}, 3, NSColor::redColor()),
+                                      shadow({1, 3}, 3, NSColor::redColor()),
+                                      shadow({1, 2}, 4, NSColor::redColor()),
+                                      shadow({1, 2}, 3, NSColor::blueColor()),
+                                      path(1, nullptr),
+                                      path(2, nullptr),
+                                      path(1, arc(90)),
+                                      path(1, arc(91)),
+                                      path(1, corner(5)),
+                                      path(1, corner(6)),
+                                      path(1, curve({5, 6})),
+                                      path(1, curve({5, 7})),
+                                      path(1, &NSBezierPath::closePath),
+                                      std::make_shared<NSAffineTransform>(),
+                                      std::make_shared<NSAffineTransform>(NSAffineTransformStruct{1, 0, 0, 1, 0, 9})};
+  };
+  const auto all = makeAll(), again = makeAll();
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    EXPECT_EQ(all[i]->hash(), again[i]->hash()) << i;
+    EXPECT_TRUE(all[i]->copy()->isEqual(*all[i])) << i;
+    for (std::size_t k = 0; k < all.size(); ++k) EXPECT_EQ(all[i]->isEqual(*again[k]), i == k) << i << " and " << k;
+  }
 }
 
 TEST(NSGradient, ColoursFlow) {

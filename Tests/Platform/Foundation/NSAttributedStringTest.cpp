@@ -85,7 +85,10 @@ TEST(NSAttributedString, EditsAsThePlainWayDoes) {
         plain.replace(range, Text(plain.text, range.location, range.length), number);
         break;
       case 1:
-        text.replaceCharactersInRange(range, NSAttributedString(string, attributesOf(number)));
+        if (range.length == 0)
+          text.insertAttributedString(NSAttributedString(string, attributesOf(number)), location);
+        else
+          text.replaceCharactersInRange(range, NSAttributedString(string, attributesOf(number)));
         plain.replace(range, string, number);
         break;
       case 2: {
@@ -104,7 +107,16 @@ TEST(NSAttributedString, EditsAsThePlainWayDoes) {
       ASSERT_NO_FATAL_FAILURE(expectSame(text, plain)) << "edit " << i;
     }
   }
-  expectSame(text, plain);
+  for (int i = 0; i < 50; ++i) {
+    const std::size_t location = upTo(text.length());
+    const NSRange range{location, upTo(text.length() - location)};
+    const auto first = plain.numbers.begin() + static_cast<std::ptrdiff_t>(location);
+    expectSame(text.attributedSubstringFromRange(range),
+               {plain.text.substr(location, range.length), {first, first + static_cast<std::ptrdiff_t>(range.length)}});
+  }
+  NSMutableAttributedString other(u"before");
+  other.setAttributedString(text);
+  expectSame(other, plain);
   text.deleteCharactersInRange({0, text.length()});
   expectSame(text, {});
 }

@@ -1,6 +1,7 @@
 #include <ctime>
 
 #include "Extensions/NSIndexSet-QNExtensions.h"
+#include "Extensions/NSValue-OSExtensions.h"
 #include "Platform/Foundation/NSCharacterSet.h"
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSDate.h"
@@ -33,6 +34,18 @@ TEST(NSData, BytesAsAnObject) {
   const Text most = NSData(Bytes(1024)).description();
   EXPECT_EQ(most.size(), 2048U + 255 + 2);
   EXPECT_EQ(NSData(Bytes(1025)).description(), most.substr(0, most.size() - 1) + u"...>");
+}
+
+TEST(NSValue, GivesGeometryBack) {
+  const auto rect = NSValueExtensions::valueWithCGRect({1, 2, 3, 4});
+  const auto point = NSValueExtensions::valueWithCGPoint({5, 6});
+  const auto size = NSValueExtensions::valueWithCGSize({7, 8});
+  EXPECT_EQ(CGRectValue(rect), CGRect(1, 2, 3, 4));
+  EXPECT_EQ(CGPointValue(point), (CGPoint{5, 6}));
+  EXPECT_EQ(CGSizeValue(size), (CGSize{7, 8}));
+  EXPECT_EQ(CGRectValue(point), CGRectZero);
+  EXPECT_EQ(CGPointValue(size), CGPoint());
+  EXPECT_EQ(CGSizeValue(Ref<NSValue>()), CGSize());
 }
 
 TEST(NSValue, KindAndValueMakeEquality) {
