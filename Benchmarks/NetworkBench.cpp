@@ -34,8 +34,9 @@ constexpr std::uintmax_t fileBytes = std::uintmax_t{1} << 30U;
 [[noreturn]] void serve(int out) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   const RawServer server([](RawPeer& peer) {
+    RawRequest request;
     std::uint64_t size = 0;
-    while (peer.discard(size) && peer.send(answer("200 OK", "done"))) {
+    while (peer.read(request, &size) && peer.send(answer("200 OK", "done"))) {
     }
   });
   const std::string base = server.base() + "\n";

@@ -8,8 +8,8 @@ scratch=$build/StaticInstall host=$root/Examples/Installed/Colour said='navy #00
 export CXX=clang++-14 CXXFLAGS=-fsanitize=address,undefined
 
 rm -rf "$scratch"
-cmake --install "$build" --prefix "$scratch/installed"
-cmake -S "$host" -B "$scratch/cmake" -G Ninja -DCMAKE_PREFIX_PATH="$scratch/installed"
+cmake --install "$build" --prefix "$scratch/installed" >/dev/null
+cmake -S "$host" -B "$scratch/cmake" -G Ninja -DCMAKE_PREFIX_PATH="$scratch/installed" >/dev/null
 cmake --build "$scratch/cmake"
 mkdir "$scratch/pkg-config"
 export PKG_CONFIG_PATH=$scratch/installed/lib/pkgconfig

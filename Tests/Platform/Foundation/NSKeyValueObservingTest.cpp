@@ -231,6 +231,35 @@ TEST(Observing, ArraysAreChangedThroughAProxy) {
   EXPECT_THAT([&] { owner->mutableArrayValueForKey(u"value"); }, refuses("mutableArrayValueForKey:", "'value'"));
 }
 
+TEST(Observing, SomeElementsOfAnArrayAndChangesToldByHand) {
+  const auto first = std::make_shared<Node>(1), second = std::make_shared<Node>(2), third = std::make_shared<Node>(3);
+  const auto array = arrayOf({first, second, third});
+  NSMutableIndexSet ends;
+  ends.addIndex(0);
+  ends.addIndex(2);
+  NSMutableIndexSet beyond = ends;
+  beyond.addIndex(3);
+  Listener listener;
+  addObserver(*array, listener, ends, u"value", both, context(1));
+  EXPECT_THROW(addObserver(*array, listener, beyond, u"value", both, context(2)), std::out_of_range);
+  for (const auto& node : {first, second, third}) node->setValue(node->value() + 10);
+  EXPECT_EQ(listener.take(), (Texts{u"value of N11[1] set: 1 -> 11", u"value of N13[1] set: 3 -> 13"}));
+  EXPECT_THROW(removeObserver(*array, listener, beyond, u"value"), std::out_of_range);
+  EXPECT_THROW(removeObserver(*array, listener, ends, u"value", context(2)), std::invalid_argument);
+  removeObserver(*array, listener, ends, u"value");
+  first->setValue(1);
+  third->setValue(3);
+  EXPECT_THAT(listener.take(), IsEmpty());
+
+  Node owner(9);
+  owner.addObserver(listener, u"nodes", both, nullptr);
+  owner.willChange(NSKeyValueChangeKind::Insertion, NSIndexSet(0), u"nodes");
+  owner.nodes()->addObject(first);
+  owner.didChange(NSKeyValueChangeKind::Insertion, NSIndexSet(0), u"nodes");
+  EXPECT_EQ(listener.take(), Texts{u"nodes of N9 insert(0): - -> (N1)"});
+  owner.removeObserver(listener, u"nodes");
+}
+
 TEST(Observing, WhatCannotBeObservedOrEndedIsRefused) {
   const auto node = std::make_shared<Node>(1);
   const auto array = std::make_shared<NSMutableArray>();

@@ -95,6 +95,15 @@ TEST(NSTimeZoneTest, NamesAndTheDefault) {
   EXPECT_EQ(NSTimeZone::defaultTimeZone(), NSTimeZone::systemTimeZone());
   EXPECT_EQ(NSTimeZone::timeZoneForSecondsFromGMT(-9000)->name(), u"GMT-0230");
   EXPECT_EQ(NSTimeZone::timeZoneForSecondsFromGMT(-86400), nullptr);
+  EXPECT_TRUE(zurich->copy()->isEqual(*NSTimeZone::timeZoneWithName(u"Europe/Zurich")) &&
+              !zurich->isEqual(*NSTimeZone::systemTimeZone()));
+}
+
+TEST(NSTimeZoneTest, TheVariableMayHoldRules) {
+  ::setenv("TZ", "XST-3:30", 1);
+  const auto zone = NSTimeZone::systemTimeZone();
+  EXPECT_EQ(zone->name(), u"XST-3:30");
+  EXPECT_EQ(zone->secondsFromGMTForDate(NSDate::dateWithTimeIntervalSince1970(0)), 12600);
 }
 
 }  // namespace
