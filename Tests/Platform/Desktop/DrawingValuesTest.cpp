@@ -1,3 +1,5 @@
+#include <numbers>
+
 #include "Platform/Desktop/NSAffineTransform.h"
 #include "Platform/Desktop/NSBezierPath.h"
 #include "Platform/Desktop/NSGradient.h"
@@ -28,6 +30,9 @@ TEST(NSAffineTransform, LaterStepsComeFirst) {
   both.prependTransform(scaled);
   EXPECT_EQ(both.transformPoint({1, 1}), (CGPoint{6, 5}));
   EXPECT_TRUE(both.isEqual(*both.copy()) && !both.isEqual(moved));
+  both.rotateByRadians(std::numbers::pi / 2);
+  EXPECT_NEAR(both.transformPoint({1, 1}).x, -4, 1e-9);
+  EXPECT_NEAR(both.transformPoint({1, 1}).y, 5, 1e-9);
 }
 
 TEST(NSAffineTransform, InversesLeadBack) {
@@ -88,6 +93,15 @@ TEST(DrawingValues, AreEqualByTheirParts) {
     EXPECT_TRUE(all[i]->copy()->isEqual(*all[i])) << i;
     for (std::size_t k = 0; k < all.size(); ++k) EXPECT_EQ(all[i]->isEqual(*again[k]), i == k) << i << " and " << k;
   }
+}
+
+TEST(NSBezierPath, TakesInOthersAndItself) {
+  NSBezierPath path, other;
+  path.moveToPoint({1, 2});
+  other.lineToPoint({3, 4});
+  path.appendBezierPath(other);
+  path.appendBezierPath(path);
+  EXPECT_THAT(path.elements(), ElementsAre(PathMove{{1, 2}}, PathLine{{3, 4}}, PathMove{{1, 2}}, PathLine{{3, 4}}));
 }
 
 TEST(NSGradient, ColoursFlow) {
