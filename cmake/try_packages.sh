@@ -15,7 +15,8 @@ fail() {
 
 add() { apt-get install -y --no-install-recommends "$@"; }
 
-installed() { [[ $(dpkg-query -W -f='${db:Status-Status}\n' "$1" 2>/dev/null) == *installed* ]]; }
+# Whether a package that the pattern fits is there.
+installed() { dpkg-query -W -f='${db:Status-Status}\n' "$1" 2>/dev/null | grep -x installed >/dev/null; }
 
 # expect SAID COMMAND...
 expect() {
