@@ -33,11 +33,11 @@ namespace kelvane {
 
 namespace NSStringExtensions {
 
-// stringWithSequenz:repeated:  `sequence` written `count` times.
+// stringWithSequenz:repeated:  `sequence` written `repeated` times; std::length_error for more than a text can hold.
 //   u"ab", 3 => u"ababab"      u"ab", 0 => u""
 KELVANE_EXPORT Text stringWithSequenz(TextView sequence, std::uint64_t repeated);
 
-// stringWithWhiteSpace:  `count` spaces; none for a count below 1.
+// stringWithWhiteSpace:  `count` spaces; none for a count below 1; the same error.
 KELVANE_EXPORT Text stringWithWhiteSpace(std::int64_t count);
 
 // uniqueString  A new random UUID (RFC 4122, version 4) in its canonical form with upper-case digits: 36 code units,

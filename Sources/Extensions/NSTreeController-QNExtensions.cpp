@@ -106,11 +106,11 @@ class Walk {
 };
 
 struct HashOfObject {
-  std::size_t operator()(const NSObject* object) const { return object->hash(); }
+  std::size_t operator()(const Ref<NSObject>& object) const { return object->hash(); }
 };
 
 struct EqualToWanted {
-  bool operator()(const NSObject* object, const NSObject* wanted) const { return wanted->isEqual(*object); }
+  bool operator()(const Ref<NSObject>& object, const Ref<NSObject>& wanted) const { return wanted->isEqual(*object); }
 };
 
 Children top(const NSTreeController& controller) {
@@ -128,13 +128,13 @@ Ref<NSIndexPath> indexPathToObject(const NSTreeController& receiver, const Ref<N
 void setSelectedObjects(NSTreeController& receiver, const Ref<NSArray>& objects) {
   const std::size_t count = objects ? objects->count() : 0;
   std::vector<Ref<NSIndexPath>> paths(count);
-  std::unordered_multimap<const NSObject*, std::size_t, HashOfObject, EqualToWanted> missing;
-  for (std::size_t i = 0; i < count; ++i) missing.emplace(objects->objectAtIndex(i).get(), i);
+  std::unordered_multimap<Ref<NSObject>, std::size_t, HashOfObject, EqualToWanted> missing;
+  for (std::size_t i = 0; i < count; ++i) missing.emplace(objects->objectAtIndex(i), i);
   Walk walk(receiver, top(receiver));
   while (!missing.empty()) {
     const Ref<NSObject> object = walk.next();
     if (!object) break;
-    const auto [first, last] = missing.equal_range(object.get());
+    const auto [first, last] = missing.equal_range(object);
     for (auto found = first; found != last; ++found) paths[found->second] = walk.path();
     missing.erase(first, last);
   }

@@ -21,8 +21,8 @@ namespace kelvane {
 KELVANE_EXPORT Ref<NSIndexPath> indexPathToObject(const NSTreeController& receiver, const Ref<NSObject>& object);
 
 // setSelectedObjects:  Selects those of the objects that are in the content, in the order given; none of them clears
-// the selection. Walks the tree once, until all are found: linear, where hashes tell objects apart. Nil is as
-// none.
+// the selection; of equal objects in the content the first is meant. Nil is as none. Walks the tree once, until all are
+// found: linear, where hashes tell objects apart.
 KELVANE_EXPORT void setSelectedObjects(NSTreeController& receiver, const Ref<NSArray>& objects);
 
 // _indexPathFromIndexPath:inChildren:childCount:toObject:  The search among the first `childCount` of `inChildren`,

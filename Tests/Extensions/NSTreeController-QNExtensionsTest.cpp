@@ -69,6 +69,11 @@ TEST(NSTreeController, FindsEqualObjectsInOrder) {
   EXPECT_EQ(selection, u"(2)(0, 0)(2)");
   EXPECT_EQ(listener.heard, u"cs");
 
+  const auto twins = controller({node(u"T"), node(u"T")});
+  setSelectedObjects(*twins, arrayOf({node(u"T"), node(u"T")}));
+  for (const auto& selected : twins->selectionIndexPaths()) EXPECT_EQ(selected->description(), u"(0)");
+  EXPECT_EQ(twins->selectionIndexPaths().size(), 2U);
+
   // A count key path alone hides all that is not at the top, and so does the truth about leaves beside it.
   EXPECT_EQ(path(*controller(content(), u"count"), u"C"), u"(null)");
   EXPECT_EQ(path(*controller(content(), u"count", u"leaf"), u"C"), u"(null)");
